@@ -1,0 +1,150 @@
+#include <Quenlor/QnStringUtilities.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cwchar>
+#include <iterator>
+#include <string_view>
+#include <type_traits>
+#include <utf8.h>
+#include <utility>
+
+namespace Quenlor
+{
+namespace
+{
+constexpr char32_t ReplacementCharacter = 0xFFFD;
+
+std::string_view View(const char* text, std::size_t count)
+{
+    if (!text)
+        return {};
+    return count == QnStringUtilities::UpToNul ? std::string_view{text} : std::string_view{text, count};
+}
+
+std::wstring_view View(const wchar_t* text, std::size_t count)
+{
+    if (!text)
+        return {};
+    return count == QnStringUtilities::UpToNul ? std::wstring_view{text} : std::wstring_view{text, count};
+}
+
+constexpr bool IsSurrogate(char32_t character) noexcept
+{
+    return character >= 0xD800 && character <= 0xDFFF;
+}
+
+/// wchar_t holds UTF-16 on Windows and UTF-32 elsewhere.
+constexpr bool IsUtf16 = sizeof(wchar_t) == 2;
+
+void Append(std::wstring& text, char32_t character)
+{
+    if (IsUtf16 && character > 0xFFFF)
+    {
+        text += static_cast<wchar_t>(0xD800 + ((character - 0x10000) >> 10));
+        text += static_cast<wchar_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
+        return;
+    }
+    text += static_cast<wchar_t>(character);
+}
+
+/// The code point at `next`, which moves behind it; a value that is no code point when the text is malformed there.
+char32_t NextCodePoint(std::wstring_view::const_iterator& next, std::wstring_view::const_iterator end)
+{
+    const auto unit = static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(*next++));
+    const bool opensPair = IsUtf16 && unit >= 0xD800 && unit <= 0xDBFF;
+    if (!opensPair || next == end)
+        return unit;
+    const auto trail = static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(*next));
+    if (trail < 0xDC00 || trail > 0xDFFF)
+        return unit;
+    ++next;
+    return 0x10000 + ((unit - 0xD800) << 10) + (trail - 0xDC00);
+}
+} // namespace
+
+QuenlorStatus QnStringUtilities::WCharToUtf8(Utf8String& out, const wchar_t* text, std::size_t count)
+{
+    const std::wstring_view source = View(text, count);
+    std::string converted;
+    converted.reserve(source.length());
+    bool malformed = false;
+    for (auto next = source.begin(); next != source.end();)
+    {
+        char32_t character = NextCodePoint(next, source.end());
+        if (character > 0x10FFFF || IsSurrogate(character))
+        {
+            character = ReplacementCharacter;
+            malformed = true;
+        }
+        utf8::unchecked::append(character, std::back_inserter(converted));
+    }
+    out = std::move(converted);
+    return malformed ? QuenlorStatus::MalformedText : QuenlorStatus::Success;
+}
+
+QuenlorStatus QnStringUtilities::Utf8ToWChar(WString& out, const char* text, std::size_t count)
+{
+    const std::string_view source = View(text, count);
+    const bool malformed = !utf8::is_valid(source.begin(), source.end());
+    std::string repaired;
+    std::string_view valid = source;
+    if (malformed)
+    {
+        utf8::replace_invalid(source.begin(), source.end(), std::back_inserter(repaired), ReplacementCharacter);
+        valid = repaired;
+    }
+
+    std::wstring converted;
+    converted.reserve(valid.length());
+    for (auto next = valid.begin(); next != valid.end();)
+        Append(converted, utf8::unchecked::next(next));
+    out = std::move(converted);
+    return malformed ? QuenlorStatus::MalformedText : QuenlorStatus::Success;
+}
+
+wchar_t* QnStringUtilities::Utf8ToWChar(wchar_t* buffer, const char* text, std::size_t bufferCount)
+{
+    if (!buffer || bufferCount == 0)
+        return buffer;
+    WString converted;
+    Utf8ToWChar(converted, text);
+    const wchar_t* const source = converted.c_str();
+    std::size_t length = std::min(converted.length(), bufferCount - 1);
+    if (IsUtf16 && length != 0 && length < converted.length() && source[length] >= 0xDC00 && source[length] <= 0xDFFF)
+        --length; // the cut would separate a pair
+    std::copy_n(source, length, buffer);
+    buffer[length] = L'\0';
+    return buffer;
+}
+
+void QnStringUtilities::Split(const char* text, const char* delimiters, const char* escapes,
+                              std::vector<Utf8String>& pieces)
+{
+    const std::string_view source = View(text, UpToNul);
+    const std::string_view cuts = View(delimiters, UpToNul);
+    const std::string_view literals = View(escapes, UpToNul);
+    std::string piece;
+    for (std::size_t i = 0; i < source.length(); ++i)
+    {
+        if (literals.find(source[i]) != std::string_view::npos && i + 1 < source.length())
+            piece += source[++i];
+        else if (cuts.find(source[i]) == std::string_view::npos)
+            piece += source[i];
+        else
+            pieces.emplace_back(std::exchange(piece, {}));
+    }
+    pieces.emplace_back(std::move(piece));
+}
+
+int QnStringUtilities::Wtoi(const wchar_t* text)
+{
+    if (!text)
+        return 0;
+    const int errorBefore = errno;
+    const long number = std::wcstol(text, nullptr, 10);
+    errno = errorBefore;
+    return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
+}
+} // namespace Quenlor

@@ -1,0 +1,139 @@
+#pragma once
+
+// The one door to the Win32 functions. Windows answers them itself; elsewhere the stand-in answers for the functions
+// declared here, under their own names, with the results that Windows documents.
+
+#ifdef _WIN32
+
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#include <stdlib.h>
+
+#include <Platform/Win32Types.h>
+
+#else
+
+#include <cstddef>
+#include <cstdint>
+
+#include <Platform/Win32Types.h>
+
+using BYTE = std::uint8_t;
+using WORD = std::uint16_t;
+using DWORD = std::uint32_t;
+using UINT = unsigned int;
+using BOOL = int;
+using LONG = std::int32_t;
+using LSTATUS = LONG;
+using REGSAM = DWORD;
+using LPCSTR = const char*;
+using LPSTR = char*;
+using LPVOID = void*;
+using LPCVOID = const void*;
+using LPBYTE = BYTE*;
+using LPDWORD = DWORD*;
+using PHKEY = HKEY*;
+using errno_t = int;
+struct SECURITY_ATTRIBUTES;
+struct FILETIME
+{
+    DWORD dwLowDateTime;
+    DWORD dwHighDateTime;
+};
+
+inline constexpr BOOL FALSE = 0;
+inline constexpr BOOL TRUE = 1;
+
+// ---- error codes ---------------------------------------------------------------------------------------------------
+
+inline constexpr LSTATUS ERROR_SUCCESS = 0;
+inline constexpr LSTATUS ERROR_FILE_NOT_FOUND = 2;
+inline constexpr LSTATUS ERROR_ACCESS_DENIED = 5;
+inline constexpr LSTATUS ERROR_INVALID_HANDLE = 6;
+inline constexpr LSTATUS ERROR_NOT_ENOUGH_MEMORY = 8;
+inline constexpr LSTATUS ERROR_INVALID_PARAMETER = 87;
+inline constexpr LSTATUS ERROR_BAD_PATHNAME = 161;
+inline constexpr LSTATUS ERROR_MORE_DATA = 234;
+inline constexpr LSTATUS ERROR_NO_MORE_ITEMS = 259;
+inline constexpr LSTATUS ERROR_NOACCESS = 998;
+inline constexpr LSTATUS ERROR_BADKEY = 1010;
+inline constexpr LSTATUS ERROR_REGISTRY_IO_FAILED = 1016;
+inline constexpr LSTATUS ERROR_KEY_DELETED = 1018;
+
+// ---- registry ------------------------------------------------------------------------------------------------------
+
+inline constexpr DWORD REG_NONE = 0;
+inline constexpr DWORD REG_SZ = 1;
+inline constexpr DWORD REG_EXPAND_SZ = 2;
+inline constexpr DWORD REG_BINARY = 3;
+inline constexpr DWORD REG_DWORD = 4;
+inline constexpr DWORD REG_MULTI_SZ = 7;
+inline constexpr DWORD REG_QWORD = 11;
+
+inline constexpr REGSAM KEY_QUERY_VALUE = 0x0001;
+inline constexpr REGSAM KEY_SET_VALUE = 0x0002;
+inline constexpr REGSAM KEY_CREATE_SUB_KEY = 0x0004;
+inline constexpr REGSAM KEY_ENUMERATE_SUB_KEYS = 0x0008;
+inline constexpr REGSAM KEY_WOW64_64KEY = 0x0100;
+inline constexpr REGSAM KEY_WOW64_32KEY = 0x0200;
+inline constexpr REGSAM KEY_READ = 0x20019;
+inline constexpr REGSAM KEY_WRITE = 0x20006;
+inline constexpr REGSAM KEY_ALL_ACCESS = 0xF003F;
+
+inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
+inline constexpr DWORD REG_CREATED_NEW_KEY = 1;
+inline constexpr DWORD REG_OPENED_EXISTING_KEY = 2;
+
+// The registry functions work on hives kept in text files (docs/linux-stand-in.md). Each returns 0 or one of the codes
+// above and leaves the thread's last error alone. Differences from Windows: narrow text is UTF-8 and passes unchanged,
+// there are no security descriptors and no symbolic links, every key is non-volatile, both WOW64 views are one, and a
+// key or value name with a line break is refused with 87, because a registry file cannot hold it.
+
+LSTATUS RegOpenKeyExA(HKEY root, LPCSTR subKey, DWORD options, REGSAM access, PHKEY result);
+LSTATUS RegCreateKeyExA(HKEY root, LPCSTR subKey, DWORD reserved, LPSTR className, DWORD options, REGSAM access,
+                        const SECURITY_ATTRIBUTES* security, PHKEY result, LPDWORD disposition);
+LSTATUS RegCloseKey(HKEY key);
+LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size);
+LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
+LSTATUS RegDeleteValueA(HKEY key, LPCSTR name);
+LSTATUS RegDeleteTreeA(HKEY key, LPCSTR subKey);
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPSTR className,
+                      LPDWORD classSize, FILETIME* lastWrite);
+LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                      LPDWORD size);
+
+// ---- version resources ---------------------------------------------------------------------------------------------
+
+struct VS_FIXEDFILEINFO
+{
+    DWORD dwSignature; ///< 0xFEEF04BD
+    DWORD dwStrucVersion;
+    DWORD dwFileVersionMS;
+    DWORD dwFileVersionLS;
+    DWORD dwProductVersionMS;
+    DWORD dwProductVersionLS;
+    DWORD dwFileFlagsMask;
+    DWORD dwFileFlags;
+    DWORD dwFileOS;
+    DWORD dwFileType;
+    DWORD dwFileSubtype;
+    DWORD dwFileDateMS;
+    DWORD dwFileDateLS;
+};
+
+// The version resource of an executable is the ELF note that the build puts into it; it holds the fixed block alone.
+// The path may be spelled like any of the library's paths.
+
+DWORD GetFileVersionInfoSizeA(LPCSTR path, LPDWORD unused); ///< 0 when the file cannot be read or has no version.
+BOOL GetFileVersionInfoA(LPCSTR path, DWORD unused, DWORD size, LPVOID block);
+BOOL VerQueryValueA(LPCVOID block, LPCSTR subBlock, LPVOID* value, UINT* size); ///< Knows the root block "\" alone.
+
+// ---- C runtime -----------------------------------------------------------------------------------------------------
+
+errno_t getenv_s(std::size_t* required, char* buffer, std::size_t size, const char* name);
+errno_t _putenv_s(const char* name, const char* value); ///< An empty value removes the variable.
+
+#endif

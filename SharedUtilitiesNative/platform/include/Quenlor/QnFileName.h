@@ -1,0 +1,94 @@
+#pragma once
+
+#include <filesystem>
+
+#include <Quenlor/QuenlorExport.h>
+#include <Quenlor/QuenlorStatus.h>
+#include <Quenlor/Utf8String.h>
+#include <Quenlor/WString.h>
+
+namespace Quenlor
+{
+/// A file-system path, held as wide text exactly as it was given.
+///
+/// Paths are composed with `\` on every system, and both `\` and `/` are understood. To open a file, ask
+/// ToNativePath() for the path that this system takes. No operation throws for an ordinary failure.
+///
+/// The static operations take wide paths; a null path is an empty one, and an empty path names nothing.
+class QUENLOR_EXPORT QnFileName final
+{
+public:
+    /// The parts of a path, which joined in the order device, directory, base name, extension give the path again.
+    enum FileNameParts : unsigned
+    {
+        Extension = 1, ///< With its dot.
+        BaseName = 2,
+        Device = 4,    ///< `C:` or `\\server\share`.
+        Directory = 8, ///< From the separator behind the device up to the last separator, both included.
+        DeviceAndDirectory = Device | Directory, ///< 12: callers pass the number.
+        FileNameAndExtension = BaseName | Extension,
+    };
+
+    QnFileName() noexcept = default;
+
+    /// Keeps only the chosen parts of `fullPath`.
+    QnFileName(FileNameParts parts, const wchar_t* fullPath);
+
+    void SetName(const wchar_t* path);
+    void SetNameUtf8(const char* path); ///< Malformed UTF-8 becomes U+FFFD.
+
+    const wchar_t* GetName() const noexcept { return m_path.c_str(); }
+    Utf8String GetNameUtf8() const;
+
+    /// Appends a component with one separator between: none is added when this path is empty or ends in one already,
+    /// and a separator that `component` starts with is not doubled. A null or empty component changes nothing.
+    QnFileName& AppendToPath(const wchar_t* component);
+
+    /// Ends the path in a separator. An empty path stays empty, so that what is appended to it stays relative.
+    void AppendSeparator();
+
+    /// True for `X:\`, `X:/` and `\\server`, and where the system has one root also for a leading `/`.
+    bool IsAbsolutePath() const noexcept;
+
+    /// The path to hand to this system.
+    ///
+    /// Windows: the path as it is, with the extended-length prefix when it is too long for the classic functions.
+    /// Linux: with `/` as separator; a component that does not exist in the given letter case is looked up without
+    /// regard to case, so "PlugIns" and "Plugins" are one folder. Components that do not exist keep their spelling.
+    /// Empty when the path has a device (`C:`), which Linux has not: it must never be taken as a relative name.
+    std::filesystem::path ToNativePath() const;
+
+    /// The path without its last component and the separator before it; a root keeps its separator (`C:\`).
+    /// Empty when there is no directory part.
+    static WString GetDirectoryName(const wchar_t* path);
+
+    /// The last component without its extension: the text from its last dot on, unless that dot comes first.
+    static WString GetFileNameWithoutExtension(const wchar_t* path);
+
+    /// One spelling for all spellings of a path: `\` as separator, doubled separators folded (a leading `\\` stays),
+    /// `.` and `..` resolved without asking the file system. Letter case and a trailing separator are kept, because
+    /// callers append file names to the result. A relative path that comes to nothing is `.`; a path with the
+    /// extended-length prefix (`\\?\`) is left as it is. `out` may be made from `path`.
+    static QnFileNameStatus FixPathName(WString& out, const wchar_t* path);
+
+    /// Whether a file or folder of that name exists.
+    static bool DoesPathExist(const wchar_t* path);
+
+    /// Creates the folder and its missing parents.
+    /// @return Success when it was created, AlreadyExists when it was there, otherwise why it is missing
+    static QnFileNameStatus CreateNewDirectory(const wchar_t* path);
+
+    /// Copies one file. The destination appears whole or not at all, belongs to this user alone and is writable,
+    /// whatever the source's permissions are.
+    /// @param overwrite false leaves a destination that exists as it is, which is no failure: callers copy what they
+    ///        found missing, and what another process has put there meanwhile may have been changed since
+    static QnFileNameStatus QnCopyFile(const wchar_t* source, const wchar_t* destination, bool overwrite);
+
+private:
+    WString m_path;
+};
+
+/// Puts the full path of a loaded module's file into `out`: `module` is what the system's loader gave (HMODULE, or the
+/// handle of dlopen), null is the process's executable. On failure `out` is empty.
+QUENLOR_EXPORT QuenlorStatus QnGetModuleFileName(QnFileName& out, void* module);
+} // namespace Quenlor

@@ -1,0 +1,362 @@
+#include "registry/RegistryFileReader.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "registry/RegistryPath.h"
+#include "registry/RegistryText.h"
+
+namespace Quenlor::StandIn::Registry
+{
+namespace
+{
+constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view Utf16LeMark = "\xFF\xFE";
+constexpr std::string_view Blanks = " \t";
+
+/// Cuts a text into lines, which end in LF, CRLF, CR or with the text.
+class LineReader final
+{
+public:
+    explicit LineReader(std::string_view text) noexcept : m_text{text} {}
+
+    bool Next(std::string_view& line) noexcept
+    {
+        m_lineStart = m_next;
+        if (m_next == m_text.size())
+            return false;
+        if (m_lineFeed < m_next || m_number == 0) // kept between calls: a file may have no LF at all
+            m_lineFeed = std::min(m_text.find('\n', m_next), m_text.size());
+        line = m_text.substr(m_next, m_lineFeed - m_next);
+        const std::size_t carriageReturn = line.find('\r');
+        if (carriageReturn != std::string_view::npos)
+            line = line.substr(0, carriageReturn);
+        m_lineEnd = m_next + line.size();
+        m_next = std::min(m_lineEnd + 1, m_text.size());
+        if (m_next == m_lineFeed && carriageReturn != std::string_view::npos)
+            m_next = std::min(m_next + 1, m_text.size());
+        ++m_number;
+        return true;
+    }
+
+    std::size_t Number() const noexcept { return m_number; } ///< Of the last line, counted from 1.
+    std::size_t LineStart() const noexcept { return m_lineStart; }
+    std::size_t LineEnd() const noexcept { return m_lineEnd; }
+    std::string_view Text() const noexcept { return m_text; }
+
+private:
+    std::string_view m_text;
+    std::size_t m_number = 0;
+    std::size_t m_next = 0;
+    std::size_t m_lineStart = 0;
+    std::size_t m_lineEnd = 0;
+    std::size_t m_lineFeed = 0; // the first one that is not before m_next
+};
+
+void SkipBlanks(std::string_view& text) noexcept
+{
+    text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
+}
+
+bool SkipPrefix(std::string_view& text, std::string_view prefix) noexcept
+{
+    if (!text.starts_with(prefix))
+        return false;
+    text.remove_prefix(prefix.size());
+    return true;
+}
+
+bool IsCommentOrEmpty(std::string_view text) noexcept
+{
+    SkipBlanks(text);
+    return text.empty() || text.front() == ';';
+}
+
+int HexDigit(char character) noexcept
+{
+    if (character >= '0' && character <= '9')
+        return character - '0';
+    if (character >= 'a' && character <= 'f')
+        return character - 'a' + 10;
+    return character >= 'A' && character <= 'F' ? character - 'A' + 10 : -1;
+}
+
+/// Takes a hexadecimal number off `text`; nothing when it has no digit or more than `maxDigits`.
+std::optional<DWORD> TakeHexNumber(std::string_view& text, std::size_t maxDigits) noexcept
+{
+    DWORD number = 0;
+    std::size_t digits = 0;
+    for (; digits < text.size() && HexDigit(text[digits]) >= 0; ++digits)
+        number = number << 4 | static_cast<DWORD>(HexDigit(text[digits]));
+    if (digits == 0 || digits > maxDigits)
+        return {};
+    text.remove_prefix(digits);
+    return number;
+}
+
+/// Takes a text in quotes off `text`, which starts behind the opening quote. @return false without a closing one.
+bool TakeQuoted(std::string_view& text, std::string& unescaped)
+{
+    unescaped.clear();
+    for (;;)
+    {
+        const std::size_t special = text.find_first_of("\\\"");
+        if (special == std::string_view::npos)
+            return false;
+        unescaped.append(text, 0, special);
+        const bool isQuote = text[special] == '"';
+        text.remove_prefix(special + 1);
+        if (isQuote)
+            return true;
+        if (text.empty())
+            return false;
+        unescaped += text.front(); // whatever it is: an unknown escape keeps its character
+        text.remove_prefix(1);
+    }
+}
+
+enum class HexListEnd
+{
+    Complete,
+    Continued, ///< A backslash at the line's end, behind a comma or in place of the first byte.
+    Malformed
+};
+
+/// Appends the bytes of one line.
+HexListEnd ReadHexList(std::string_view text, std::string& bytes)
+{
+    for (;;)
+    {
+        SkipBlanks(text);
+        if (IsCommentOrEmpty(text))
+            return HexListEnd::Complete; // a comma after the last byte does no harm
+        if (text.front() == '\\')
+            return IsCommentOrEmpty(text.substr(1)) ? HexListEnd::Continued : HexListEnd::Malformed;
+        const std::optional<DWORD> byte = TakeHexNumber(text, 2);
+        if (!byte)
+            return HexListEnd::Malformed;
+        bytes += static_cast<char>(*byte);
+        if (IsCommentOrEmpty(text))
+            return HexListEnd::Complete;
+        if (!SkipPrefix(text, ","))
+            return HexListEnd::Malformed;
+    }
+}
+
+class Reader final
+{
+public:
+    Reader(std::string_view text, RegistryFileDialect dialect, RegistryFileHandler& handler) noexcept
+        : m_lines{text}, m_dialect{dialect}, m_handler{handler}
+    {
+    }
+
+    RegistryFileResult Read()
+    {
+        std::string_view line;
+        m_result.isRegistryFile = m_lines.Next(line) && ReadHeader(line);
+        if (!m_result.isRegistryFile)
+        {
+            m_result.problems.push_back({1, "not a registry file", std::string{m_lines.Text()}});
+            return std::move(m_result);
+        }
+        while (m_lines.Next(line))
+        {
+            m_firstLine = m_lines.Number();
+            m_firstByte = m_lines.LineStart();
+            if (const char* const reason = ReadLine(line))
+                Report(reason);
+        }
+        return std::move(m_result);
+    }
+
+private:
+    // The functions below return why the line has to be skipped, null when it has not.
+
+    const char* ReadLine(std::string_view line)
+    {
+        SkipBlanks(line);
+        if (IsCommentOrEmpty(line) || line.front() == '#')
+            return nullptr;
+        if (line.find('\0') != std::string_view::npos)
+            return "a NUL character";
+        if (line.front() == '[')
+            return ReadKey(line.substr(1));
+        if (!m_hasKey)
+            return m_keyProblem;
+        if (SkipPrefix(line, "@"))
+            m_name.clear();
+        else if (!SkipPrefix(line, "\""))
+            return "neither a key nor a value";
+        else if (!TakeQuoted(line, m_name))
+            return "a value name without its closing quote";
+        SkipBlanks(line);
+        if (!SkipPrefix(line, "="))
+            return "no = after the value name";
+        if (!IsLegalValueName(m_name))
+            return "a value name that is too long";
+        SkipBlanks(line);
+        return ReadData(line);
+    }
+
+    const char* ReadKey(std::string_view line)
+    {
+        m_hasKey = false;
+        m_keyProblem = "a value of a key that was skipped";
+        const bool isDeletion = SkipPrefix(line, "-");
+        const std::size_t end = line.rfind(']');
+        if (end == std::string_view::npos)
+            return "a key without its closing bracket";
+        line = line.substr(0, end);
+        const std::size_t rootEnd = std::min(line.find('\\'), line.size());
+        const HKEY root = RootOfName(line.substr(0, rootEnd));
+        if (!root)
+            return "an unknown root key";
+        std::string path;
+        AppendToPath(path, line.substr(rootEnd));
+        if (!IsLegalKeyPath(path))
+            return "a key name that is too long, or too many levels";
+        if (!isDeletion)
+        {
+            m_hasKey = m_handler.BeginKey(root, path);
+            return m_hasKey ? nullptr : "a key of another root";
+        }
+        m_keyProblem = "a value of a deleted key";
+        if (path.empty())
+            return "a root key cannot be deleted";
+        return m_handler.DeleteKey(root, path) ? nullptr : "a key of another root";
+    }
+
+    const char* ReadData(std::string_view data)
+    {
+        if (SkipPrefix(data, "-"))
+            return IsCommentOrEmpty(data) ? (m_handler.DeleteValue(m_name), nullptr)
+                                          : "text after the deletion of a value";
+        if (SkipPrefix(data, "\""))
+            return ReadText(data);
+        if (SkipPrefix(data, "dword:"))
+            return ReadNumber(data);
+        if (SkipPrefix(data, "hex"))
+            return ReadHex(data);
+        return "data of an unknown form";
+    }
+
+    const char* ReadText(std::string_view data)
+    {
+        if (!TakeQuoted(data, m_data))
+            return "text without its closing quote";
+        if (!IsCommentOrEmpty(data))
+            return "something after the closing quote";
+        m_data += '\0';
+        m_handler.SetValue(m_name, REG_SZ, m_data);
+        return nullptr;
+    }
+
+    const char* ReadNumber(std::string_view data)
+    {
+        SkipBlanks(data);
+        const std::optional<DWORD> number = TakeHexNumber(data, 8);
+        if (!number || !IsCommentOrEmpty(data))
+            return "a dword that is not 1 to 8 hexadecimal digits";
+        m_data.clear();
+        for (int shift = 0; shift < 32; shift += 8)
+            m_data += static_cast<char>(*number >> shift & 0xFF);
+        m_handler.SetValue(m_name, REG_DWORD, m_data);
+        return nullptr;
+    }
+
+    const char* ReadHex(std::string_view data)
+    {
+        DWORD type = REG_BINARY;
+        if (SkipPrefix(data, "("))
+        {
+            const std::optional<DWORD> number = TakeHexNumber(data, 8);
+            if (!number || !SkipPrefix(data, ")"))
+                return "a malformed type";
+            type = *number;
+        }
+        if (!SkipPrefix(data, ":"))
+            return "data of an unknown form";
+        m_data.clear();
+        HexListEnd end = ReadHexList(data, m_data);
+        while (end == HexListEnd::Continued && NextHexLine(data))
+        {
+            if (const char* const reason = CheckContinuation(data))
+                return reason;
+            end = ReadHexList(data, m_data);
+        }
+        if (end == HexListEnd::Malformed)
+            return "malformed hexadecimal data";
+        if (type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ)
+            FinishText();
+        m_handler.SetValue(m_name, type, m_data);
+        return nullptr;
+    }
+
+    /// The next line that is neither blank nor a comment; false at the end of the file.
+    bool NextHexLine(std::string_view& line)
+    {
+        while (m_lines.Next(line))
+        {
+            SkipBlanks(line);
+            if (!IsCommentOrEmpty(line))
+                return true;
+        }
+        return false;
+    }
+
+    /// The line is dropped with the value. Were it a key, the values after it must not go to the key before.
+    const char* CheckContinuation(std::string_view line)
+    {
+        if (HexDigit(line.front()) >= 0)
+            return nullptr;
+        if (line.front() == '[')
+        {
+            m_hasKey = false;
+            m_keyProblem = "a value of a key that was skipped";
+        }
+        return "a continuation line without hexadecimal data";
+    }
+
+    void FinishText()
+    {
+        if (m_isUnicode)
+            m_data = FromUtf16Le(m_data);
+        if (m_dialect == RegistryFileDialect::Import && !m_data.empty() && m_data.back() != '\0')
+            m_data += '\0';
+    }
+
+    bool ReadHeader(std::string_view line) noexcept
+    {
+        m_isUnicode = line == "Windows Registry Editor Version 5.00";
+        return m_isUnicode || line == "REGEDIT4";
+    }
+
+    void Report(const char* reason)
+    {
+        const std::string_view lines = m_lines.Text().substr(m_firstByte, m_lines.LineEnd() - m_firstByte);
+        m_result.problems.push_back({m_firstLine, reason, std::string{lines}});
+    }
+
+    LineReader m_lines;
+    RegistryFileDialect m_dialect;
+    RegistryFileHandler& m_handler;
+    RegistryFileResult m_result;
+    bool m_isUnicode = false; // hexadecimal text consists of UTF-16 units
+    bool m_hasKey = false;
+    const char* m_keyProblem = "a value before the first key";
+    std::size_t m_firstLine = 0; // of what is being read, which may have several lines
+    std::size_t m_firstByte = 0;
+    std::string m_name;
+    std::string m_data;
+};
+} // namespace
+
+RegistryFileResult ReadRegistryFile(std::string_view content, RegistryFileDialect dialect, RegistryFileHandler& handler)
+{
+    if (SkipPrefix(content, Utf16LeMark))
+        return Reader{FromUtf16Le(content), dialect, handler}.Read();
+    SkipPrefix(content, Utf8Mark);
+    return Reader{content, dialect, handler}.Read();
+}
+} // namespace Quenlor::StandIn::Registry

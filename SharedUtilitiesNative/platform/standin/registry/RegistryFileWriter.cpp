@@ -1,0 +1,158 @@
+#include "registry/RegistryFileWriter.h"
+
+#include <algorithm>
+
+#include "registry/RegistryText.h"
+
+namespace Quenlor::StandIn::Registry
+{
+namespace
+{
+constexpr std::size_t LastColumn = 77; // of hexadecimal data, as Windows wraps them
+constexpr char HexDigits[] = "0123456789abcdef";
+
+bool IsText(DWORD type) noexcept
+{
+    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
+}
+
+/// Whether the quoted form gives back the same bytes: one final NUL, no other control character, valid UTF-8.
+bool CanBeQuoted(const Value& value) noexcept
+{
+    if (value.type != REG_SZ || value.data.empty() || value.data.back() != '\0')
+        return false;
+    const std::string_view text{value.data.data(), value.data.size() - 1};
+    return std::none_of(text.begin(), text.end(),
+                        [](char character) { return static_cast<unsigned char>(character) < 0x20; }) &&
+           IsValidUtf8(text);
+}
+
+class Writer final
+{
+public:
+    explicit Writer(std::string_view lineEnd) noexcept : m_lineEnd{lineEnd} {}
+
+    std::string Write(const Key& key, std::string_view path)
+    {
+        m_text = "Windows Registry Editor Version 5.00";
+        m_text += m_lineEnd;
+        std::string pathOfKey{path};
+        AppendKey(key, pathOfKey);
+        m_text += m_lineEnd;
+        return std::move(m_text);
+    }
+
+private:
+    void AppendKey(const Key& key, std::string& path)
+    {
+        m_text += m_lineEnd;
+        m_text += '[';
+        m_text += path;
+        m_text += ']';
+        m_text += m_lineEnd;
+        for (const auto& value : key.Values())
+            AppendValue(*value);
+        const std::size_t length = path.size();
+        for (const auto& subKey : key.SubKeys())
+        {
+            path += '\\';
+            path += subKey->Name();
+            AppendKey(*subKey, path);
+            path.resize(length);
+        }
+    }
+
+    void AppendValue(const Value& value)
+    {
+        const std::size_t start = m_text.size();
+        if (value.name.empty())
+            m_text += '@';
+        else
+            AppendQuoted(value.name);
+        m_text += '=';
+        if (CanBeQuoted(value))
+            AppendQuoted({value.data.data(), value.data.size() - 1});
+        else if (value.type == REG_DWORD && value.data.size() == sizeof(DWORD))
+            AppendNumber(value.data);
+        else
+        {
+            AppendHexType(value.type);
+            AppendHexList(IsText(value.type) ? ToUtf16Le(value.data) : value.data, m_text.size() - start);
+        }
+        m_text += m_lineEnd;
+    }
+
+    void AppendQuoted(std::string_view text)
+    {
+        m_text += '"';
+        for (const char character : text)
+        {
+            if (character == '\\' || character == '"')
+                m_text += '\\';
+            m_text += character;
+        }
+        m_text += '"';
+    }
+
+    void AppendNumber(std::string_view littleEndian)
+    {
+        m_text += "dword:";
+        for (auto byte = littleEndian.rbegin(); byte != littleEndian.rend(); ++byte)
+            AppendByte(*byte);
+    }
+
+    void AppendHexType(DWORD type)
+    {
+        m_text += "hex";
+        if (type != REG_BINARY)
+        {
+            m_text += '(';
+            int shift = 28;
+            while (shift > 0 && type >> shift == 0)
+                shift -= 4;
+            for (; shift >= 0; shift -= 4)
+                m_text += HexDigits[type >> shift & 0xF];
+            m_text += ')';
+        }
+        m_text += ':';
+    }
+
+    void AppendHexList(std::string_view bytes, std::size_t column)
+    {
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+        {
+            if (i != 0)
+            {
+                m_text += ',';
+                ++column;
+                if (column >= LastColumn)
+                {
+                    m_text += '\\';
+                    m_text += m_lineEnd;
+                    m_text += "  ";
+                    column = 2;
+                }
+            }
+            AppendByte(bytes[i]);
+            column += 2;
+        }
+    }
+
+    void AppendByte(char byte)
+    {
+        m_text += HexDigits[static_cast<unsigned char>(byte) >> 4];
+        m_text += HexDigits[static_cast<unsigned char>(byte) & 0xF];
+    }
+
+    std::string_view m_lineEnd;
+    std::string m_text;
+};
+} // namespace
+
+std::string WriteRegistryFile(const Key& key, std::string_view path, RegistryFileForm form)
+{
+    if (form == RegistryFileForm::Hive)
+        return Writer{"\n"}.Write(key, path);
+    return "\xFF\xFE" + ToUtf16Le(Writer{"\r\n"}.Write(key, path));
+}
+} // namespace Quenlor::StandIn::Registry

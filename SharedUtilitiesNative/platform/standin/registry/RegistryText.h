@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// Between the narrow text of the Reg* functions, which is UTF-8 but may be any bytes, and the UTF-16LE of registry
+// files.
+
+namespace Quenlor::StandIn::Registry
+{
+/// Any bytes survive the way to UTF-16 and back: a byte 0x80 + x that is no part of valid UTF-8 becomes the lone unit
+/// U+DC80 + x.
+std::string ToUtf16Le(std::string_view text);
+
+/// Other lone surrogates become U+FFFD; half a unit at the end is dropped.
+std::string FromUtf16Le(std::string_view bytes);
+
+/// In UTF-16 units.
+std::size_t Utf16Length(std::string_view text) noexcept;
+
+bool IsValidUtf8(std::string_view text) noexcept;
+} // namespace Quenlor::StandIn::Registry

@@ -1,0 +1,208 @@
+#include "IniReader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+#include <unordered_map>
+
+#include <Quenlor/QnFileName.h>
+#include <Quenlor/QnStringUtilities.h>
+
+#include "core/NumberConversion.h"
+#include "ini/HeaderFinder.h"
+#include "ini/LineReader.h"
+#include "ini/Section.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+/// The text of one load and where in it the lines of each section are. Lines are cut into keys and values when a
+/// section is first asked for.
+class IniReader::Contents final
+{
+public:
+    /// Reads all sections, or the first one of the name `wanted`.
+    void Read(std::istream& file, const std::string* wanted);
+
+    bool IsEmpty() const noexcept { return m_sections.empty(); }
+    const Ini::Section* Find(std::string_view section) const;
+    std::vector<std::string_view> SortedNames() const;
+
+private:
+    void Add(std::string_view section, std::string_view lines);
+
+    Ini::LineReader m_text;
+    std::unordered_map<std::string_view, Ini::Section> m_sections;
+};
+
+void IniReader::Contents::Read(std::istream& file, const std::string* wanted)
+{
+    std::string_view section;
+    bool isWanted = !wanted;
+    for (auto lines = m_text.Read(file); !lines.empty(); lines = m_text.Read(file))
+    {
+        Ini::HeaderFinder header{lines};
+        while (header.Next())
+        {
+            if (isWanted)
+                Add(section, header.LinesBefore());
+            if (isWanted && wanted)
+                return;
+            section = header.Name();
+            isWanted = !wanted || section == *wanted;
+        }
+        if (isWanted)
+            Add(section, header.LinesBefore());
+        else
+            m_text.Release();
+    }
+}
+
+void IniReader::Contents::Add(std::string_view section, std::string_view lines)
+{
+    std::string_view rest = lines;
+    if (!Ini::TakeKeyValueLine(rest).empty()) // a section without any key does not exist
+        m_sections[section].Append(lines);
+}
+
+const Ini::Section* IniReader::Contents::Find(std::string_view section) const
+{
+    const auto found = m_sections.find(section);
+    return found == m_sections.end() ? nullptr : &found->second;
+}
+
+std::vector<std::string_view> IniReader::Contents::SortedNames() const
+{
+    std::vector<std::string_view> names;
+    names.reserve(m_sections.size());
+    for (const auto& section : m_sections)
+        names.push_back(section.first);
+    std::ranges::sort(names);
+    return names;
+}
+
+namespace
+{
+constexpr const char* NoSuchKey = "invalid map<K, T> key";
+
+std::wstring Widen(const std::string& path)
+{
+    WString wide;
+    QnStringUtilities::Utf8ToWChar(wide, path.c_str());
+    return wide.c_str();
+}
+} // namespace
+
+IniReader::~IniReader() = default;
+
+bool IniReader::LoadFile(const std::wstring& path)
+{
+    return Load(path, nullptr);
+}
+
+bool IniReader::LoadFile(const std::string& path)
+{
+    return LoadFile(Widen(path));
+}
+
+bool IniReader::LoadSection(const std::wstring& path, const std::string& section)
+{
+    return Load(path, &section);
+}
+
+bool IniReader::LoadSection(const std::string& path, const std::string& section)
+{
+    return LoadSection(Widen(path), section);
+}
+
+bool IniReader::Load(const std::wstring& path, const std::string* section)
+{
+    m_values.reset();
+    QnFileName name;
+    name.SetName(path.c_str());
+    std::ifstream file{name.ToNativePath()};
+    if (!file.is_open())
+        return QnFileName::DoesPathExist(path.c_str());
+    const auto contents = std::make_shared<Contents>();
+    contents->Read(file, section);
+    if (contents->IsEmpty())
+        return true;
+    // Earlier files stay: the key order outlives their values, and callers rely on it.
+    if (!section)
+        m_loadedFiles.push_back(contents);
+    m_values = contents;
+    return true;
+}
+
+std::optional<std::string_view> IniReader::Find(const std::string& section, const std::string& key) const
+{
+    const Ini::Section* const found = m_values ? m_values->Find(section) : nullptr;
+    return found ? found->Find(key) : std::nullopt;
+}
+
+std::string IniReader::GetStringValue(const std::string& section, const std::string& key,
+                                      const std::string& whenMissing) const
+{
+    const auto value = Find(section, key);
+    return value ? std::string{*value} : whenMissing;
+}
+
+int IniReader::GetIntegerValue(const std::string& section, const std::string& key, const int& whenMissing) const
+{
+    const auto value = Find(section, key);
+    return value ? ToInt(std::string{*value}) : whenMissing;
+}
+
+bool IniReader::GetBoolValue(const std::string& section, const std::string& key, const bool& whenMissing) const
+{
+    const auto value = Find(section, key);
+    return value ? ToInt(std::string{*value}) != 0 : whenMissing;
+}
+
+float IniReader::GetFloatValue(const std::string& section, const std::string& key, const float& whenMissing) const
+{
+    const auto value = Find(section, key);
+    return value ? ToFloat(std::string{*value}) : whenMissing;
+}
+
+int IniReader::GetSectionList(std::vector<std::string>& names) const
+{
+    names.clear();
+    if (m_values)
+    {
+        const auto sorted = m_values->SortedNames();
+        names.assign(sorted.begin(), sorted.end());
+    }
+    return static_cast<int>(names.size());
+}
+
+int IniReader::GetKeyValuePairListBySection(const std::string& section, std::vector<IniKeyValue>& pairs) const
+{
+    const Ini::Section* const values = m_values ? m_values->Find(section) : nullptr;
+    std::vector<const Ini::Section*> order;
+    for (const auto& file : m_loadedFiles)
+    {
+        if (const Ini::Section* const keys = file->Find(section))
+            order.push_back(keys);
+    }
+    pairs.clear(); // not earlier: `section` may be one of its texts
+    if (!values)
+        return 0;
+    if (order.empty())
+        throw std::out_of_range(NoSuchKey);
+    for (const Ini::Section* const keys : order)
+    {
+        keys->ForEachKeyValueLine(
+            [&](std::string_view line)
+            {
+                const std::string_view key = Ini::KeyOf(line);
+                const auto value = values->Find(key);
+                if (!value)
+                    throw std::out_of_range(NoSuchKey);
+                pairs.push_back({std::string{key}, std::string{*value}});
+            });
+    }
+    return static_cast<int>(pairs.size());
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -1,0 +1,106 @@
+#include "RegistryHelper.h"
+
+#include <optional>
+#include <string>
+
+#include <Platform/Win32.h>
+#include <Quenlor/QnStringUtilities.h>
+
+#include "VersionConfig.h"
+#include "registry/RegistryKey.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+namespace
+{
+Utf8String ReadText(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD type,
+                    const Utf8String& whenMissing)
+{
+    const std::optional<std::string> data = ReadData(root, subKey, name, type);
+    return data ? Utf8String{data->c_str()} : whenMissing; // up to the first NUL
+}
+
+bool Write(HKEY root, const Utf8String& subKey, const Utf8String& name, int value)
+{
+    const RegistryKey key = OpenForWriting(root, subKey);
+    return key && ::RegSetValueExA(key.get(), name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value),
+                                   sizeof value) == ERROR_SUCCESS;
+}
+
+/// Turns a numeric text setting into a number in place; leaves any other value untouched.
+int ConvertStringValueToInt(HKEY root, const Utf8String& subKey, const Utf8String& name, int whenMissing)
+{
+    const Utf8String text = RegistryHelper::GetStringValue(root, subKey, name, {});
+    WString wide;
+    QnStringUtilities::Utf8ToWChar(wide, text.c_str());
+    const int number = QnStringUtilities::Wtoi(wide.c_str());
+    if (number == 0 && wide != WString{L"0"})
+        return whenMissing;
+    return RegistryHelper::SetIntValue(root, subKey, name, number) ? number : whenMissing;
+}
+} // namespace
+
+Utf8String RegistryHelper::GetCurrentUserKey()
+{
+    return R"(Software\Quenlor Systems\)" + VersionConfig::GetVersionStamp();
+}
+
+bool RegistryHelper::CheckIfKeyExists(HKEY root, const Utf8String& subKey)
+{
+    return OpenForReading(root, subKey) != nullptr;
+}
+
+Utf8String RegistryHelper::GetStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name,
+                                          const Utf8String& whenMissing)
+{
+    return ReadText(root, subKey, name, REG_SZ, whenMissing);
+}
+
+Utf8String RegistryHelper::GetExpandedStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name,
+                                                  const Utf8String& whenMissing)
+{
+    return ReadText(root, subKey, name, REG_EXPAND_SZ, whenMissing);
+}
+
+bool RegistryHelper::SetStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name,
+                                    const Utf8String& value)
+{
+    const RegistryKey key = OpenForWriting(root, subKey);
+    if (!key)
+        return false;
+    // The count leaves out the NUL behind the text; the system stores it all the same when it finds one there.
+    const LSTATUS status =
+        ::RegSetValueExA(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
+                         static_cast<DWORD>(value.length()));
+    return status != ERROR_SUCCESS; // true means failure: callers of every release test it that way
+}
+
+bool RegistryHelper::GetBoolValue(HKEY root, const Utf8String& subKey, const Utf8String& name, bool whenMissing)
+{
+    return GetIntValue(root, subKey, name, whenMissing ? 1 : 0) != 0;
+}
+
+bool RegistryHelper::SetBoolValue(HKEY root, const Utf8String& subKey, const Utf8String& name, bool value)
+{
+    return Write(root, subKey, name, value ? 1 : 0);
+}
+
+int RegistryHelper::GetIntValue(HKEY root, const Utf8String& subKey, const Utf8String& name, int whenMissing)
+{
+    DWORD type = REG_NONE;
+    DWORD data = 0;
+    DWORD size = sizeof data;
+    {
+        const RegistryKey key = OpenForReading(root, subKey);
+        if (!key || ::RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(&data),
+                                       &size) != ERROR_SUCCESS)
+            return whenMissing;
+    } // closed before the conversion below opens the same key for writing
+    return type == REG_DWORD ? static_cast<int>(data) : ConvertStringValueToInt(root, subKey, name, whenMissing);
+}
+
+bool RegistryHelper::SetIntValue(HKEY root, const Utf8String& subKey, const Utf8String& name, int value)
+{
+    return Write(root, subKey, name, value);
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

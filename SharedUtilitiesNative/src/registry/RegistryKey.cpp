@@ -1,0 +1,40 @@
+#include "registry/RegistryKey.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+RegistryKey OpenForReading(HKEY root, const Utf8String& subKey)
+{
+    HKEY key = nullptr;
+    const LSTATUS status = ::RegOpenKeyExA(root, subKey.c_str(), 0, ReadAccess, &key);
+    return RegistryKey{status == ERROR_SUCCESS ? key : nullptr};
+}
+
+RegistryKey OpenForWriting(HKEY root, const Utf8String& subKey)
+{
+    HKEY key = nullptr;
+    const LSTATUS status = ::RegCreateKeyExA(root, subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, WriteAccess,
+                                             nullptr, &key, nullptr);
+    return RegistryKey{status == ERROR_SUCCESS ? key : nullptr};
+}
+
+std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType)
+{
+    const RegistryKey key = OpenForReading(root, subKey);
+    if (!key)
+        return {};
+    DWORD type = REG_NONE;
+    DWORD size = 0;
+    const auto query = [&](BYTE* data)
+    {
+        return ::RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, data, &size) == ERROR_SUCCESS &&
+               type == wantedType;
+    };
+    if (!query(nullptr))
+        return {};
+    std::string data(size, '\0');
+    if (!query(reinterpret_cast<BYTE*>(data.data())))
+        return {};
+    data.resize(size);
+    return data;
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -1,0 +1,109 @@
+#include "VersionConfig.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include <Platform/Win32.h>
+#include <Quenlor/QnFileName.h>
+
+#include "core/Format.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+namespace
+{
+struct ModuleVersion
+{
+    std::uint16_t major = 0;
+    std::uint16_t minor = 0;
+    std::uint16_t build = 0;
+    std::uint16_t revision = 0;
+};
+
+constexpr std::uint16_t High(DWORD number) noexcept
+{
+    return static_cast<std::uint16_t>(number >> 16);
+}
+
+constexpr std::uint16_t Low(DWORD number) noexcept
+{
+    return static_cast<std::uint16_t>(number & 0xFFFF);
+}
+
+ModuleVersion ReadModuleVersion()
+{
+    QnFileName executable;
+    QnGetModuleFileName(executable, nullptr);
+    const Utf8String path = executable.GetNameUtf8();
+    DWORD unused = 0;
+    const DWORD size = ::GetFileVersionInfoSizeA(path.c_str(), &unused);
+    if (size == 0)
+        return {};
+    std::vector<BYTE> block(size);
+    if (!::GetFileVersionInfoA(path.c_str(), 0, size, block.data()))
+        return {};
+    LPVOID found = nullptr;
+    UINT length = 0;
+    if (!::VerQueryValueA(block.data(), R"(\)", &found, &length) || length < sizeof(VS_FIXEDFILEINFO))
+        return {};
+    const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(found);
+    return {High(info.dwFileVersionMS), Low(info.dwFileVersionMS), High(info.dwFileVersionLS),
+            Low(info.dwFileVersionLS)};
+}
+
+/// Read on first use and kept, a failure as well: a running executable does not change its version.
+const ModuleVersion& ExecutableVersion()
+{
+    static const ModuleVersion version = ReadModuleVersion();
+    return version;
+}
+
+std::uint64_t Pack(const Utf8String& version)
+{
+    int parts[4] = {};
+    // What cannot be read stays 0, so the count of parts read does not matter.
+    static_cast<void>(std::sscanf(version.c_str(), "%d.%d.%d.%d", &parts[0], &parts[1], &parts[2], &parts[3]));
+    std::uint64_t packed = 0;
+    for (const int part : parts)
+        packed = packed << 16 | static_cast<std::uint16_t>(part); // the cut to 16 bits is intended
+    return packed;
+}
+} // namespace
+
+// clang-format off
+Utf8String VersionConfig::GetProductFamily()                   { return "FRAXO.PRO VANTIRE"; }
+Utf8String VersionConfig::GetProductName()                     { return GetProductFamily(); }
+Utf8String VersionConfig::GetProductNameForQuenlorCI()         { return "FRAXO.PRO"; }
+Utf8String VersionConfig::GetReleaseNumber()                   { return "22.00.00"; }
+Utf8String VersionConfig::GetProductKey()                      { return "FraxoPro"; }
+Utf8String VersionConfig::GetConnectedProjectRegistrationKey() { return "21.00.00.00"; } // not 22, on purpose
+Utf8String VersionConfig::GetPledgeSeries()                    { return "7"; }
+Utf8String VersionConfig::GetFRAXOUpgradeCode()                { return "{2CE036A7-3141-4d84-ADF0-8C13CD58F8C1}"; }
+// clang-format on
+
+Utf8String VersionConfig::GetBuildNumber()
+{
+    return Format("%02d", ExecutableVersion().build);
+}
+
+Utf8String VersionConfig::GetProductVersion()
+{
+    const ModuleVersion& version = ExecutableVersion();
+    return Format("%02d.%02d.%02d.%02d", version.major, version.minor, version.build, version.revision);
+}
+
+Utf8String VersionConfig::GetVersionStamp()
+{
+    return GetProductKey() + R"(\)" + GetReleaseNumber();
+}
+
+int VersionConfig::CompareVersions(Utf8String first, Utf8String second)
+{
+    const std::uint64_t left = Pack(first);
+    const std::uint64_t right = Pack(second);
+    if (left == right)
+        return 0;
+    return left > right ? 1 : -1;
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -1,0 +1,45 @@
+include(GenerateExportHeader)
+
+# shared_utilities_add_library(NAME EXPORT_MACRO M EXPORT_HEADER H SOURCES ... [PUBLIC lib ...] [PRIVATE lib ...])
+#
+# Makes the library NAME as BUILD_SHARED_LIBS says, and NAMEStatic for the tests, which reach internals that the shared
+# form does not export. A PUBLIC library that is itself such a pair is linked in the matching form.
+function(shared_utilities_add_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_MACRO;EXPORT_HEADER" "SOURCES;PUBLIC;PRIVATE")
+    add_library(${name})
+    set(forms ${name})
+    if(SHAREDUTILITIES_BUILD_TESTS OR SHAREDUTILITIES_BUILD_FUZZERS)
+        add_library(${name}Static STATIC EXCLUDE_FROM_ALL)
+        list(APPEND forms ${name}Static)
+    endif()
+    generate_export_header(${name} BASE_NAME ${arg_EXPORT_MACRO} EXPORT_FILE_NAME ${arg_EXPORT_HEADER})
+
+    foreach(target IN LISTS forms)
+        add_library(SharedUtilitiesNative::${target} ALIAS ${target})
+        target_sources(${target} PRIVATE ${arg_SOURCES})
+        target_compile_features(${target} PUBLIC cxx_std_20)
+        set_target_properties(${target} PROPERTIES
+            CXX_EXTENSIONS OFF
+            CXX_VISIBILITY_PRESET hidden
+            VISIBILITY_INLINES_HIDDEN ON
+            POSITION_INDEPENDENT_CODE ON
+            VERSION 22.0.0
+            SOVERSION 22)
+        target_link_libraries(${target} PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:SharedUtilitiesWarnings>)
+        foreach(library IN LISTS arg_PUBLIC)
+            if(target STREQUAL "${name}Static" AND TARGET ${library}Static)
+                target_link_libraries(${target} PUBLIC ${library}Static)
+            else()
+                target_link_libraries(${target} PUBLIC ${library})
+            endif()
+        endforeach()
+        get_target_property(type ${target} TYPE)
+        if(type STREQUAL "STATIC_LIBRARY")
+            target_compile_definitions(${target} PUBLIC ${arg_EXPORT_MACRO}_STATIC_DEFINE)
+        endif()
+    endforeach()
+    if(MINGW)
+        # Import libraries and DLLs under the names that the family's build files use: no "lib" before them.
+        set_target_properties(${name} PROPERTIES PREFIX "" IMPORT_PREFIX "")
+    endif()
+endfunction()

@@ -1,0 +1,68 @@
+# Shared by the scripts of this folder; to be sourced.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+
+say() { printf '\n== %s\n' "$*"; }
+
+fail() {
+    printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+# require_packages PACKAGE...: installs the Debian packages that are missing; quick when none is.
+require_packages() {
+    local missing=() package
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    say "Installing ${missing[*]}"
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || fail "run as root, or install: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    local options=(-o DPkg::Lock::Timeout=300 -qq)
+    "${as_root[@]}" apt-get "${options[@]}" update
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get "${options[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+install_for_linux() {
+    require_packages cmake ninja-build g++ libutfcpp-dev libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev
+}
+
+install_for_windows() {
+    install_for_linux
+    require_packages g++-mingw-w64-x86-64-posix googletest wine wine64
+}
+
+# quietly LOG COMMAND...: what the command prints goes to a terminal, or else to the log, which is shown if it fails.
+quietly() {
+    local log=$1
+    shift
+    mkdir -p "$(dirname "$log")"
+    if [ -t 1 ]; then
+        "$@" 2>&1 | tee "$log"
+    else
+        "$@" >"$log" 2>&1 || { local status=$?; cat "$log"; return $status; }
+    fi
+}
+
+# build PRESET: configures it if needed, and builds it.
+build() {
+    say "Building ($1)"
+    if [ ! -f "build/$1/build.ninja" ]; then
+        quietly "build/$1.configure.log" cmake --preset "$1" || fail "configuring '$1' failed"
+    fi
+    quietly "build/$1.build.log" cmake --build --preset "$1" || fail "building '$1' failed"
+}
+
+# What Windows programs are linked with and run in; both are made once.
+prepare_windows() {
+    install_for_windows
+    scripts/build-windows-dependencies
+    scripts/wine --prepare
+}

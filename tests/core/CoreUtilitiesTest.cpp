@@ -1,0 +1,113 @@
+#include "CoreUtilities.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+namespace
+{
+using ::testing::ThrowsMessage;
+
+constexpr float Infinity = std::numeric_limits<float>::infinity();
+
+struct Comparison
+{
+    float a;
+    float b;
+    float epsilon;
+    bool areEqual;
+};
+
+TEST(AreFloatNumbersEqual, ScalesTheToleranceByTheTruncatedBinaryExponent)
+{
+    const Comparison rows[] = {
+        {0.0F, -0.0F, 0.0F, true},
+        {1.0F, 1.0F, 0.0F, false},        // a difference equal to the tolerance
+        {1000.0F, 1000.4F, 0.001F, true}, // 512 * 0.001
+        {1000.0F, 1000.6F, 0.001F, false},
+        {0.3F, 0.3004F, 0.001F, true},  // log2 is -1.74, cut to -1: rounding down would give half the tolerance
+        {0.75F, 0.7509F, 0.001F, true}, // everything between 0.5 and 2 has the exponent 0
+        {1.9F, 1.9009F, 0.001F, true},
+        {0.5F, 0.4994F, 0.001F, false},
+        {-1000.0F, 1000.0F, 0.001F, false},
+        {Infinity, Infinity, 1.0F, false},
+        {Infinity, 1.0F, 1.0F, false},
+        {std::numeric_limits<float>::quiet_NaN(), 1.0F, 1.0F, false},
+    };
+    for (const Comparison& row : rows)
+        EXPECT_EQ(AreFloatNumbersEqual(row.a, row.b, row.epsilon), row.areEqual) << row.a << " and " << row.b;
+}
+
+TEST(FormatFloatToString, WritesAsManyDigitsAsAskedFor)
+{
+    EXPECT_EQ(FormatFloatToString(1.5F, 2), "1.50");
+    EXPECT_EQ(FormatFloatToString(2.0F, 0), "2");
+    EXPECT_EQ(FormatFloatToString(-0.125F, 2), "-0.12");
+    EXPECT_EQ(FormatFloatToString(1e10F, 1), "10000000000.0"); // never in scientific notation
+}
+
+TEST(EnvironmentVariable, IsReadBackAsSetAndRemovedByAnEmptyValue)
+{
+    const std::string name = "FRAXO_TEST_VARIABLE";
+    EXPECT_EQ(GetEnvironmentVariableValue(name), "");
+    SetEnvironmentVariableValue(name, "a value with = and blanks");
+    EXPECT_EQ(GetEnvironmentVariableValue(name), "a value with = and blanks");
+    SetEnvironmentVariableValue(name, "");
+    EXPECT_EQ(GetEnvironmentVariableValue(name), "");
+    SetEnvironmentVariableValue(name, std::string(20000, 'x'));
+    EXPECT_EQ(GetEnvironmentVariableValue(name), std::string(20000, 'x'));
+    SetEnvironmentVariableValue(name, "");
+}
+
+TEST(SetEnvironmentVariableValue, IgnoresANameThatCannotBeSet)
+{
+    SetEnvironmentVariableValue("", "x");
+    SetEnvironmentVariableValue("A=B", "x");
+    EXPECT_EQ(GetEnvironmentVariableValue(""), "");
+}
+
+struct Cut
+{
+    std::string text;
+    std::uint64_t position;
+    std::string left;
+    std::string right;
+};
+
+TEST(LeftOfAndRightOf, SplitATextAroundAPosition)
+{
+    const std::uint64_t last = std::numeric_limits<std::uint64_t>::max();
+    Cut rows[] = {
+        {"a=b", 1, "a", "b"}, {"abc", 0, "", "bc"}, {"abc", 2, "ab", ""},        {"abc", 4, "abc", "abc"},
+        {"", 0, "", ""},      {"", 7, "", ""},      {"abc", last, "abc", "abc"},
+    };
+    for (Cut& row : rows)
+    {
+        EXPECT_EQ(LeftOf(row.text, row.position), row.left) << row.text << " at " << row.position;
+        EXPECT_EQ(RightOf(row.text, row.position), row.right) << row.text << " at " << row.position;
+    }
+}
+
+TEST(RightOf, FailsRightBehindTheTextAndOnlyThere)
+{
+    std::string text = "abc";
+    EXPECT_THAT([&] { RightOf(text, 3); }, ThrowsMessage<std::out_of_range>("invalid string position"));
+    EXPECT_EQ(LeftOf(text, 3), "abc");
+}
+
+TEST(TrimString, RemovesTheBytesOfTheSetFromBothEnds)
+{
+    const std::string set = "\xFF \t";
+    std::string text = "\xFF \tA b\t";
+    EXPECT_EQ(&TrimString(text, set), &text);
+    EXPECT_EQ(text, "A b");
+    EXPECT_EQ(TrimString(text = " \t ", set), "");
+    EXPECT_EQ(TrimString(text = " a ", ""), " a ");
+    EXPECT_EQ(TrimString(text = std::string{"\0a\0", 3}, std::string{"\0", 1}), "a");
+    EXPECT_EQ(TrimLeft(text = " a ", set), "a ");
+    EXPECT_EQ(TrimRight(text = " a ", set), " a");
+}
+} // namespace

@@ -1,0 +1,245 @@
+#include <Quenlor/QnFileName.h>
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "support/ScratchMachine.h"
+
+namespace
+{
+using Quenlor::QnFileName;
+using Quenlor::QnFileNameStatus;
+using Quenlor::Utf8String;
+using Quenlor::WString;
+
+QnFileName Named(const wchar_t* path)
+{
+    QnFileName name;
+    name.SetName(path);
+    return name;
+}
+
+struct Path
+{
+    const wchar_t* given;
+    const wchar_t* expected;
+};
+
+TEST(AppendSeparator, AddsOneOnlyWhereItIsMissing)
+{
+    const Path rows[] = {{L"C:\\a", L"C:\\a\\"}, {L"C:\\a\\", L"C:\\a\\"}, {L"/opt/a/", L"/opt/a/"}, {L"", L""}};
+    for (const Path& row : rows)
+    {
+        QnFileName name = Named(row.given);
+        name.AppendSeparator();
+        EXPECT_STREQ(name.GetName(), row.expected);
+    }
+}
+
+TEST(AppendToPath, PutsOneSeparatorBetween)
+{
+    EXPECT_STREQ(Named(L"C:\\a").AppendToPath(L"b").AppendToPath(L"c\\").GetName(), L"C:\\a\\b\\c\\");
+    EXPECT_STREQ(Named(L"C:\\a\\").AppendToPath(L"b").GetName(), L"C:\\a\\b");
+    EXPECT_STREQ(Named(L"/a/").AppendToPath(L"\\b").GetName(), L"/a/b");
+    EXPECT_STREQ(Named(L"").AppendToPath(L"Samples\\").GetName(), L"Samples\\"); // stays relative
+    EXPECT_STREQ(Named(L"C:\\a").AppendToPath(L"").AppendToPath(nullptr).GetName(), L"C:\\a");
+}
+
+TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
+{
+    const Path rows[] = {
+        {L"C:/a//b\\\\c", LR"(C:\a\b\c)"},
+        {LR"(C:\a\.\b\..\c)", LR"(C:\a\c)"},
+        {LR"(C:\..\..\a)", LR"(C:\a)"},
+        {LR"(C:\a\..)", LR"(C:\)"},
+        {LR"(C:\a\b\)", LR"(C:\a\b\)"}, // callers append file names to it
+        {LR"(C:\MiXed)", LR"(C:\MiXed)"},
+        {LR"(C:a\..\b)", LR"(C:b)"},
+        {LR"(\\server\share\..\x)", LR"(\\server\share\x)"},
+        {L"//server/share//x", LR"(\\server\share\x)"},
+        {LR"(..\a\..\..\b)", LR"(..\..\b)"},
+        {LR"(a\..)", L"."},
+        {L"./", L"."},
+        {L"/usr//lib/../bin", LR"(\usr\bin)"},
+        {L"/", L"\\"},
+        {LR"(\\?\C:\a\..\b)", LR"(\\?\C:\a\..\b)"},
+        {L"", L""},
+    };
+    for (const Path& row : rows)
+    {
+        WString fixed;
+        EXPECT_EQ(QnFileName::FixPathName(fixed, row.given), QnFileNameStatus::Success);
+        EXPECT_STREQ(fixed.c_str(), row.expected);
+        WString again;
+        QnFileName::FixPathName(again, fixed.c_str());
+        EXPECT_EQ(again, fixed) << "of the result itself";
+    }
+    WString path = L"a/b";
+    QnFileName::FixPathName(path, path.c_str());
+    EXPECT_STREQ(path.c_str(), L"a\\b");
+    EXPECT_NE(QnFileName::FixPathName(path, nullptr), QnFileNameStatus::Success);
+}
+
+TEST(IsAbsolutePath, WantsARootBehindTheDevice)
+{
+    for (const wchar_t* path : {LR"(C:\a)", L"z:/a", LR"(\\server\share)"})
+        EXPECT_TRUE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
+    for (const wchar_t* path : {L"", L"a", LR"(a\b)", L"C:", L"C:a", LR"(\a)", LR"(..\a)"})
+        EXPECT_FALSE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
+}
+
+TEST(IsAbsolutePath, HoldsForTheSystemsOwnFolders)
+{
+    QnFileName executable;
+    ASSERT_EQ(QnGetModuleFileName(executable, nullptr), Quenlor::QuenlorStatus::Success);
+    EXPECT_TRUE(executable.IsAbsolutePath());
+    EXPECT_TRUE(QnFileName::DoesPathExist(executable.GetName()));
+}
+
+struct Seams
+{
+    const wchar_t* path;
+    const wchar_t* directoryName;
+    const wchar_t* baseName;
+    const wchar_t* deviceAndDirectory;
+};
+
+TEST(PathParts, AreCutAtTheLastSeparatorAndTheLastDot)
+{
+    const Seams rows[] = {
+        {LR"(C:\a\b.tar.gz)", LR"(C:\a)", L"b.tar", LR"(C:\a\)"},
+        {LR"(C:\b.txt)", LR"(C:\)", L"b", LR"(C:\)"},
+        {LR"(C:b.txt)", L"C:", L"b", L"C:"},
+        {LR"(\\server\share\b.txt)", LR"(\\server\share)", L"b", LR"(\\server\share\)"},
+        {L"/usr/bin/tool", L"/usr/bin", L"tool", L"/usr/bin/"},
+        {L"/tool", L"/", L"tool", L"/"},
+        {LR"(a.b\file)", L"a.b", L"file", LR"(a.b\)"},
+        {LR"(a\.profile)", L"a", L".profile", LR"(a\)"},
+        {LR"(C:\a\\)", LR"(C:\a)", L"", LR"(C:\a\\)"},
+        {L"file", L"", L"file", L""},
+        {L"", L"", L"", L""},
+    };
+    for (const Seams& row : rows)
+    {
+        EXPECT_STREQ(QnFileName::GetDirectoryName(row.path).c_str(), row.directoryName);
+        EXPECT_STREQ(QnFileName::GetFileNameWithoutExtension(row.path).c_str(), row.baseName);
+        const auto twelve = static_cast<QnFileName::FileNameParts>(12);
+        EXPECT_STREQ(QnFileName(twelve, row.path).GetName(), row.deviceAndDirectory);
+    }
+    EXPECT_STREQ(QnFileName(QnFileName::FileNameAndExtension, LR"(C:\a\b.tar.gz)").GetName(), L"b.tar.gz");
+}
+
+/// Files of a scratch machine, made with the standard library and asked for through ours.
+class FilesTest : public ::testing::Test
+{
+protected:
+    /// A path below a scratch folder, as the library's callers write it.
+    QnFileName Below(const wchar_t* path) const
+    {
+        QnFileName name;
+        name.SetNameUtf8(m_machine.Folder("files").c_str());
+        return name.AppendToPath(path);
+    }
+
+    static void Write(const QnFileName& file, const std::string& text)
+    {
+        std::ofstream{file.ToNativePath(), std::ios::binary} << text;
+    }
+
+    static std::string Read(const QnFileName& file)
+    {
+        std::ifstream stream{file.ToNativePath(), std::ios::binary};
+        return {std::istreambuf_iterator<char>{stream}, {}};
+    }
+
+    static std::size_t EntriesBeside(const QnFileName& file)
+    {
+        std::size_t count = 0;
+        for ([[maybe_unused]] const auto& entry :
+             std::filesystem::directory_iterator{file.ToNativePath().parent_path()})
+            ++count;
+        return count;
+    }
+
+    ScratchMachine m_machine;
+};
+
+TEST_F(FilesTest, ExistAsFileAndAsFolderInAnyLetterCase)
+{
+    ASSERT_EQ(QnFileName::CreateNewDirectory(Below(L"PlugIns\\StrucLink").GetName()), QnFileNameStatus::Success);
+    Write(Below(L"PlugIns\\StrucLink\\Größe.ini"), "x");
+    EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"Plugins").GetName()));
+    EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"plugins\\STRUCLINK\\GRÖßE.INI").GetName()));
+    EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"plugins\\StrucLink\\").GetName()));
+    EXPECT_FALSE(QnFileName::DoesPathExist(Below(L"PlugIn").GetName()));
+    EXPECT_FALSE(QnFileName::DoesPathExist(L""));
+    EXPECT_FALSE(QnFileName::DoesPathExist(nullptr));
+    EXPECT_EQ(Read(Below(L"PLUGINS\\struclink\\größe.INI")), "x");
+}
+
+TEST_F(FilesTest, AFolderIsCreatedWithItsParentsAndInTheFolderThatIsThere)
+{
+    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"Default\\Plugins\\").GetName()), QnFileNameStatus::Success);
+    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"Default\\PlugIns").GetName()), QnFileNameStatus::AlreadyExists);
+    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"default\\a\\b").GetName()), QnFileNameStatus::Success);
+    EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"Default\\a\\b").GetName()));
+
+    Write(Below(L"file"), "x");
+    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"file").GetName()), QnFileNameStatus::Failed);
+    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"file\\sub").GetName()), QnFileNameStatus::Failed);
+    EXPECT_NE(QnFileName::CreateNewDirectory(L""), QnFileNameStatus::Success);
+}
+
+TEST_F(FilesTest, PathsBeyondTheClassicLimitWork)
+{
+    constexpr int levels = 6;
+    const std::wstring name(60, L'ä');
+    QnFileName folder = Below(L"long");
+    for (int level = 0; level < levels; ++level)
+        folder.AppendToPath(name.c_str());
+    ASSERT_EQ(QnFileName::CreateNewDirectory(folder.GetName()), QnFileNameStatus::Success);
+    QnFileName file = folder;
+    file.AppendToPath(L"file.txt");
+    Write(Below(L"source"), "text");
+    EXPECT_EQ(QnFileName::QnCopyFile(Below(L"source").GetName(), file.GetName(), false), QnFileNameStatus::Success);
+    EXPECT_TRUE(QnFileName::DoesPathExist(file.GetName()));
+    EXPECT_EQ(Read(file), "text");
+
+    // The standard library cannot delete so deep a folder on Windows: its levels get short names first.
+    std::filesystem::path top = Below(L"long").ToNativePath();
+    for (int level = 0; level < levels; ++level)
+    {
+        rename(top / Named(name.c_str()).ToNativePath(), top / "a");
+        top /= "a";
+    }
+}
+
+TEST_F(FilesTest, ACopyIsWholeWritableAndLeavesNothingBeside)
+{
+    const QnFileName source = Below(L"source");
+    const QnFileName copy = Below(L"copy");
+    const std::string text(300000, 't');
+    Write(source, text);
+    std::filesystem::permissions(source.ToNativePath(), std::filesystem::perms::owner_read);
+
+    EXPECT_EQ(QnFileName::QnCopyFile(source.GetName(), copy.GetName(), false), QnFileNameStatus::Success);
+    EXPECT_EQ(Read(copy), text);
+    Write(copy, "changed");
+    EXPECT_EQ(Read(copy), "changed");
+
+    EXPECT_EQ(QnFileName::QnCopyFile(source.GetName(), copy.GetName(), false), QnFileNameStatus::Success);
+    EXPECT_EQ(Read(copy), "changed") << "a file that somebody has made and changed meanwhile";
+    EXPECT_EQ(QnFileName::QnCopyFile(source.GetName(), copy.GetName(), true), QnFileNameStatus::Success);
+    EXPECT_EQ(Read(copy), text);
+
+    EXPECT_NE(QnFileName::QnCopyFile(Below(L"nowhere").GetName(), Below(L"new").GetName(), false),
+              QnFileNameStatus::Success);
+    EXPECT_NE(QnFileName::QnCopyFile(source.GetName(), Below(L"no\\folder").GetName(), false),
+              QnFileNameStatus::Success);
+    EXPECT_EQ(EntriesBeside(copy), 2U);
+    std::filesystem::permissions(source.ToNativePath(), std::filesystem::perms::owner_all);
+}
+} // namespace

@@ -1,0 +1,169 @@
+#include <Quenlor/QnStringUtilities.h>
+#include <Quenlor/Utf8String.h>
+#include <Quenlor/WString.h>
+
+#include <gmock/gmock.h>
+
+#include <climits>
+#include <cstdarg>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace
+{
+using namespace std::string_literals;
+using Quenlor::QnStringUtilities;
+using Quenlor::QuenlorStatus;
+using Quenlor::Utf8String;
+using Quenlor::WString;
+using ::testing::ElementsAre;
+
+Utf8String Formatted(Utf8String text, const char* format, ...)
+{
+    std::va_list args;
+    va_start(args, format);
+    text.VSprintf(format, args);
+    va_end(args);
+    return text;
+}
+
+TEST(Utf8String, KeepsEmbeddedNulsAndItsLength)
+{
+    const Utf8String text{"a\0b"s};
+    EXPECT_EQ(text.length(), 3U);
+    EXPECT_EQ(text.ToStdString(), "a");
+    EXPECT_NE(text, Utf8String{"a"});
+    EXPECT_EQ((text + "c").length(), 4U);
+    EXPECT_TRUE(Utf8String{static_cast<const char*>(nullptr)}.empty());
+    EXPECT_LT(Utf8String{"a"}, Utf8String{"\xC3\xA4"}); // by unsigned bytes
+}
+
+TEST(Utf8StringReplaceAll, CountsAndDoesNotRescanWhatItInserted)
+{
+    Utf8String text = "aXbXX";
+    EXPECT_EQ(text.ReplaceAll("X", "XX"), 3U);
+    EXPECT_EQ(text, "aXXbXXXX");
+    EXPECT_EQ(text.ReplaceAll("XX", nullptr), 3U);
+    EXPECT_EQ(text, "ab");
+    EXPECT_EQ(text.ReplaceAll("", "y"), 0U);
+    EXPECT_EQ(text.ReplaceAll("c", "y"), 0U);
+    EXPECT_EQ(text, "ab");
+}
+
+TEST(Utf8StringVSprintf, ReplacesTheContentAndMayReadTheOldOne)
+{
+    EXPECT_EQ(Formatted("old", "%02d.%02d", 7, 115), "07.115");
+    EXPECT_EQ(Formatted("old", "%s", std::string(5000, 'x').c_str()), Utf8String{std::string(5000, 'x')});
+    EXPECT_EQ(Formatted("old", "%s", ""), "");
+}
+
+TEST(WStringContainsI, IgnoresLetterCaseBeyondAsciiToo)
+{
+    const WString path = LR"(D:\Build\OUT\Größe\app.exe)";
+    EXPECT_TRUE(path.ContainsI(LR"(d:\build\out)"));
+    EXPECT_TRUE(path.ContainsI(L"GRÖßE"));
+    EXPECT_TRUE(WString{L"ЖУРНАЛ"}.ContainsI(L"журн"));
+    EXPECT_TRUE(path.ContainsI(L""));
+    EXPECT_FALSE(path.ContainsI(LR"(d:\build\outer)"));
+    EXPECT_FALSE(WString{L""}.ContainsI(L"a"));
+}
+
+struct Narrow
+{
+    std::string_view bytes;
+    std::wstring wide;
+    QuenlorStatus status;
+};
+
+TEST(Utf8ToWChar, PutsOneReplacementInPlaceOfEachMalformedSequence)
+{
+    constexpr auto ok = QuenlorStatus::Success;
+    constexpr auto malformed = QuenlorStatus::MalformedText;
+    const Narrow rows[] = {
+        {"", L"", ok},
+        {"a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", L"a\u00E4\u20AC\U0001F600", ok},
+        {{"a\0b", 3}, {L"a\0b", 3}, ok},
+        {"a\xFFz", L"a\uFFFDz", malformed},
+        {"a\xC3", L"a\uFFFD", malformed}, // cut off at the end
+        {"\xE2\x82", L"\uFFFD", malformed},
+        {"\xC0\xAFz", L"\uFFFDz", malformed},         // overlong
+        {"\xED\xA0\x80z", L"\uFFFDz", malformed},     // a surrogate
+        {"\xF4\x90\x80\x80z", L"\uFFFDz", malformed}, // beyond U+10FFFF
+    };
+    for (const Narrow& row : rows)
+    {
+        WString wide;
+        EXPECT_EQ(QnStringUtilities::Utf8ToWChar(wide, row.bytes.data(), row.bytes.length()), row.status);
+        EXPECT_EQ(std::wstring(wide.c_str(), wide.length()), row.wide);
+    }
+}
+
+TEST(Utf8ToWChar, ReadsNoFurtherThanItsCount)
+{
+    WString wide;
+    const char text[] = {'a', '\xC3', '\xA4'}; // without a NUL
+    EXPECT_EQ(QnStringUtilities::Utf8ToWChar(wide, text, 2), QuenlorStatus::MalformedText);
+    EXPECT_EQ(wide, WString{L"a\uFFFD"});
+    EXPECT_EQ(QnStringUtilities::Utf8ToWChar(wide, "ab\0c"), QuenlorStatus::Success);
+    EXPECT_EQ(wide, WString{L"ab"});
+    EXPECT_EQ(QnStringUtilities::Utf8ToWChar(wide, nullptr), QuenlorStatus::Success);
+    EXPECT_TRUE(wide.empty());
+}
+
+TEST(Utf8ToWChar, CutsToTheCallersBufferBetweenCharacters)
+{
+    wchar_t buffer[4] = {L'?', L'?', L'?', L'?'};
+    EXPECT_EQ(QnStringUtilities::Utf8ToWChar(buffer, "abcdef", 4), buffer);
+    EXPECT_STREQ(buffer, L"abc");
+    QnStringUtilities::Utf8ToWChar(buffer, "a\xF0\x9F\x98\x80", 3);
+    const bool fitsOneUnit = sizeof(wchar_t) == 4;
+    EXPECT_STREQ(buffer, fitsOneUnit ? L"a\U0001F600" : L"a");
+    QnStringUtilities::Utf8ToWChar(buffer, "xyz", 1);
+    EXPECT_STREQ(buffer, L"");
+    EXPECT_EQ(QnStringUtilities::Utf8ToWChar(nullptr, "a", 3), nullptr);
+}
+
+TEST(WCharToUtf8, ConvertsBackAndRepairsLoneSurrogates)
+{
+    Utf8String narrow;
+    EXPECT_EQ(QnStringUtilities::WCharToUtf8(narrow, L"a\u00E4\u20AC\U0001F600"), QuenlorStatus::Success);
+    EXPECT_EQ(narrow, "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
+
+    const wchar_t lone[] = {L'a', static_cast<wchar_t>(0xD83D), L'b', static_cast<wchar_t>(0xDE00)};
+    EXPECT_EQ(QnStringUtilities::WCharToUtf8(narrow, lone, 4), QuenlorStatus::MalformedText);
+    EXPECT_EQ(narrow, "a\xEF\xBF\xBD"
+                      "b\xEF\xBF\xBD");
+    EXPECT_EQ(QnStringUtilities::WCharToUtf8(narrow, lone, 1), QuenlorStatus::Success);
+    EXPECT_EQ(narrow, "a");
+}
+
+TEST(Split, KeepsEmptyPiecesAndAppends)
+{
+    std::vector<Utf8String> pieces = {"first"};
+    QnStringUtilities::Split(",a;b,", ",;", nullptr, pieces);
+    EXPECT_THAT(pieces, ElementsAre("first", "", "a", "b", ""));
+
+    pieces.clear();
+    QnStringUtilities::Split(R"(a\,b,c\)", ",", R"(\)", pieces);
+    EXPECT_THAT(pieces, ElementsAre("a,b", R"(c\)"));
+}
+
+TEST(Wtoi, ReadsTheNumberAtTheStart)
+{
+    const std::pair<const wchar_t*, int> rows[] = {
+        {L"", 0},
+        {L"abc", 0},
+        {L"0", 0},
+        {L"12abc", 12},
+        {L"  -7", -7},
+        {nullptr, 0},
+        {L"+5", 5},
+        {L"-", 0},
+        {L"99999999999", INT_MAX},
+        {L"-99999999999", INT_MIN},
+    };
+    for (const auto& [text, number] : rows)
+        EXPECT_EQ(QnStringUtilities::Wtoi(text), number);
+}
+} // namespace

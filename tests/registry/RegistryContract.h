@@ -1,0 +1,112 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <Platform/Win32.h>
+#include <gtest/gtest.h>
+
+#include "support/KnownDifferences.h"
+#include "support/ScratchMachine.h"
+
+// Short forms of the registry functions for their own tests, which say what Windows answers: they hold for Windows
+// itself and for whatever stands in for it.
+
+struct KeyCloser
+{
+    using pointer = HKEY;
+    void operator()(HKEY key) const noexcept { ::RegCloseKey(key); }
+};
+using Key = std::unique_ptr<HKEY, KeyCloser>;
+
+inline LSTATUS Open(HKEY parent, const char* subKey, REGSAM access, Key& result)
+{
+    HKEY key = nullptr;
+    const LSTATUS status = ::RegOpenKeyExA(parent, subKey, 0, access, &key);
+    result.reset(key);
+    return status;
+}
+
+inline LSTATUS Create(HKEY parent, const char* subKey, REGSAM access, Key& result, DWORD* disposition = nullptr)
+{
+    HKEY key = nullptr;
+    const LSTATUS status = ::RegCreateKeyExA(parent, subKey, 0, nullptr, 0, access, nullptr, &key, disposition);
+    result.reset(key);
+    return status;
+}
+
+inline LSTATUS OpenStatus(HKEY parent, const char* subKey)
+{
+    Key key;
+    return Open(parent, subKey, KEY_READ, key);
+}
+
+inline LSTATUS CreateStatus(HKEY parent, const char* subKey)
+{
+    Key key;
+    return Create(parent, subKey, KEY_ALL_ACCESS, key);
+}
+
+inline LSTATUS Set(HKEY key, const char* name, DWORD type, const char* bytes, std::size_t size)
+{
+    return ::RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE*>(bytes), static_cast<DWORD>(size));
+}
+
+inline LSTATUS SetText(HKEY key, const char* name, const char* text)
+{
+    return Set(key, name, REG_SZ, text, std::string_view{text}.length() + 1);
+}
+
+inline LSTATUS QueryStatus(HKEY key, const char* name)
+{
+    return ::RegQueryValueExA(key, name, nullptr, nullptr, nullptr, nullptr);
+}
+
+/// The text of a value, or why there is none.
+inline std::string Text(HKEY key, const char* name)
+{
+    char buffer[64] = "";
+    DWORD size = sizeof buffer;
+    const LSTATUS status = ::RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer), &size);
+    return status == ERROR_SUCCESS ? buffer : "error " + std::to_string(status);
+}
+
+inline LSTATUS EnumKey(HKEY key, DWORD index, char* name, DWORD& size)
+{
+    return ::RegEnumKeyExA(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
+}
+
+inline LSTATUS EnumValue(HKEY key, DWORD index, char* name, DWORD& size)
+{
+    return ::RegEnumValueA(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
+}
+
+/// The names that one of the two functions above lists.
+inline std::vector<std::string> Names(LSTATUS (*list)(HKEY, DWORD, char*, DWORD&), HKEY key)
+{
+    std::vector<std::string> names;
+    std::string name(16384, '\0');
+    for (DWORD index = 0, size = 16384; list(key, index, name.data(), size) == ERROR_SUCCESS; ++index, size = 16384)
+        names.push_back(name.substr(0, size));
+    return names;
+}
+
+/// A test of the system's own functions, left out where the system is known to answer differently from Windows.
+class RegistryContractTest : public ::testing::Test
+{
+protected:
+    explicit RegistryContractTest(ScratchMachine::ClassesRoot classes = ScratchMachine::ClassesRoot::NotUsed)
+        : m_machine{classes}
+    {
+    }
+
+    void SetUp() override
+    {
+        if (const char* const answer = KnownDifference())
+            GTEST_SKIP() << answer;
+    }
+
+    ScratchMachine m_machine;
+};

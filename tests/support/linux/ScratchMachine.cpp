@@ -1,0 +1,58 @@
+#include "support/ScratchMachine.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+std::vector<std::string> ScratchMachine::EnvironmentNames()
+{
+    std::vector<std::string> names;
+    for (char** variable = ::environ; variable && *variable; ++variable)
+    {
+        const std::string_view text{*variable};
+        names.emplace_back(text.substr(0, text.find('=')));
+    }
+    return names;
+}
+
+void ScratchMachine::PutEnvironment(const std::string& name, const std::optional<std::string>& value)
+{
+    EXPECT_EQ(value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str()), 0) << name;
+}
+
+unsigned long ScratchMachine::ProcessNumber()
+{
+    return static_cast<unsigned long>(::getpid());
+}
+
+void ScratchMachine::TakeRegistryAndShell()
+{
+    SetEnvironment("QUENLOR_REGISTRY_DIR", (m_root / "Registry").string());
+    for (const char* const folder : {"ProgramData", "LocalAppData"})
+        std::filesystem::create_directory(m_root / folder);
+    SetEnvironment("PROGRAMDATA", (m_root / "ProgramData").string());
+    SetEnvironment("LOCALAPPDATA", (m_root / "LocalAppData").string());
+}
+
+void ScratchMachine::GiveBackRegistry() const {}
+
+void ScratchMachine::BreakShellFolder(ShellFolder folder)
+{
+    SetEnvironment(folder == ShellFolder::ProgramData ? "PROGRAMDATA" : "LOCALAPPDATA", "no/absolute/path");
+}
+
+void ScratchMachine::WhileReadOnly(HKEY, const char*, const std::function<void()>& body) const
+{
+    // No file can grow. Permissions would not do: they mean nothing to root, as which tests often run.
+    rlimit former{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
+    const rlimit none{.rlim_cur = 0, .rlim_max = former.rlim_max};
+    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+    body();
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &former), 0);
+    std::signal(SIGXFSZ, formerHandler);
+}

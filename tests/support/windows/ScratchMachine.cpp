@@ -1,0 +1,137 @@
+#include "support/ScratchMachine.h"
+
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+#include <sddl.h>
+
+namespace
+{
+constexpr char AllScratchKeys[] = R"(Software\Scratch Machines)";
+constexpr char ShellFolders[] = R"(Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders)";
+
+HKEY CreateKey(HKEY root, const std::string& subKey)
+{
+    HKEY key = nullptr;
+    EXPECT_EQ(::RegCreateKeyExA(root, subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                                &key, nullptr),
+              ERROR_SUCCESS)
+        << subKey;
+    return key;
+}
+
+bool IsRunning(unsigned long process)
+{
+    const HANDLE handle = ::OpenProcess(SYNCHRONIZE, FALSE, process);
+    if (!handle)
+        return false;
+    const bool isRunning = ::WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
+    ::CloseHandle(handle);
+    return isRunning;
+}
+
+/// Removes what crashed test runs left.
+void SweepScratchKeys()
+{
+    const HKEY all = CreateKey(HKEY_CURRENT_USER, AllScratchKeys);
+    std::vector<std::string> stale;
+    char name[256];
+    for (DWORD index = 0, size = sizeof name;
+         ::RegEnumKeyExA(all, index, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+         ++index, size = sizeof name)
+    {
+        if (!IsRunning(std::strtoul(name, nullptr, 10)))
+            stale.emplace_back(name);
+    }
+    for (const std::string& key : stale)
+        ::RegDeleteTreeA(all, key.c_str());
+    ::RegCloseKey(all);
+}
+
+void RemoveProductClasses()
+{
+    ::RegDeleteTreeA(HKEY_CURRENT_USER, R"(Software\Classes\FraxoPro)");
+    ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, R"(Software\Classes\FraxoPro)");
+}
+
+std::string ScratchKey(const std::filesystem::path& root)
+{
+    const std::string folder = root.filename().string();
+    return std::string{AllScratchKeys} + '\\' + folder.substr(folder.rfind(' ') + 1);
+}
+} // namespace
+
+std::vector<std::string> ScratchMachine::EnvironmentNames()
+{
+    std::vector<std::string> names;
+    for (char** variable = _environ; variable && *variable; ++variable)
+    {
+        const std::string_view text{*variable};
+        names.emplace_back(text.substr(0, text.find('=')));
+    }
+    return names;
+}
+
+void ScratchMachine::PutEnvironment(const std::string& name, const std::optional<std::string>& value)
+{
+    EXPECT_EQ(::_putenv_s(name.c_str(), value.value_or("").c_str()), 0) << name;
+}
+
+unsigned long ScratchMachine::ProcessNumber()
+{
+    return ::GetCurrentProcessId();
+}
+
+void ScratchMachine::TakeRegistryAndShell()
+{
+    SweepScratchKeys();
+    if (m_classes != ClassesRoot::NotUsed)
+        RemoveProductClasses();
+    if (m_classes == ClassesRoot::Merged)
+        return;
+    const HKEY user = CreateKey(HKEY_CURRENT_USER, ScratchKey(m_root) + R"(\User)");
+    const HKEY machine = CreateKey(HKEY_CURRENT_USER, ScratchKey(m_root) + R"(\Machine)");
+    EXPECT_EQ(::RegOverridePredefKey(HKEY_CURRENT_USER, user), ERROR_SUCCESS);
+    EXPECT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine), ERROR_SUCCESS);
+    ::RegCloseKey(user);
+    ::RegCloseKey(machine);
+
+    for (const char* const folder : {"ProgramData", "LocalAppData"})
+        std::filesystem::create_directory(m_root / folder);
+    WriteText(HKEY_LOCAL_MACHINE, ShellFolders, "Common AppData", (m_root / "ProgramData").string());
+    WriteText(HKEY_CURRENT_USER, ShellFolders, "Local AppData", (m_root / "LocalAppData").string());
+}
+
+void ScratchMachine::GiveBackRegistry() const
+{
+    ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    ::RegDeleteTreeA(HKEY_CURRENT_USER, ScratchKey(m_root).c_str());
+    if (m_classes != ClassesRoot::NotUsed)
+        RemoveProductClasses();
+}
+
+void ScratchMachine::BreakShellFolder(ShellFolder folder)
+{
+    const bool isShared = folder == ShellFolder::ProgramData;
+    WriteText(isShared ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, ShellFolders,
+              isShared ? "Common AppData" : "Local AppData", R"(?:\)");
+}
+
+void ScratchMachine::WhileReadOnly(HKEY root, const char* subKey, const std::function<void()>& body) const
+{
+    HKEY key = nullptr;
+    ASSERT_EQ(::RegOpenKeyExA(root, subKey, 0, WRITE_DAC | KEY_WOW64_64KEY, &key), ERROR_SUCCESS);
+    const auto setPermissions = [key](const char* list)
+    {
+        PSECURITY_DESCRIPTOR descriptor = nullptr;
+        EXPECT_TRUE(
+            ::ConvertStringSecurityDescriptorToSecurityDescriptorA(list, SDDL_REVISION_1, &descriptor, nullptr));
+        EXPECT_EQ(::RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, descriptor), ERROR_SUCCESS);
+        ::LocalFree(descriptor);
+    };
+    setPermissions("D:(A;;KR;;;WD)"); // everyone may read
+    body();
+    setPermissions("D:(A;;KA;;;WD)");
+    ::RegCloseKey(key);
+}

@@ -1,0 +1,90 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Catalogue.h"
+#include "Report.h"
+#include "Suggestions.h"
+
+#include "PublicGetters.h" // made by the build from the public headers
+
+namespace
+{
+using namespace FraxoInfo;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+TEST(Catalogue, HasEveryPublicGetterThatTakesNoArgument)
+{
+    ASSERT_GT(std::size(PublicGetters), 10U) << "the headers were not read";
+    for (const std::string_view getter : PublicGetters)
+        EXPECT_NE(Find(getter), nullptr) << getter << " is missing from tools/fraxoinfo/Catalogue.cpp";
+    EXPECT_EQ(Catalogue().size(), std::size(PublicGetters));
+}
+
+TEST(Catalogue, FindsAnOperationAloneAndBehindItsClass)
+{
+    ASSERT_NE(Find("GetProductKey"), nullptr);
+    EXPECT_EQ(Find("VersionConfig::GetProductKey"), Find("GetProductKey"));
+    EXPECT_EQ(Find("DirectoryConfig::GetProductKey"), nullptr);
+    EXPECT_EQ(Find("getproductkey"), nullptr);
+    EXPECT_EQ(Find(""), nullptr);
+}
+
+TEST(NearestNames, AreThoseThatWereProbablyMeant)
+{
+    EXPECT_EQ(NearestNames("GetFraxoProRot").front(), "GetFRAXOProRoot");
+    EXPECT_EQ(NearestNames("getproductname").front(), "GetProductName");
+    EXPECT_THAT(NearestNames("runningfrom"), ElementsAre("IsRunningFromOutput"));
+    EXPECT_LE(NearestNames("Get").size(), 3U);
+    EXPECT_THAT(NearestNames("xyzzy"), IsEmpty());
+    EXPECT_THAT(NearestNames(""), IsEmpty());
+}
+
+constexpr Operation Rows[] = {
+    {"First", "GetText", Kind::Text, [] { return Value{std::string{"a\x1b[2Jb"}}; }},
+    {"First", "IsFlag", Kind::Flag, [] { return Value{true}; }},
+    {"Second", "GetNothing", Kind::Text, [] { return Value{std::string{}}; }},
+    {"Second", "GetHereDirectory", Kind::Directory, [] { return Value{std::string{"."}}; }},
+    {"Second", "GetNowherePath", Kind::File, [] { return Value{std::string{"no\\file"}}; }},
+    {"Second", "GetFailure", Kind::Directory, []() -> Value { throw std::runtime_error("Could not"); }},
+};
+
+std::vector<Answer> Answers()
+{
+    std::vector<Answer> answers;
+    std::ranges::transform(Rows, std::back_inserter(answers), AskFor);
+    return answers;
+}
+
+TEST(FormatTable, GroupsByClassAndAligns)
+{
+    EXPECT_EQ(FormatTable(Answers()), "First\n"
+                                      "  GetText           a\\x1b[2Jb\n"
+                                      "  IsFlag            true\n"
+                                      "\n"
+                                      "Second\n"
+                                      "  GetNothing        (empty)\n"
+                                      "  GetHereDirectory  .  [exists]\n"
+                                      "  GetNowherePath    no\\file  [missing]\n"
+                                      "  GetFailure        failed: Could not\n");
+}
+
+TEST(FormatJson, KeepsTypesAndSaysWhatFailed)
+{
+    const std::string json = FormatJson(Answers());
+    EXPECT_THAT(json, HasSubstr(R"("value": true)"));
+    EXPECT_THAT(json, HasSubstr(R"("value": "a\u001b[2Jb")"));
+    EXPECT_THAT(json, HasSubstr(R"("error": "Could not")"));
+    EXPECT_THAT(json, HasSubstr(R"("exists": false)"));
+
+    constexpr Operation binary{"C", "GetBytes", Kind::Text, [] { return Value{std::string{"\xFF"}}; }};
+    EXPECT_THAT(FormatJson({AskFor(binary)}), HasSubstr("\xEF\xBF\xBD"));
+}
+} // namespace

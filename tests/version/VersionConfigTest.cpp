@@ -1,0 +1,58 @@
+#include "VersionConfig.h"
+
+#include <gmock/gmock.h>
+
+#include "support/Printers.h"
+
+namespace
+{
+using Quenlor::Fraxo::SharedUtilities::Native::VersionConfig;
+
+struct Versions
+{
+    const char* first;
+    const char* second;
+    int result;
+};
+
+TEST(CompareVersions, ComparesPartsAsNumbersOfSixteenBits)
+{
+    const Versions rows[] = {
+        {"22.9.0.115", "22.9.0.115", 0},
+        {"22.10.0.0", "22.9.0.115", 1}, // numbers, not text
+        {"1.0", "1.0.0.0", 0},
+        {"1.0.0.1", "1.0.0.2", -1},
+        {"1.65536.0.0", "1.0.0.0", 0},
+        {"1.-1.0.0", "1.2.0.0", 1},
+        {"abc", "0.0.0.1", -1},
+        {"", "0.0.0.0", 0},
+        {"2 .9", "2.1", -1}, // what does not fit ends the reading
+        {"1.2.3.4.5", "1.2.3.4", 0},
+        {"65535.0.0.0", "32767.65535.65535.65535", 1}, // unsigned
+    };
+    for (const Versions& row : rows)
+    {
+        EXPECT_EQ(VersionConfig::CompareVersions(row.first, row.second), row.result) << row.first << ", " << row.second;
+        EXPECT_EQ(VersionConfig::CompareVersions(row.second, row.first), -row.result);
+    }
+}
+
+TEST(GetVersionStamp, JoinsProductKeyAndReleaseNumber)
+{
+    EXPECT_EQ(VersionConfig::GetVersionStamp(),
+              VersionConfig::GetProductKey() + R"(\)" + VersionConfig::GetReleaseNumber());
+    EXPECT_EQ(VersionConfig::GetVersionStamp(), R"(FraxoPro\22.00.00)");
+}
+
+TEST(GetConnectedProjectRegistrationKey, StaysAtTheEarlierRelease)
+{
+    EXPECT_EQ(VersionConfig::GetConnectedProjectRegistrationKey(), "21.00.00.00");
+}
+
+// This program's version resource says 22.9.0.115; the other test programs have none.
+TEST(GetProductVersion, IsTheExecutablesFileVersionWithAtLeastTwoDigitsAPart)
+{
+    EXPECT_EQ(VersionConfig::GetProductVersion(), "22.09.00.115");
+    EXPECT_EQ(VersionConfig::GetBuildNumber(), "00");
+}
+} // namespace

@@ -1,0 +1,142 @@
+#include "Report.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <string_view>
+
+#include <Quenlor/QnFileName.h>
+#include <Quenlor/WString.h>
+#include <nlohmann/json.hpp>
+
+namespace FraxoInfo
+{
+namespace
+{
+bool IsPlace(Kind kind)
+{
+    return kind == Kind::Directory || kind == Kind::File;
+}
+
+const char* NameOf(Kind kind)
+{
+    switch (kind)
+    {
+    case Kind::Text:
+        return "text";
+    case Kind::Flag:
+        return "flag";
+    case Kind::Directory:
+        return "directory";
+    case Kind::File:
+        return "file";
+    }
+    return "";
+}
+
+/// One line of a terminal: a value must not move the cursor or hide behind control characters.
+std::string Printable(std::string_view text)
+{
+    std::string printable;
+    for (const char character : text)
+    {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte >= 0x20 && byte != 0x7F)
+        {
+            printable += character;
+            continue;
+        }
+        char escaped[5];
+        std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(byte));
+        printable += escaped;
+    }
+    return printable;
+}
+
+std::string Shown(const Answer& answer)
+{
+    if (!answer.failure.empty())
+        return "failed: " + Printable(answer.failure);
+    const std::string text = ToText(answer.value);
+    std::string shown = text.empty() ? "(empty)" : Printable(text);
+    if (answer.exists)
+        shown += *answer.exists ? "  [exists]" : "  [missing]";
+    return shown;
+}
+} // namespace
+
+Answer AskFor(const Operation& operation)
+{
+    Answer answer{&operation, {}, {}, {}};
+    try
+    {
+        answer.value = operation.ask();
+        if (IsPlace(operation.kind))
+        {
+            const Quenlor::WString path{std::get<std::string>(answer.value).c_str(), false};
+            answer.exists = Quenlor::QnFileName::DoesPathExist(path.c_str());
+        }
+    }
+    catch (const std::exception& failure)
+    {
+        answer.failure = failure.what();
+    }
+    return answer;
+}
+
+std::vector<Answer> AskForEverything()
+{
+    std::vector<Answer> answers;
+    for (const Operation& operation : Catalogue())
+        answers.push_back(AskFor(operation));
+    return answers;
+}
+
+std::string ToText(const Value& value)
+{
+    if (const bool* const flag = std::get_if<bool>(&value))
+        return *flag ? "true" : "false";
+    return std::get<std::string>(value);
+}
+
+std::string FormatTable(const std::vector<Answer>& answers)
+{
+    std::size_t width = 0;
+    for (const Answer& answer : answers)
+        width = std::max(width, answer.operation->name.length());
+
+    std::string table;
+    std::string_view className;
+    for (const Answer& answer : answers)
+    {
+        const Operation& operation = *answer.operation;
+        if (operation.className != className)
+        {
+            table.append(className.empty() ? "" : "\n").append(operation.className).append("\n");
+            className = operation.className;
+        }
+        table.append("  ").append(operation.name).append(width - operation.name.length() + 2, ' ');
+        table.append(Shown(answer)).append("\n");
+    }
+    return table;
+}
+
+std::string FormatJson(const std::vector<Answer>& answers)
+{
+    nlohmann::ordered_json json;
+    for (const Answer& answer : answers)
+    {
+        nlohmann::ordered_json& entry =
+            json[std::string{answer.operation->className}][std::string{answer.operation->name}];
+        entry["kind"] = NameOf(answer.operation->kind);
+        if (!answer.failure.empty())
+            entry["error"] = answer.failure;
+        else
+            std::visit([&entry](const auto& value) { entry["value"] = value; }, answer.value);
+        if (answer.exists)
+            entry["exists"] = *answer.exists;
+    }
+    // Registry values may hold anything: bytes that are no UTF-8 are shown as U+FFFD instead of failing the report.
+    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+} // namespace FraxoInfo

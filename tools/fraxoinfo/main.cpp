@@ -1,0 +1,94 @@
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "Catalogue.h"
+#include "Report.h"
+#include "Suggestions.h"
+#include "VersionConfig.h"
+
+namespace
+{
+constexpr int Success = 0;
+constexpr int Failure = 1;
+constexpr int WrongUse = 2;
+
+void Print(const std::string& text)
+{
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+int ReportUnknown(const std::string& name)
+{
+    std::fprintf(stderr, "fraxoinfo: there is no operation '%s'.\n", name.c_str());
+    const auto nearest = FraxoInfo::NearestNames(name);
+    if (nearest.empty())
+        std::fputs("Run fraxoinfo without arguments to see them all.\n", stderr);
+    else
+        std::fputs("Did you mean:\n", stderr);
+    for (const std::string_view suggestion : nearest)
+        std::fprintf(stderr, "  %s\n", std::string{suggestion}.c_str());
+    return WrongUse;
+}
+
+int PrintOne(const std::string& name, bool asJson)
+{
+    const FraxoInfo::Operation* const operation = FraxoInfo::Find(name);
+    if (!operation)
+        return ReportUnknown(name);
+    const FraxoInfo::Answer answer = FraxoInfo::AskFor(*operation);
+    if (asJson)
+        Print(FraxoInfo::FormatJson({answer}));
+    else if (answer.failure.empty())
+        Print(FraxoInfo::ToText(answer.value) + "\n");
+    else
+        std::fprintf(stderr, "fraxoinfo: %s failed: %s\n", name.c_str(), answer.failure.c_str());
+    return answer.failure.empty() ? Success : Failure;
+}
+
+int Run(int argc, char** argv)
+{
+    CLI::App app{"Prints what the shared utilities answer on this machine: every location and setting, or one."};
+    app.footer("Examples:\n"
+               "  fraxoinfo                    every answer, grouped by class\n"
+               "  fraxoinfo GetFRAXOProRoot    one answer, bare, for scripts\n"
+               "  fraxoinfo --json             every answer as JSON\n\n"
+               "Exit status: 0 success, 1 an operation failed, 2 wrong use.");
+    const auto release = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber();
+    app.set_version_flag("--version", std::string{"fraxoinfo, release "} + release.c_str());
+    std::string name;
+    bool asJson = false;
+    app.add_option("operation", name, "The operation to ask for, with or without its class");
+    app.add_flag("--json", asJson, "Print JSON");
+
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (const CLI::ParseError& error)
+    {
+        return app.exit(error) == Success ? Success : WrongUse;
+    }
+
+    if (app.count("operation") != 0)
+        return PrintOne(name, asJson);
+    const auto answers = FraxoInfo::AskForEverything();
+    Print(asJson ? FraxoInfo::FormatJson(answers) : FraxoInfo::FormatTable(answers));
+    return Success;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        return Run(argc, argv);
+    }
+    catch (const std::exception& error)
+    {
+        std::fprintf(stderr, "fraxoinfo: %s\n", error.what());
+        return Failure;
+    }
+}
