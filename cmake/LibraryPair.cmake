@@ -2,16 +2,13 @@ include(GenerateExportHeader)
 
 # shared_utilities_add_library(NAME EXPORT_MACRO M EXPORT_HEADER H SOURCES ... [PUBLIC lib ...] [PRIVATE lib ...])
 #
-# Makes the library NAME as BUILD_SHARED_LIBS says, and NAMEStatic for the tests, which reach internals that the shared
-# form does not export. A PUBLIC library that is itself such a pair is linked in the matching form.
+# Makes the library NAME as BUILD_SHARED_LIBS says, and NAMEStatic for tests and tools, which reach internals that the
+# shared form does not export. A PUBLIC library that is itself such a pair is linked in the matching form.
 function(shared_utilities_add_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_MACRO;EXPORT_HEADER" "SOURCES;PUBLIC;PRIVATE")
     add_library(${name})
-    set(forms ${name})
-    if(SHAREDUTILITIES_BUILD_TESTS OR SHAREDUTILITIES_BUILD_FUZZERS)
-        add_library(${name}Static STATIC EXCLUDE_FROM_ALL)
-        list(APPEND forms ${name}Static)
-    endif()
+    add_library(${name}Static STATIC EXCLUDE_FROM_ALL)
+    set(forms ${name} ${name}Static)
     generate_export_header(${name} BASE_NAME ${arg_EXPORT_MACRO} EXPORT_FILE_NAME ${arg_EXPORT_HEADER})
 
     foreach(target IN LISTS forms)

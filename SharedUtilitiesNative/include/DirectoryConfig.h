@@ -10,10 +10,11 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// Where the parts of this release lie on this machine.
 ///
 /// Results are UTF-8 unless they are a QnFileName. A ...Directory result as text ends in a separator, so a file name
-/// can be appended as plain text. Nothing is created and existence is not checked, except where a member says so.
-/// Without an installation record, results below the installation root are relative.
+/// can be appended as plain text, except where a member says otherwise; a ...Path result names a file. Nothing is
+/// created and existence is not checked, except where a member says so. Without an installation record, results below
+/// the installation root are relative.
 ///
-/// Nothing is cached: every call asks the environment and the registry again.
+/// Nothing is cached: every call asks the environment, the registry and the shell again.
 /// Thread-safety: no shared state. Any thread may call, provided that none changes the environment meanwhile.
 class SHAREDUTILITIES_EXPORT DirectoryConfig final
 {
@@ -30,5 +31,64 @@ public:
 
     /// The folder of the process's executable, without a trailing separator unless it is a root.
     static QnFileName GetCurrentExeDirectory();
+
+    // The two bases below the shell's folders. The members further down throw what the base they lie in throws.
+
+    /// The folder for data shared by all users of this machine; `AppData\` below the root when running from output.
+    /// @throws std::runtime_error saying "Could not get ProgramData folder" when the shell cannot name it. Never when
+    ///         running from output: the shell is not asked then.
+    static Utf8String GetProgramDataDirectory();
+
+    /// The folder for this user's data; `LocalAppData\` below the root when running from output. The shell's own folder
+    /// is created if missing, the product's folder below it is not.
+    /// @throws std::runtime_error saying "Could not get LocalAppData folder", as GetProgramDataDirectory does
+    static Utf8String GetLocalAppDataDirectory();
+
+    static Utf8String GetProfileFolderDirectory(); ///< The same as GetProgramDataDirectory.
+    static Utf8String GetConfigurationDirectory(); ///< `Default\` in this user's data.
+
+    /// The section database: the value of FRAXO_PRO_SECTIONS_DIRECTORY, normalised but neither checked nor ended by a
+    /// separator; else `Sections\` beside the executable if it exists; else `Sections\` in the machine's data.
+    static Utf8String GetFraxoSectionDatabaseDirectory();
+
+    /// The folder of the default connected project in this user's data, named by the project's id; `Default\` when
+    /// there is none or it is not in use (see UserSettingsConfig).
+    static Utf8String GetProjectConfigurationDirectory();
+
+    // Below "SampleDir" of the installation record; in `Samples\` below the root when running from output. Relative
+    // without a record.
+
+    static Utf8String GetSampleModelsDirectory();       ///< `Sample Models\`
+    static Utf8String GetVerificationModelsDirectory(); ///< `Verification Models\`
+    static Utf8String GetSeedModelsDirectory();         ///< `Seed Models\`
+
+    // Below the installation root.
+
+    static Utf8String GetPluginsDirectory();           ///< `FRAXO\Plugins\`
+    static Utf8String GetLumConnectionHtmlDirectory(); ///< `FRAXO\LumConnection\Html\`
+    static Utf8String GetRoseDatabaseDirectory();      ///< `Resource\CIS2Support\`
+    static Utf8String GetRCDesignerDirectory();        ///< `FRAXO\RCDesigner\`
+    static Utf8String GetHelpDirectory();              ///< `Help\`
+    static Utf8String GetSectionWizardDirectory();     ///< `FRAXO\SectionWizard\`
+    static Utf8String GetFRAXOProEngineDirectory();    ///< `FRAXO\FProFraxo\`
+    static Utf8String GetFRAXOProEngineExePath();      ///< `FProFraxo.exe` in the engine's folder.
+    static Utf8String GetFRAXOProEngineStlExePath();   ///< `FProFraxoStl.exe` in the engine's folder.
+
+    // In GetConfigurationDirectory().
+
+    static Utf8String GetLumConnectionConnectionTemplatesDirectory(); ///< `LumConnection\ConnectionTemplates\`
+    static Utf8String GetLumConnectionDatabaseDirectory();            ///< `LumConnection\Database\`
+    static Utf8String GetLumConnectionImagesDirectory();              ///< `LumConnection\Images\`
+
+    // In GetLocalAppDataDirectory(). "PlugIns" has a capital I here: both spellings are on users' disks.
+
+    static Utf8String GetEditorAppDataDirectory();            ///< `Default\Editor\`
+    static Utf8String GetStrucLinkAppDataDirectory();         ///< `Default\PlugIns\StrucLink\`
+    static Utf8String GetPipeLinkAppDataDirectory();          ///< `Default\PlugIns\PipeLink\`
+    static Utf8String GetConnectionTagLinkAppDataDirectory(); ///< `Default\PlugIns\ConnectionTagLink\`
+    static Utf8String GetStWizardAppDataDirectory();          ///< `Default\StWizard\`
+    static Utf8String GetCrashReportsDirectory();             ///< `CrashReports\`
+
+    static Utf8String GetGBSteelDesignDirectory(); ///< `GBSteelDesign\` in GetProgramDataDirectory().
 };
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

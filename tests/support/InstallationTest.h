@@ -1,10 +1,20 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
 
+#include "DirectoryConfig.h"
 #include "support/ScratchMachine.h"
+
+/// The three folders in which everything lies, spelled as the library spells them.
+struct Bases
+{
+    std::string root;
+    std::string machineData;
+    std::string userData;
+};
 
 /// A test on a machine where the product may be installed. Uses HKEY_CLASSES_ROOT.
 class InstallationTest : public ::testing::Test
@@ -16,6 +26,31 @@ protected:
     void Install(std::string_view root) const
     {
         m_machine.WriteText(HKEY_CLASSES_ROOT, InstallationKey, "RootDir", root);
+    }
+
+    /// Installs the product in a folder of this machine.
+    Bases Install() const
+    {
+        const std::string root = m_machine.Folder("Fraxo Pro");
+        Install(root);
+        return {root, m_machine.ProductFolder(ShellFolder::ProgramData),
+                m_machine.ProductFolder(ShellFolder::LocalAppData)};
+    }
+
+    /// From now on this program runs from output, whose root is the executable's folder.
+    Bases RunFromOutput()
+    {
+        using Quenlor::Fraxo::SharedUtilities::Native::DirectoryConfig;
+        const std::string folder = DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8().ToStdString();
+        m_machine.SetEnvironment("FRAXO_PRO_ROOT_DIRECTORY", folder);
+        return {folder + R"(\)", folder + R"(\AppData\)", folder + R"(\LocalAppData\)"};
+    }
+
+    void UseProject(const char* id, bool isInUse) const
+    {
+        constexpr char key[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)";
+        m_machine.WriteText(HKEY_CURRENT_USER, key, "DefaultProjectID", id);
+        m_machine.WriteNumber(HKEY_CURRENT_USER, key, "UseDefaultProject", isInUse);
     }
 
     ScratchMachine m_machine{ScratchMachine::ClassesRoot::Used};

@@ -59,6 +59,17 @@ std::string ScratchMachine::Folder(std::string_view name) const
     return Utf8(folder) + '\\';
 }
 
+std::string ScratchMachine::ProductFolder(ShellFolder folder) const
+{
+    return Folder(folder == ShellFolder::ProgramData ? "ProgramData" : "LocalAppData") +
+           R"(Quenlor\Engineering\FRAXO.Pro VANTIRE Edition\)";
+}
+
+void ScratchMachine::BreakShellFolder(ShellFolder folder)
+{
+    MoveShellFolder(folder, R"(?:\)"); // relative on one system, malformed on the other
+}
+
 void ScratchMachine::SetEnvironment(const std::string& name, const std::optional<std::string>& value)
 {
     const char* const former = std::getenv(name.c_str());

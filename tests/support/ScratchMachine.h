@@ -52,6 +52,10 @@ public:
     /// A folder of this machine, created if missing, spelled as the library spells folders: UTF-8 with `\` at the end.
     /// There is a blank in it, as in real installation paths. The shell's folders are "ProgramData" and "LocalAppData".
     std::string Folder(std::string_view name) const;
+    /// The product's folder in one of the shell's, spelled alike; not created.
+    std::string ProductFolder(ShellFolder folder) const;
+    /// To a native path; the shell gets its bytes as they are.
+    void MoveShellFolder(ShellFolder folder, const std::string& path);
     void BreakShellFolder(ShellFolder folder); ///< From now on the shell cannot name it.
 
     /// Changes a variable; without a value it is removed. None that the library reads is set at the start.

@@ -24,6 +24,10 @@ const char* NameOf(Kind kind)
     {
     case Kind::Text:
         return "text";
+    case Kind::List:
+        return "list";
+    case Kind::Number:
+        return "number";
     case Kind::Flag:
         return "flag";
     case Kind::Directory:
@@ -53,11 +57,21 @@ std::string Printable(std::string_view text)
     return printable;
 }
 
+std::string Join(const std::vector<std::string>& items, std::string_view separator)
+{
+    std::string text;
+    for (const std::string& item : items)
+        text.append(text.empty() ? "" : separator).append(item);
+    return text;
+}
+
+/// On one line.
 std::string Shown(const Answer& answer)
 {
     if (!answer.failure.empty())
         return "failed: " + Printable(answer.failure);
-    const std::string text = ToText(answer.value);
+    const auto* const list = std::get_if<std::vector<std::string>>(&answer.value);
+    const std::string text = list ? Join(*list, " ") : ToText(answer.value);
     std::string shown = text.empty() ? "(empty)" : Printable(text);
     if (answer.exists)
         shown += *answer.exists ? "  [exists]" : "  [missing]";
@@ -65,12 +79,13 @@ std::string Shown(const Answer& answer)
 }
 } // namespace
 
-Answer AskFor(const Operation& operation)
+Answer AskFor(const Operation& operation, bool provide)
 {
     Answer answer{&operation, {}, {}, {}};
     try
     {
-        answer.value = operation.ask();
+        answer.value =
+            operation.userFile && !provide ? Value{operation.userFile().path.ToStdString()} : operation.ask();
         if (IsPlace(operation.kind))
         {
             const Quenlor::WString path{std::get<std::string>(answer.value).c_str(), false};
@@ -84,19 +99,24 @@ Answer AskFor(const Operation& operation)
     return answer;
 }
 
-std::vector<Answer> AskForEverything()
+std::vector<Answer> AskForEverything(bool provide)
 {
     std::vector<Answer> answers;
     for (const Operation& operation : Catalogue())
-        answers.push_back(AskFor(operation));
+        answers.push_back(AskFor(operation, provide));
     return answers;
 }
 
 std::string ToText(const Value& value)
 {
-    if (const bool* const flag = std::get_if<bool>(&value))
-        return *flag ? "true" : "false";
-    return std::get<std::string>(value);
+    struct
+    {
+        std::string operator()(const std::string& text) const { return text; }
+        std::string operator()(bool flag) const { return flag ? "true" : "false"; }
+        std::string operator()(std::int64_t number) const { return std::to_string(number); }
+        std::string operator()(const std::vector<std::string>& list) const { return Join(list, "\n"); }
+    } toText;
+    return std::visit(toText, value);
 }
 
 std::string FormatTable(const std::vector<Answer>& answers)

@@ -17,10 +17,12 @@ struct Answer
     std::optional<bool> exists; ///< For files and folders alone.
 };
 
-Answer AskFor(const Operation& operation);
-std::vector<Answer> AskForEverything();
+/// @param provide whether a user's file is made from its installed default when it is missing, as in an application;
+///        without it no file of the product is created
+Answer AskFor(const Operation& operation, bool provide);
+std::vector<Answer> AskForEverything(bool provide);
 
-/// The bare value, as scripts want it: `true` and `false` for a flag.
+/// The bare value, as scripts want it: `true` or `false` for a flag, an item a line for a list.
 std::string ToText(const Value& value);
 
 /// All answers under their classes, aligned for reading.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -5,6 +6,8 @@
 #include <CLI/CLI.hpp>
 
 #include "Catalogue.h"
+#include "Doctor.h"
+#include "Features.h"
 #include "Report.h"
 #include "Suggestions.h"
 #include "VersionConfig.h"
@@ -33,12 +36,12 @@ int ReportUnknown(const std::string& name)
     return WrongUse;
 }
 
-int PrintOne(const std::string& name, bool asJson)
+int PrintOne(const std::string& name, bool asJson, bool provide)
 {
     const FraxoInfo::Operation* const operation = FraxoInfo::Find(name);
     if (!operation)
         return ReportUnknown(name);
-    const FraxoInfo::Answer answer = FraxoInfo::AskFor(*operation);
+    const FraxoInfo::Answer answer = FraxoInfo::AskFor(*operation, provide);
     if (asJson)
         Print(FraxoInfo::FormatJson({answer}));
     else if (answer.failure.empty())
@@ -48,20 +51,46 @@ int PrintOne(const std::string& name, bool asJson)
     return answer.failure.empty() ? Success : Failure;
 }
 
+int PrintFeatures()
+{
+    const auto features = FraxoInfo::ReadFeatures();
+    Print(FraxoInfo::FormatFeatures(features));
+    return std::ranges::all_of(features, &std::string::empty, &FraxoInfo::Feature::failure) ? Success : Failure;
+}
+
+int PrintFindings()
+{
+    const auto findings = FraxoInfo::Examine();
+    Print(FraxoInfo::FormatFindings(findings));
+    return findings.empty() ? Success : Failure;
+}
+
 int Run(int argc, char** argv)
 {
     CLI::App app{"Prints what the shared utilities answer on this machine: every location and setting, or one."};
-    app.footer("Examples:\n"
-               "  fraxoinfo                    every answer, grouped by class\n"
-               "  fraxoinfo GetFRAXOProRoot    one answer, bare, for scripts\n"
-               "  fraxoinfo --json             every answer as JSON\n\n"
-               "Exit status: 0 success, 1 an operation failed, 2 wrong use.");
+    app.footer(
+        "Examples:\n"
+        "  fraxoinfo                    every answer, grouped by class\n"
+        "  fraxoinfo GetFRAXOProRoot    one answer, bare, for scripts\n"
+        "  fraxoinfo --json             every answer as JSON\n"
+        "  fraxoinfo --provision        the same answers, with the user's missing files copied first\n"
+        "  fraxoinfo features           the feature switches and what decided each\n"
+        "  fraxoinfo doctor             what is wrong with the installation, and what to do\n\n"
+        "No file of the product is created or changed without --provision. As in any application, a number that\n"
+        "an earlier release stored as text becomes a number when it is read, and the shell's folder for this\n"
+        "user is made if it is missing.\n"
+        "Exit status: 0 success, 1 an operation failed or something needs attention, 2 wrong use.");
     const auto release = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber();
     app.set_version_flag("--version", std::string{"fraxoinfo, release "} + release.c_str());
     std::string name;
     bool asJson = false;
+    bool provide = false;
     app.add_option("operation", name, "The operation to ask for, with or without its class");
     app.add_flag("--json", asJson, "Print JSON");
+    app.add_flag("--provision", provide, "Make the user's missing files from the installed defaults");
+    const auto* const features = app.add_subcommand("features", "List the feature switches and what decided each");
+    const auto* const doctor = app.add_subcommand("doctor", "Examine the installation");
+    app.require_subcommand(0, 1);
 
     try
     {
@@ -72,9 +101,13 @@ int Run(int argc, char** argv)
         return app.exit(error) == Success ? Success : WrongUse;
     }
 
+    if (*features)
+        return PrintFeatures();
+    if (*doctor)
+        return PrintFindings();
     if (app.count("operation") != 0)
-        return PrintOne(name, asJson);
-    const auto answers = FraxoInfo::AskForEverything();
+        return PrintOne(name, asJson, provide);
+    const auto answers = FraxoInfo::AskForEverything(provide);
     Print(asJson ? FraxoInfo::FormatJson(answers) : FraxoInfo::FormatTable(answers));
     return Success;
 }

@@ -93,11 +93,10 @@ std::vector<std::wstring_view> Resolve(const std::vector<std::wstring_view>& com
     {
         if (component == L".")
             continue;
-        if (component != L"..")
-            resolved.push_back(component);
-        else if (!resolved.empty() && resolved.back() != L"..")
+        const bool goesUp = component == L"..";
+        if (goesUp && !resolved.empty() && resolved.back() != L"..")
             resolved.pop_back();
-        else if (!isRooted)
+        else if (!goesUp || !isRooted)
             resolved.push_back(component);
     }
     return resolved;

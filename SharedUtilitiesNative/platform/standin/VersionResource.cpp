@@ -19,7 +19,7 @@ using Quenlor::Posix::FileDescriptor;
 namespace
 {
 constexpr DWORD Signature = 0xFEEF04BD;
-constexpr std::string_view NoteOwner{"Quenlor", 8}; // its NUL counts
+constexpr std::string_view NoteOwner{"Quenlor\0", 8}; // its NUL counts
 constexpr Elf64_Word FixedFileInfoNote = 1;
 constexpr std::size_t MostNoteBytes = 1 << 20; // a segment that claims more is damaged
 

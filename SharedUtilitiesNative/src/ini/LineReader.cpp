@@ -9,8 +9,8 @@ namespace
 {
 // Most files fit the first chunk. Larger ones are read in steps that the processor's cache holds, so that a piece is
 // still there when it is searched.
-constexpr std::size_t FirstChunk = 4 * 1024;
-constexpr std::size_t UsualChunk = 64 * 1024;
+constexpr std::size_t FirstChunk = std::size_t{4} * 1024;
+constexpr std::size_t UsualChunk = std::size_t{64} * 1024;
 } // namespace
 
 std::string_view LineReader::Read(std::istream& stream)

@@ -33,15 +33,15 @@ void ScratchMachine::TakeRegistryAndShell()
     SetEnvironment("QUENLOR_REGISTRY_DIR", (m_root / "Registry").string());
     for (const char* const folder : {"ProgramData", "LocalAppData"})
         std::filesystem::create_directory(m_root / folder);
-    SetEnvironment("PROGRAMDATA", (m_root / "ProgramData").string());
-    SetEnvironment("LOCALAPPDATA", (m_root / "LocalAppData").string());
+    MoveShellFolder(ShellFolder::ProgramData, (m_root / "ProgramData").string());
+    MoveShellFolder(ShellFolder::LocalAppData, (m_root / "LocalAppData").string());
 }
 
 void ScratchMachine::GiveBackRegistry() const {}
 
-void ScratchMachine::BreakShellFolder(ShellFolder folder)
+void ScratchMachine::MoveShellFolder(ShellFolder folder, const std::string& path)
 {
-    SetEnvironment(folder == ShellFolder::ProgramData ? "PROGRAMDATA" : "LOCALAPPDATA", "no/absolute/path");
+    SetEnvironment(folder == ShellFolder::ProgramData ? "PROGRAMDATA" : "LOCALAPPDATA", path);
 }
 
 void ScratchMachine::WhileReadOnly(HKEY, const char*, const std::function<void()>& body) const

@@ -98,8 +98,8 @@ void ScratchMachine::TakeRegistryAndShell()
 
     for (const char* const folder : {"ProgramData", "LocalAppData"})
         std::filesystem::create_directory(m_root / folder);
-    WriteText(HKEY_LOCAL_MACHINE, ShellFolders, "Common AppData", (m_root / "ProgramData").string());
-    WriteText(HKEY_CURRENT_USER, ShellFolders, "Local AppData", (m_root / "LocalAppData").string());
+    MoveShellFolder(ShellFolder::ProgramData, (m_root / "ProgramData").string());
+    MoveShellFolder(ShellFolder::LocalAppData, (m_root / "LocalAppData").string());
 }
 
 void ScratchMachine::GiveBackRegistry() const
@@ -111,11 +111,11 @@ void ScratchMachine::GiveBackRegistry() const
         RemoveProductClasses();
 }
 
-void ScratchMachine::BreakShellFolder(ShellFolder folder)
+void ScratchMachine::MoveShellFolder(ShellFolder folder, const std::string& path)
 {
     const bool isShared = folder == ShellFolder::ProgramData;
     WriteText(isShared ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, ShellFolders,
-              isShared ? "Common AppData" : "Local AppData", R"(?:\)");
+              isShared ? "Common AppData" : "Local AppData", path);
 }
 
 void ScratchMachine::WhileReadOnly(HKEY root, const char* subKey, const std::function<void()>& body) const

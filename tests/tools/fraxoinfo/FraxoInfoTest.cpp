@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -15,7 +15,8 @@
 namespace
 {
 using namespace FraxoInfo;
-using ::testing::Contains;
+using Quenlor::Fraxo::SharedUtilities::Native::UserFile;
+using ::testing::ContainsRegex;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -48,8 +49,14 @@ TEST(NearestNames, AreThoseThatWereProbablyMeant)
 }
 
 constexpr Operation Rows[] = {
-    {"First", "GetText", Kind::Text, [] { return Value{std::string{"a\x1b[2Jb"}}; }},
+    {"First", "GetText", Kind::Text, [] { return Value{std::string{"a\x1b[2J\nb"}}; }},
     {"First", "IsFlag", Kind::Flag, [] { return Value{true}; }},
+    {"First", "GetNumber", Kind::Number, [] { return Value{std::int64_t{-134}}; }},
+    {"First", "GetList", Kind::List,
+     [] {
+         return Value{std::vector<std::string>{"de", "zh-cn"}};
+     }},
+    {"First", "GetEmptyList", Kind::List, [] { return Value{std::vector<std::string>{}}; }},
     {"Second", "GetNothing", Kind::Text, [] { return Value{std::string{}}; }},
     {"Second", "GetHereDirectory", Kind::Directory, [] { return Value{std::string{"."}}; }},
     {"Second", "GetNowherePath", Kind::File, [] { return Value{std::string{"no\\file"}}; }},
@@ -59,15 +66,37 @@ constexpr Operation Rows[] = {
 std::vector<Answer> Answers()
 {
     std::vector<Answer> answers;
-    std::ranges::transform(Rows, std::back_inserter(answers), AskFor);
+    for (const Operation& row : Rows)
+        answers.push_back(AskFor(row, false));
     return answers;
+}
+
+TEST(ToText, IsTheBareValue)
+{
+    EXPECT_EQ(ToText(Value{false}), "false");
+    EXPECT_EQ(ToText(Value{std::int64_t{9}}), "9");
+    EXPECT_EQ(ToText(Value{std::string{"a b"}}), "a b");
+    EXPECT_EQ(ToText(Value{std::vector<std::string>{"de", "zh-cn"}}), "de\nzh-cn");
+}
+
+TEST(AskFor, LooksWhereAUsersFileWouldLieOrProvidesIt)
+{
+    constexpr Operation operation{"C", "GetUserFilePath", Kind::File, [] { return Value{std::string{"provided"}}; },
+                                  [] {
+                                      return UserFile{"kept", "default"};
+                                  }};
+    EXPECT_EQ(AskFor(operation, false).value, Value{std::string{"kept"}});
+    EXPECT_EQ(AskFor(operation, true).value, Value{std::string{"provided"}});
 }
 
 TEST(FormatTable, GroupsByClassAndAligns)
 {
     EXPECT_EQ(FormatTable(Answers()), "First\n"
-                                      "  GetText           a\\x1b[2Jb\n"
+                                      "  GetText           a\\x1b[2J\\x0ab\n"
                                       "  IsFlag            true\n"
+                                      "  GetNumber         -134\n"
+                                      "  GetList           de zh-cn\n"
+                                      "  GetEmptyList      (empty)\n"
                                       "\n"
                                       "Second\n"
                                       "  GetNothing        (empty)\n"
@@ -80,11 +109,14 @@ TEST(FormatJson, KeepsTypesAndSaysWhatFailed)
 {
     const std::string json = FormatJson(Answers());
     EXPECT_THAT(json, HasSubstr(R"("value": true)"));
-    EXPECT_THAT(json, HasSubstr(R"("value": "a\u001b[2Jb")"));
+    EXPECT_THAT(json, HasSubstr(R"("value": -134)"));
+    EXPECT_THAT(json, HasSubstr(R"("value": "a\u001b[2J\nb")"));
+    EXPECT_THAT(json, ContainsRegex(R"("value": \[\s+"de",\s+"zh-cn"\s+\])"));
+    EXPECT_THAT(json, HasSubstr(R"("value": [])"));
     EXPECT_THAT(json, HasSubstr(R"("error": "Could not")"));
     EXPECT_THAT(json, HasSubstr(R"("exists": false)"));
 
     constexpr Operation binary{"C", "GetBytes", Kind::Text, [] { return Value{std::string{"\xFF"}}; }};
-    EXPECT_THAT(FormatJson({AskFor(binary)}), HasSubstr("\xEF\xBF\xBD"));
+    EXPECT_THAT(FormatJson({AskFor(binary, false)}), HasSubstr("\xEF\xBF\xBD"));
 }
 } // namespace

@@ -3,7 +3,6 @@
 #include <clocale>
 #include <cwctype>
 #include <iterator>
-#include <locale.h>
 #include <utf8.h>
 
 namespace Quenlor::Posix

@@ -61,8 +61,12 @@ public:
         return ::rename(m_name.c_str(), destination.c_str()) == 0;
     }
 
-    /// Takes the destination's place if it is free; that it is taken by now is as good.
-    bool Become(const std::string& destination) const { return MoveIfFree(destination) || errno == EEXIST; }
+    /// Takes the destination's place if it is free; that there is a file by now is as good.
+    bool Become(const std::string& destination) const
+    {
+        std::error_code error; // a link to nowhere takes the place as well, but is no file
+        return MoveIfFree(destination) || (errno == EEXIST && std::filesystem::exists(destination, error));
+    }
 
 private:
     bool MoveIfFree(const std::string& destination) const

@@ -10,6 +10,7 @@
 #endif
 #include <windows.h>
 
+#include <shlobj.h>
 #include <stdlib.h>
 
 #include <Platform/Win32Types.h>
@@ -36,6 +37,9 @@ using LPCVOID = const void*;
 using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 using PHKEY = HKEY*;
+using HRESULT = std::int32_t;
+using LANGID = WORD;
+using HANDLE = void*;
 using errno_t = int;
 struct SECURITY_ATTRIBUTES;
 struct FILETIME
@@ -104,6 +108,47 @@ LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWO
                       LPDWORD classSize, FILETIME* lastWrite);
 LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type, LPBYTE data,
                       LPDWORD size);
+
+// ---- shell folders --------------------------------------------------------------------------------------------------
+
+inline constexpr std::size_t MAX_PATH = 260;
+inline constexpr int CSIDL_LOCAL_APPDATA = 28;
+inline constexpr int CSIDL_COMMON_APPDATA = 35;
+inline constexpr int CSIDL_FLAG_CREATE = 0x8000;
+inline constexpr DWORD SHGFP_TYPE_CURRENT = 0;
+
+inline constexpr HRESULT S_OK = 0;
+inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
+inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
+
+constexpr HRESULT HRESULT_FROM_WIN32(LSTATUS code) noexcept
+{
+    return code <= 0 ? code : static_cast<HRESULT>(0x80070000U | (static_cast<DWORD>(code) & 0xFFFFU));
+}
+
+constexpr bool FAILED(HRESULT result) noexcept
+{
+    return result < 0;
+}
+
+// Knows two folders, with CSIDL_FLAG_CREATE or without. CSIDL_COMMON_APPDATA is $PROGRAMDATA, else /usr/share;
+// CSIDL_LOCAL_APPDATA is $LOCALAPPDATA, else $XDG_DATA_HOME, else ~/.local/share. A folder that is relative, that is
+// missing and not to be or cannot be created, or whose path does not fit MAX_PATH is a failure and leaves `path` empty.
+
+HRESULT SHGetFolderPathA(HWND owner, int folder, HANDLE token, DWORD flags, LPSTR path);
+
+// ---- private profiles ----------------------------------------------------------------------------------------------
+
+// Names compare without regard to case; blanks around names and values go, and then one pair of quotes around a value;
+// the first section of a name counts, and in it the first key. A line that starts with `;` is a comment. The result is
+// the length without the NUL, one less than `size` for a value that was cut. Differences from Windows: bytes are not
+// decoded, so a UTF-16 file has no values, and a null section or name, which lists what there is, gives nothing.
+
+DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR name, LPCSTR whenMissing, LPSTR buffer, DWORD size, LPCSTR path);
+
+// ---- languages -----------------------------------------------------------------------------------------------------
+
+LANGID GetUserDefaultUILanguage(); ///< From $LC_ALL, else $LC_MESSAGES, else $LANG; US English for an unknown one.
 
 // ---- version resources ---------------------------------------------------------------------------------------------
 

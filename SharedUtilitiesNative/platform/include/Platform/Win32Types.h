@@ -9,6 +9,8 @@
 
 struct HKEY__;
 using HKEY = HKEY__*;
+struct HWND__;
+using HWND = HWND__*;
 
 #ifndef _WIN32 // On Windows <windows.h> has these, as macros.
 

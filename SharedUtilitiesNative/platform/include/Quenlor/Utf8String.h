@@ -32,7 +32,7 @@ public:
     bool empty() const noexcept { return m_text.empty(); }
 
     /// A copy of the text up to its first NUL.
-    std::string ToStdString() const { return m_text.c_str(); }
+    std::string ToStdString() const { return m_text.c_str(); } // NOLINT: the cut is wanted
 
     /// Replaces every occurrence of `from` by `to`, left to right; inserted text is not looked at again.
     /// @return how many were replaced; 0 for an empty or null `from`. A null `to` removes.

@@ -10,7 +10,7 @@ namespace
 {
 // A handle is the number of uses of its slot and, below, four times the slot's number counted from 1. So the low 32
 // bits never are those of a predefined key, which have the highest one set.
-static_assert(sizeof(HKEY) == sizeof(std::uint64_t));
+static_assert(sizeof(std::uintptr_t) == sizeof(std::uint64_t));
 
 HKEY MakeHandle(std::size_t slot, std::uint32_t uses) noexcept
 {
@@ -49,8 +49,9 @@ HKEY HandleTable::Add(OpenKey key)
 {
     if (m_free.empty())
     {
-        m_free.push_back(m_slots.size());
         m_slots.emplace_back();
+        m_free.reserve(m_slots.size()); // closing never needs memory
+        m_free.push_back(m_slots.size() - 1);
     }
     const std::size_t number = m_free.back();
     Slot& slot = m_slots[number];

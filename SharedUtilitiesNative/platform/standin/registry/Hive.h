@@ -47,7 +47,8 @@ public:
     bool IsWritable() const; ///< Whether this process has the right to change it.
 
     /// Changes the newest state of the hive: either all that `edit` does is on disk when this returns 0, or nothing is
-    /// changed. Nothing is written if `edit` returns another code than 0; that code is returned then.
+    /// changed. Nothing is written if `edit` returns another code than 0; that code is returned then. Only if the disk
+    /// fails in the very last step, the change is there and ERROR_REGISTRY_IO_FAILED says that it may not last.
     LSTATUS Change(const std::function<LSTATUS(Key&)>& edit);
 
 private:

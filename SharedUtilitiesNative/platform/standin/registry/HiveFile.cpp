@@ -209,8 +209,8 @@ Replacement::~Replacement()
 void Replacement::Write(std::string_view text, mode_t mode, const FileVersion& old)
 {
     WriteAll(m_file, text);
-    if (old.Exists()) [[maybe_unused]]
-        const int kept = ::fchown(m_file.get(), old.Status().st_uid, old.Status().st_gid);
+    [[maybe_unused]] const int kept =
+        old.Exists() ? ::fchown(m_file.get(), old.Status().st_uid, old.Status().st_gid) : 0;
     Checked([&] { return ::fchmod(m_file.get(), mode); });
     MakeLaterThan(old);
     Registry::Sync(m_file);

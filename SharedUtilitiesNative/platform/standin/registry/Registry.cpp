@@ -9,6 +9,7 @@
 
 #include "registry/RegistryPath.h"
 #include "registry/RegistryState.h"
+#include "registry/RegistryText.h"
 
 using namespace Quenlor::StandIn::Registry;
 
@@ -21,11 +22,6 @@ constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | Delete;
 std::string_view Text(LPCSTR text) noexcept
 {
     return text ? std::string_view{text} : std::string_view{};
-}
-
-bool IsText(DWORD type) noexcept
-{
-    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
 }
 
 /// Runs `action` while no other thread uses the registry.
@@ -148,8 +144,9 @@ LSTATUS WithSubKey(HKEY handle, LPCSTR subKey, Action action)
 /// The first place that has the key; null when none has.
 KeyPlace* ExistingPlace(OpenKey& key)
 {
-    const auto found = std::find_if(key.places.begin(), key.places.end(), [](KeyPlace& place) { return place.Find(); });
-    return found == key.places.end() ? nullptr : &*found;
+    auto* const found =
+        std::find_if(key.places.begin(), key.places.end(), [](KeyPlace& place) { return place.Find(); });
+    return found == key.places.end() ? nullptr : found;
 }
 
 /// Where a write goes: to the place that has the key, the user's first; a new key of HKEY_CLASSES_ROOT to the
@@ -410,7 +407,7 @@ LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWO
     return WithKey(key, KEY_ENUMERATE_SUB_KEYS,
                    [&](RegistryState&, OpenKey& open) -> LSTATUS
                    {
-                       const Key* const found = ItemAt<Key>(
+                       const auto* const found = ItemAt<Key>(
                            open, index, [](const Key& parent) -> auto& { return parent.SubKeys(); },
                            [](const Key& parent, const Key& item) { return parent.Find(item.Name()) != nullptr; });
                        if (!found)
@@ -435,7 +432,7 @@ LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWO
     return WithKey(key, KEY_QUERY_VALUE,
                    [&](RegistryState&, OpenKey& open) -> LSTATUS
                    {
-                       const Value* const value = ItemAt<Value>(
+                       const auto* const value = ItemAt<Value>(
                            open, index, [](const Key& parent) -> auto& { return parent.Values(); },
                            [](const Key& parent, const Value& item) { return parent.FindValue(item.name) != nullptr; });
                        if (!value)

@@ -230,8 +230,7 @@ private:
     const char* ReadData(std::string_view data)
     {
         if (SkipPrefix(data, "-"))
-            return IsCommentOrEmpty(data) ? (m_handler.DeleteValue(m_name), nullptr)
-                                          : "text after the deletion of a value";
+            return ReadDeletion(data);
         if (SkipPrefix(data, "\""))
             return ReadText(data);
         if (SkipPrefix(data, "dword:"))
@@ -239,6 +238,14 @@ private:
         if (SkipPrefix(data, "hex"))
             return ReadHex(data);
         return "data of an unknown form";
+    }
+
+    const char* ReadDeletion(std::string_view rest)
+    {
+        if (!IsCommentOrEmpty(rest))
+            return "something after the deletion of a value";
+        m_handler.DeleteValue(m_name);
+        return nullptr;
     }
 
     const char* ReadText(std::string_view data)
@@ -287,7 +294,7 @@ private:
         }
         if (end == HexListEnd::Malformed)
             return "malformed hexadecimal data";
-        if (type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ)
+        if (IsText(type))
             FinishText();
         m_handler.SetValue(m_name, type, m_data);
         return nullptr;

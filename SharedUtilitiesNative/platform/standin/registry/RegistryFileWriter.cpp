@@ -11,11 +11,6 @@ namespace
 constexpr std::size_t LastColumn = 77; // of hexadecimal data, as Windows wraps them
 constexpr char HexDigits[] = "0123456789abcdef";
 
-bool IsText(DWORD type) noexcept
-{
-    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
-}
-
 /// Whether the quoted form gives back the same bytes: one final NUL, no other control character, valid UTF-8.
 bool CanBeQuoted(const Value& value) noexcept
 {
@@ -97,8 +92,8 @@ private:
     void AppendNumber(std::string_view littleEndian)
     {
         m_text += "dword:";
-        for (auto byte = littleEndian.rbegin(); byte != littleEndian.rend(); ++byte)
-            AppendByte(*byte);
+        for (std::size_t i = littleEndian.size(); i-- > 0;)
+            AppendByte(littleEndian[i]);
     }
 
     void AppendHexType(DWORD type)

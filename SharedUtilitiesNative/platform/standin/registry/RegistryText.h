@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include <Platform/Win32.h>
+
 // Between the narrow text of the Reg* functions, which is UTF-8 but may be any bytes, and the UTF-16LE of registry
 // files.
 
@@ -20,4 +22,10 @@ std::string FromUtf16Le(std::string_view bytes);
 std::size_t Utf16Length(std::string_view text) noexcept;
 
 bool IsValidUtf8(std::string_view text) noexcept;
+
+/// Whether values of this type are text, or several.
+constexpr bool IsText(DWORD type) noexcept
+{
+    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
+}
 } // namespace Quenlor::StandIn::Registry

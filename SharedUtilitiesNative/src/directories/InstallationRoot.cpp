@@ -1,18 +1,14 @@
 #include "DirectoryConfig.h"
 
-#include <string>
-
-#include <Platform/Win32.h>
-
 #include "CoreUtilities.h"
-#include "RegistryHelper.h"
-#include "VersionConfig.h"
+#include "core/Paths.h"
+#include "registry/InstallationRecord.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 namespace
 {
-std::string OutputRoot()
+Utf8String OutputRoot()
 {
     return GetEnvironmentVariableValue("FRAXO_PRO_ROOT_DIRECTORY");
 }
@@ -24,33 +20,20 @@ QnFileName CurrentExecutable()
     return executable;
 }
 
-QnFileName FromUtf8(const Utf8String& path)
+bool IsExecutableBelow(const Utf8String& root)
 {
-    QnFileName name;
-    name.SetNameUtf8(path.c_str());
-    return name;
-}
-
-WString Fixed(const QnFileName& path)
-{
-    WString fixed;
-    QnFileName::FixPathName(fixed, path.GetName());
-    return fixed;
+    return !root.empty() && FixedPathOf(CurrentExecutable()).ContainsI(FixedPathOf(PathOf(root)));
 }
 } // namespace
 
 bool DirectoryConfig::IsRunningFromOutput()
 {
-    const std::string root = OutputRoot();
-    return !root.empty() && Fixed(CurrentExecutable()).ContainsI(Fixed(FromUtf8(root)));
+    return IsExecutableBelow(OutputRoot());
 }
 
 Utf8String DirectoryConfig::GetFRAXOProRoot()
 {
-    QnFileName root = FromUtf8(
-        IsRunningFromOutput()
-            ? Utf8String{OutputRoot()}
-            : RegistryHelper::GetStringValue(HKEY_CLASSES_ROOT, VersionConfig::GetVersionStamp(), "RootDir", {}));
+    QnFileName root = PathOf(IsRunningFromOutput() ? OutputRoot() : InstallationRecord("RootDir"));
     root.AppendSeparator();
     return root.GetNameUtf8();
 }

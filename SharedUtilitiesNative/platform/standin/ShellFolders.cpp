@@ -1,0 +1,64 @@
+#include <Platform/Win32.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <system_error>
+
+namespace
+{
+/// The first of the variables that has a value. Ignored in set-user-ID programs, whose caller must not move folders.
+std::string FirstOf(std::initializer_list<const char*> variables)
+{
+    for (const char* const variable : variables)
+    {
+        const char* const value = ::secure_getenv(variable);
+        if (value && *value)
+            return value;
+    }
+    return {};
+}
+
+std::string MachineData()
+{
+    const std::string folder = FirstOf({"PROGRAMDATA"});
+    return folder.empty() ? "/usr/share" : folder;
+}
+
+std::string UserData()
+{
+    const std::string folder = FirstOf({"LOCALAPPDATA", "XDG_DATA_HOME"});
+    if (!folder.empty())
+        return folder;
+    const std::string home = FirstOf({"HOME"});
+    return home.empty() ? home : home + "/.local/share";
+}
+} // namespace
+
+HRESULT SHGetFolderPathA(HWND, int folder, HANDLE, DWORD, LPSTR path)
+{
+    if (!path)
+        return E_INVALIDARG;
+    path[0] = '\0';
+
+    std::string found;
+    if ((folder & ~CSIDL_FLAG_CREATE) == CSIDL_COMMON_APPDATA)
+        found = MachineData();
+    else if ((folder & ~CSIDL_FLAG_CREATE) == CSIDL_LOCAL_APPDATA)
+        found = UserData();
+    else
+        return E_INVALIDARG;
+    // A relative folder would be another one for every program, and one with a backslash in its name cannot be named.
+    if (!found.starts_with('/') || found.find('\\') != std::string::npos || found.length() >= MAX_PATH)
+        return E_FAIL;
+
+    std::error_code error;
+    if ((folder & CSIDL_FLAG_CREATE) && !std::filesystem::is_directory(found, error))
+        std::filesystem::create_directories(found, error);
+    if (!std::filesystem::is_directory(found, error))
+        return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+    std::memcpy(path, found.c_str(), found.length() + 1);
+    return S_OK;
+}

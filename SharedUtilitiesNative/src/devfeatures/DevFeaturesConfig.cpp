@@ -1,0 +1,56 @@
+#include "DevFeaturesConfig.h"
+
+#include <stdexcept>
+
+#include "CoreUtilities.h"
+#include "IniConfig.h"
+#include "IniReader.h"
+#include "core/NumberConversion.h"
+#include "devfeatures/FeatureFlags.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+const std::string FeatureFlags[FeatureCount] = {
+    "FPRO_FEATURE_REVULYTICS",
+    "FPRO_FEATURE_CHINESE_STEEL_DESIGN",
+    "FPRO_FEATURE_INTEGRATED_CHINESE_STEEL_DESIGN",
+    "FPRO_FEATURE_CHINESE_RESPONSE_SPECTRUM_2010",
+    "FPRO_FEATURE_CHINESE_WIND_LOAD_GB50009_2012",
+    "FPRO_FEATURE_MASS_MODEL_GENERATOR",
+};
+
+namespace
+{
+/// Empty when the product's INI file cannot be provided: a feature switch must never keep a program from starting.
+std::string ProductIniPath()
+{
+    try
+    {
+        return IniConfig::GetFraxoProIniPath().ToStdString();
+    }
+    catch (const std::runtime_error&)
+    {
+        return {};
+    }
+}
+} // namespace
+
+FeatureSwitch ReadFeatureSwitch(const std::string& flag, std::string (*iniPath)())
+{
+    if (const std::string value = GetEnvironmentVariableValue(flag); !value.empty())
+        return {ToInt(value) >= 1 ? 1 : 0, FeatureSwitch::Source::Environment};
+    constexpr char section[] = "DEV_FEATURES";
+    IniReader reader;
+    if (!reader.LoadFile(iniPath()))
+        return {};
+    const int value = reader.GetIntegerValue(section, flag, 0); // as it is: callers take -1 for on
+    const bool isThere = !reader.GetStringValue(section, flag, {}).empty();
+    return {value, isThere ? FeatureSwitch::Source::IniFile : FeatureSwitch::Source::None};
+}
+
+int DevFeaturesConfig::IsDevFeatureEnabled(DevFeatureId id)
+{
+    const auto index = static_cast<unsigned>(id); // a negative id is a large one
+    return index < FeatureCount ? ReadFeatureSwitch(FeatureFlags[index], ProductIniPath).value : 0;
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -1,0 +1,117 @@
+#include "LanguageHelper.h"
+
+#include <algorithm>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include <Platform/Win32.h>
+
+#include "DirectoryConfig.h"
+#include "RegistryHelper.h"
+#include "VersionConfig.h"
+#include "language/LanguageChoice.h"
+#include "registry/RegistryKey.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+namespace
+{
+constexpr char FallBack[] = "en";
+
+/// What the process has found out; each part is empty until then and never changes afterwards.
+struct Cache
+{
+    std::mutex mutex;
+    Utf8String current;
+    std::set<Utf8String> installed;
+};
+
+Cache& TheCache()
+{
+    static Cache cache;
+    return cache;
+}
+
+std::set<Utf8String> RecordedLanguages()
+{
+    const std::string data =
+        ReadData(HKEY_CLASSES_ROOT, LanguageKey(VersionConfig::GetVersionStamp()), "InstalledLanguages", REG_MULTI_SZ)
+            .value_or("");
+    std::set<Utf8String> languages;
+    std::string_view rest = data; // texts with a NUL behind each, and an empty one at the end if it is well formed
+    while (!rest.empty() && rest.front() != '\0')
+    {
+        const std::string_view code = rest.substr(0, rest.find('\0'));
+        languages.insert(code);
+        rest.remove_prefix(std::min(code.length() + 1, rest.length()));
+    }
+    if (languages.empty())
+        languages.insert(FallBack);
+    return languages;
+}
+
+const std::set<Utf8String>& InstalledLanguages(Cache& cache)
+{
+    if (cache.installed.empty())
+    {
+        const Utf8String forced = ForcedLanguage();
+        cache.installed = forced.empty() ? RecordedLanguages() : std::set{forced};
+    }
+    return cache.installed;
+}
+
+Utf8String ChosenLanguage(const std::set<Utf8String>& installed)
+{
+    for (const LanguageChoice& place : LanguageChoices)
+    {
+        const Utf8String choice = RegistryHelper::GetStringValue(place.root, LanguageChoiceKey(), place.name, {});
+        if (installed.contains(choice))
+            return choice;
+    }
+    return FallBack;
+}
+} // namespace
+
+Utf8String LanguageHelper::GetCurrentLanguage()
+{
+    Cache& cache = TheCache();
+    const std::lock_guard lock{cache.mutex};
+    if (cache.current.empty())
+    {
+        // Looked at here as well: the installed set may have been found before the variable was set.
+        const Utf8String forced = ForcedLanguage();
+        cache.current = forced.empty() ? ChosenLanguage(InstalledLanguages(cache)) : forced;
+    }
+    return cache.current;
+}
+
+std::set<Utf8String> LanguageHelper::GetInstalledLanguages()
+{
+    Cache& cache = TheCache();
+    const std::lock_guard lock{cache.mutex};
+    return InstalledLanguages(cache);
+}
+
+void LanguageHelper::SetLanguage(const Utf8String& code)
+{
+    const LanguageChoice& user = LanguageChoices[0];
+    RegistryHelper::SetStringValue(user.root, LanguageChoiceKey(), user.name, code);
+}
+
+Utf8String LanguageHelper::GetLanguageDirectory()
+{
+    return DirectoryConfig::GetFRAXOProRoot() + R"(Resource\Language\)";
+}
+
+Utf8String LanguageHelper::GetCurrentLanguageDirectory()
+{
+    return GetCurrentLanguageDirectory(GetCurrentLanguage());
+}
+
+Utf8String LanguageHelper::GetCurrentLanguageDirectory(const Utf8String& code)
+{
+    return GetLanguageDirectory() + code + R"(\)";
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

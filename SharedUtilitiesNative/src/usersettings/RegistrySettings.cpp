@@ -1,0 +1,177 @@
+#include "UserSettingsConfig.h"
+
+#include <Platform/Win32.h>
+
+#include "CoreUtilities.h"
+#include "LanguageHelper.h"
+#include "RegistryHelper.h"
+#include "core/Format.h"
+#include "registry/InstallationRecord.h"
+#include "registry/ProductKey.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+namespace
+{
+constexpr char Configurations[] = R"(\Configurations)";
+constexpr char RssSettings[] = R"(\RSSSettings)";
+constexpr char LicenseConfig[] = R"(\LicenseConfig)";
+constexpr char Build[] = R"(\Build)";
+
+// A row is what a getter and its setter share. Names are spelled as installers and earlier releases spell them; that
+// like switches have different defaults is intended.
+
+struct Flag
+{
+    const char* subKey; // below the per-user key, with its leading backslash
+    const char* name;
+    bool whenMissing;
+};
+
+struct Text
+{
+    const char* subKey;
+    const char* name;
+};
+
+struct NumberFlag // a number that is read as a flag
+{
+    const char* subKey;
+    const char* name;
+};
+
+// clang-format off
+constexpr Flag UseDefaultProject{Configurations, "UseDefaultProject", false};
+constexpr Flag UseRoamingConfig {Configurations, "UseRoamingProjectConfig", true};
+constexpr Flag ProjectForLogging{Configurations, "UseDefaultProjectForLogging", true};
+constexpr Flag RssFeed          {RssSettings,    "EnableFeed", true};
+constexpr Flag ShowPreviewer    {RssSettings,    "ShowOnStartup", false};
+constexpr Flag IsNewVersion     {Build,          "IsNewVersionInstall", true};
+
+constexpr Text ProjectId  {Configurations, "DefaultProjectID"};
+constexpr Text ProjectName{Configurations, "DefaultProjectName"};
+constexpr Text Theme      {Configurations, "ThemeColor"};
+constexpr Text Font       {Configurations, "ThemeFont"};
+constexpr Text LastRead   {RssSettings,    "LastRead"};
+constexpr Text FeedUrl    {RssSettings,    "FEEDUrl"};
+
+constexpr NumberFlag NuclearDesignCodes{LicenseConfig, "NuclearDesignCodes"};
+constexpr NumberFlag LumConnection     {LicenseConfig, "LUMConnection"};
+// clang-format on
+
+constexpr char FeedCategory[] = "FEEDCategory%d";
+constexpr char FeedZone[] = "FEEDZone%d";
+constexpr char DocumentService[] = "FRAXO_PRO_PL365";
+
+Utf8String KeyOf(const char* subKey)
+{
+    return RegistryHelper::GetCurrentUserKey() + subKey;
+}
+
+bool Read(const Flag& row)
+{
+    return RegistryHelper::GetBoolValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, row.whenMissing);
+}
+
+void Write(const Flag& row, bool value)
+{
+    RegistryHelper::SetBoolValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, value);
+}
+
+Utf8String Read(const Text& row, const Utf8String& whenMissing = {})
+{
+    return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, whenMissing);
+}
+
+void Write(const Text& row, const Utf8String& value)
+{
+    RegistryHelper::SetStringValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, value);
+}
+
+bool Read(const NumberFlag& row)
+{
+    return RegistryHelper::GetIntValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, 0) != 0;
+}
+
+void Write(const NumberFlag& row, bool value)
+{
+    RegistryHelper::SetIntValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, value ? 1 : 0);
+}
+
+bool ReadIndexed(const char* nameFormat, int index)
+{
+    const Utf8String name = Format(nameFormat, index);
+    return Read(Flag{RssSettings, name.c_str(), false});
+}
+
+void WriteIndexed(const char* nameFormat, int index, bool value)
+{
+    const Utf8String name = Format(nameFormat, index);
+    Write(Flag{RssSettings, name.c_str(), false}, value);
+}
+} // namespace
+
+// clang-format off
+bool       UserSettingsConfig::UseDefaultConnectedProject()     { return Read(UseDefaultProject); }
+bool       UserSettingsConfig::UseRoamingProjectConfig()        { return Read(UseRoamingConfig); }
+bool       UserSettingsConfig::UseDefaultProjectForLogging()    { return Read(ProjectForLogging); }
+bool       UserSettingsConfig::IsRssFeedEnabled()               { return Read(RssFeed); }
+bool       UserSettingsConfig::GetShowPreviewerOnStartup()      { return Read(ShowPreviewer); }
+bool       UserSettingsConfig::GetIsNewVersionInstallFlag()     { return Read(IsNewVersion); }
+bool       UserSettingsConfig::IsNuclearDesignCodeEnabled()     { return Read(NuclearDesignCodes); }
+bool       UserSettingsConfig::IsLumConnectionEnabled()         { return Read(LumConnection); }
+bool       UserSettingsConfig::GetRssFeedCategory(int index)    { return ReadIndexed(FeedCategory, index); }
+bool       UserSettingsConfig::GetRssFeedZone(int index)        { return ReadIndexed(FeedZone, index); }
+Utf8String UserSettingsConfig::GetDefaultConnectedProjectId()   { return Read(ProjectId); }
+Utf8String UserSettingsConfig::GetDefaultConnectedProjectName() { return Read(ProjectName); }
+Utf8String UserSettingsConfig::GetApplicationTheme()            { return Read(Theme); }
+Utf8String UserSettingsConfig::GetRssFeedLastReadInfo()         { return Read(LastRead); }
+
+void UserSettingsConfig::SetUseRoamingProjectConfig(bool use)                          { Write(UseRoamingConfig, use); }
+void UserSettingsConfig::SetUseDefaultProjectForLogging(bool use)                      { Write(ProjectForLogging, use); }
+void UserSettingsConfig::EnableRssFeed(bool enable)                                    { Write(RssFeed, enable); }
+void UserSettingsConfig::SetShowPreviewerOnStartup(bool show)                          { Write(ShowPreviewer, show); }
+void UserSettingsConfig::SetIsNewVersionInstallFlag(bool isNew)                        { Write(IsNewVersion, isNew); }
+void UserSettingsConfig::EnableNuclearDesignCode(bool enable)                          { Write(NuclearDesignCodes, enable); }
+void UserSettingsConfig::EnableLumConnection(bool enable)                              { Write(LumConnection, enable); }
+void UserSettingsConfig::SetRssFeedCategory(int index, bool selected)                  { WriteIndexed(FeedCategory, index, selected); }
+void UserSettingsConfig::SetRssFeedZone(int index, bool selected)                      { WriteIndexed(FeedZone, index, selected); }
+void UserSettingsConfig::SetDefaultConnectedProjectId(const Utf8String& id)            { Write(ProjectId, id); }
+void UserSettingsConfig::SetDefaultConnectedProjectName(const Utf8String& name)        { Write(ProjectName, name); }
+void UserSettingsConfig::SetApplicationTheme(const Utf8String& theme)                  { Write(Theme, theme); }
+void UserSettingsConfig::SetRssFeedLastReadInfo(const Utf8String& info)                { Write(LastRead, info); }
+void UserSettingsConfig::SetRssFeedUrl(const Utf8String& url)                          { Write(FeedUrl, url); }
+// clang-format on
+
+Utf8String UserSettingsConfig::GetApplicationFont()
+{
+    // "Segoi" is what is stored on users' machines; the right spelling would be another font to them.
+    return Read(Font, LanguageHelper::GetCurrentLanguage() == "zh-cn" ? "Microsoft YaHei" : "Segoi UI");
+}
+
+Utf8String UserSettingsConfig::GetUserNameString()
+{
+    return InstallationRecord("UserName");
+}
+
+Utf8String UserSettingsConfig::GetUserEmail()
+{
+    return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, R"(Software\Quenlor\Support)", "UserEmail",
+                                          "support@quenlor.example");
+}
+
+bool UserSettingsConfig::GetTestCrashReporting()
+{
+    return RegistryHelper::GetBoolValue(HKEY_CURRENT_USER, ProductKey(), "TestCrashReporting", false);
+}
+
+bool UserSettingsConfig::IsPL365Enabled()
+{
+    return !GetEnvironmentVariableValue(DocumentService).empty();
+}
+
+void UserSettingsConfig::EnablePL365(bool enable)
+{
+    SetEnvironmentVariableValue(DocumentService, enable ? "1" : "");
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -1,0 +1,97 @@
+#include "configfiles/UserFile.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "support/Files.h"
+#include "support/Printers.h"
+#include "support/ScratchMachine.h"
+
+namespace
+{
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+using ::testing::StrEq;
+using ::testing::ThrowsMessage;
+
+/// The user's file and its default, of another name: neither is there yet, nor are their folders.
+class UserFileTest : public ::testing::Test
+{
+protected:
+    void ExpectFailure(const char* message) const
+    {
+        EXPECT_THAT([this] { Provide(m_file); }, ThrowsMessage<std::runtime_error>(StrEq(message)));
+    }
+
+    ScratchMachine m_machine;
+    UserFile m_file{m_machine.Folder("files") + R"(user\deep\User.ini)",
+                    m_machine.Folder("files") + R"(installed\Default.ini)"};
+    const std::filesystem::path m_user = m_machine.Root() / "files" / "user" / "deep" / "User.ini";
+    const std::filesystem::path m_default = m_machine.Root() / "files" / "installed" / "Default.ini";
+};
+
+TEST_F(UserFileTest, IsCopiedOnceAndThenTheUsers)
+{
+    const std::string content = std::string(100000, 'x') + std::string("\r\n\0\xFF", 4);
+    WriteFile(m_default, content);
+    EXPECT_EQ(Provide(m_file), m_file.path);
+    EXPECT_TRUE(ReadFile(m_user) == content);
+    WriteFile(m_user, "edited");
+    EXPECT_EQ(Provide(m_file), m_file.path);
+    std::filesystem::remove(m_default);
+    EXPECT_EQ(Provide(m_file), m_file.path) << "the default is not looked at";
+    EXPECT_EQ(ReadFile(m_user), "edited");
+}
+
+TEST_F(UserFileTest, IsMadeInAFolderOfAnotherLetterCase)
+{
+    const std::filesystem::path folder = m_user.parent_path().parent_path() / "DEEP";
+    std::filesystem::create_directories(folder);
+    WriteFile(m_default, "default");
+    EXPECT_EQ(Provide(m_file), m_file.path) << "the path is not respelled";
+    EXPECT_EQ(ReadFile(folder / "User.ini"), "default");
+}
+
+TEST_F(UserFileTest, IsWritableEvenIfTheDefaultIsNot)
+{
+    using std::filesystem::perms;
+    WriteFile(m_default, "default");
+    permissions(m_default, perms::owner_read | perms::group_read | perms::others_read);
+    Provide(m_file);
+    EXPECT_NE(status(m_user).permissions() & perms::owner_write, perms::none);
+    permissions(m_default, perms::owner_all); // so that it can be removed
+}
+
+TEST_F(UserFileTest, HasAPathThatIsWellFormed)
+{
+    WriteFile(m_default, "default");
+    m_file.path = m_machine.Folder("files") + "\xFF.ini";
+    const Quenlor::Utf8String repaired = m_machine.Folder("files") + "\xEF\xBF\xBD.ini";
+    EXPECT_EQ(Provide(m_file), repaired);
+    EXPECT_EQ(ReadFile(NativePath(repaired)), "default");
+}
+
+TEST_F(UserFileTest, WithoutItsDefaultIsAFailureThatNamesTheDefaultAndMakesNoFolder)
+{
+    ExpectFailure("Default.ini file not found. The installation of FRAXO.Pro may be corrupt.");
+    m_file.origin = UserFile::Origin::PlugIn;
+    ExpectFailure("Default.ini file not found.");
+    EXPECT_FALSE(exists(m_user.parent_path()));
+}
+
+TEST_F(UserFileTest, WhoseFolderCannotBeMadeIsAFailure)
+{
+    WriteFile(m_default, "default");
+    WriteFile(m_user.parent_path().parent_path(), "a file in the place of a folder");
+    ExpectFailure("Default.ini file target directory could not be created.");
+}
+
+TEST_F(UserFileTest, ThatCannotBeCopiedIsAFailureThatLeavesTheEmptyFolder)
+{
+    std::filesystem::create_directories(m_default); // exists, but nobody can copy a folder as a file
+    ExpectFailure("Default.ini file could not be copied.");
+    EXPECT_TRUE(IsEmptyFolder(m_user.parent_path()));
+}
+} // namespace

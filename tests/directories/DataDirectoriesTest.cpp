@@ -1,0 +1,167 @@
+#include "DirectoryConfig.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "support/Files.h"
+#include "support/InstallationTest.h"
+#include "support/Printers.h"
+
+namespace
+{
+using Quenlor::Utf8String;
+using Quenlor::Fraxo::SharedUtilities::Native::DirectoryConfig;
+using ::testing::StrEq;
+using ::testing::ThrowsMessage;
+
+using Getter = Utf8String (*)();
+
+struct Sample
+{
+    Getter getter;
+    std::string Bases::*base;
+    const char* tail;
+};
+
+// The bases, one getter for each way to join, and what somebody might want to correct: "PlugIns" beside "Plugins".
+// clang-format off
+constexpr Sample Samples[] = {
+    {DirectoryConfig::GetProgramDataDirectory,           &Bases::machineData, ""},
+    {DirectoryConfig::GetProfileFolderDirectory,         &Bases::machineData, ""},
+    {DirectoryConfig::GetGBSteelDesignDirectory,         &Bases::machineData, R"(GBSteelDesign\)"},
+    {DirectoryConfig::GetLocalAppDataDirectory,          &Bases::userData,    ""},
+    {DirectoryConfig::GetConfigurationDirectory,         &Bases::userData,    R"(Default\)"},
+    {DirectoryConfig::GetLumConnectionDatabaseDirectory, &Bases::userData,    R"(Default\LumConnection\Database\)"},
+    {DirectoryConfig::GetCrashReportsDirectory,          &Bases::userData,    R"(CrashReports\)"},
+    {DirectoryConfig::GetStrucLinkAppDataDirectory,      &Bases::userData,    R"(Default\PlugIns\StrucLink\)"},
+    {DirectoryConfig::GetPluginsDirectory,               &Bases::root,        R"(FRAXO\Plugins\)"},
+    {DirectoryConfig::GetLumConnectionHtmlDirectory,     &Bases::root,        R"(FRAXO\LumConnection\Html\)"},
+    {DirectoryConfig::GetFRAXOProEngineExePath,          &Bases::root,        R"(FRAXO\FProFraxo\FProFraxo.exe)"},
+};
+// clang-format on
+
+class DataDirectories : public InstallationTest
+{
+protected:
+    static void ExpectSamples(const Bases& bases)
+    {
+        for (const Sample& sample : Samples)
+            EXPECT_EQ(sample.getter(), bases.*sample.base + sample.tail);
+    }
+};
+
+TEST_F(DataDirectories, LieInTheInstallationAndTheShellsFoldersWhereNothingIsMade)
+{
+    ExpectSamples(Install());
+    EXPECT_TRUE(IsEmptyFolder(m_machine.Root() / "ProgramData"));
+    EXPECT_TRUE(IsEmptyFolder(m_machine.Root() / "LocalAppData"));
+}
+
+TEST_F(DataDirectories, LieBelowTheRootWithoutTheShellWhenRunningFromOutput)
+{
+    m_machine.BreakShellFolder(ShellFolder::ProgramData);
+    m_machine.BreakShellFolder(ShellFolder::LocalAppData);
+    const Bases output = RunFromOutput();
+    ExpectSamples(output);
+    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), output.machineData + R"(Sections\)");
+    EXPECT_EQ(DirectoryConfig::GetSampleModelsDirectory(), output.root + R"(Samples\Sample Models\)");
+    EXPECT_EQ(DirectoryConfig::GetSeedModelsDirectory(), output.root + R"(Samples\Seed Models\)");
+}
+
+TEST_F(DataDirectories, AreRelativeWithoutARecord)
+{
+    EXPECT_EQ(DirectoryConfig::GetHelpDirectory(), R"(Help\)");
+    EXPECT_EQ(DirectoryConfig::GetSeedModelsDirectory(), R"(Seed Models\)");
+}
+
+TEST_F(DataDirectories, OfModelsLieBelowTheirOwnRecordedFolder)
+{
+    for (const char* const recorded : {R"(C:\My Models)", R"(C:\My Models\)"})
+    {
+        m_machine.WriteText(HKEY_CLASSES_ROOT, InstallationKey, "SampleDir", recorded);
+        EXPECT_EQ(DirectoryConfig::GetSampleModelsDirectory(), R"(C:\My Models\Sample Models\)");
+        EXPECT_EQ(DirectoryConfig::GetVerificationModelsDirectory(), R"(C:\My Models\Verification Models\)");
+    }
+}
+
+TEST_F(DataDirectories, OfTheUserStartInAFolderThatIsMadeButThoseOfTheMachineDoNot)
+{
+    const std::filesystem::path missing = m_machine.Root() / "new" / "folder";
+    m_machine.MoveShellFolder(ShellFolder::LocalAppData, missing.string());
+    EXPECT_NO_THROW(DirectoryConfig::GetLocalAppDataDirectory());
+    EXPECT_TRUE(IsEmptyFolder(missing));
+
+    m_machine.MoveShellFolder(ShellFolder::ProgramData, (missing / "deeper").string());
+    EXPECT_THROW(DirectoryConfig::GetProgramDataDirectory(), std::runtime_error);
+    EXPECT_TRUE(IsEmptyFolder(missing));
+}
+
+TEST_F(DataDirectories, PassTheMessageOfAFailingShellOn)
+{
+    m_machine.BreakShellFolder(ShellFolder::ProgramData);
+    for (const Getter getter : {DirectoryConfig::GetProgramDataDirectory, DirectoryConfig::GetGBSteelDesignDirectory,
+                                DirectoryConfig::GetFraxoSectionDatabaseDirectory})
+        EXPECT_THAT(getter, ThrowsMessage<std::runtime_error>(StrEq("Could not get ProgramData folder")));
+    EXPECT_NO_THROW(DirectoryConfig::GetLocalAppDataDirectory());
+
+    const auto expectNoUserData = []
+    {
+        for (const Getter getter :
+             {DirectoryConfig::GetLocalAppDataDirectory, DirectoryConfig::GetConfigurationDirectory,
+              DirectoryConfig::GetProjectConfigurationDirectory})
+            EXPECT_THAT(getter, ThrowsMessage<std::runtime_error>(StrEq("Could not get LocalAppData folder")));
+    };
+    m_machine.BreakShellFolder(ShellFolder::LocalAppData);
+    expectNoUserData();
+    WriteFile(m_machine.Root() / "file", "");
+    m_machine.MoveShellFolder(ShellFolder::LocalAppData, (m_machine.Root() / "file" / "below").string());
+    expectNoUserData();
+}
+
+class GetFraxoSectionDatabaseDirectory : public InstallationTest
+{
+protected:
+    GetFraxoSectionDatabaseDirectory() { RemoveSections(); } // of a crashed run
+    ~GetFraxoSectionDatabaseDirectory() override { RemoveSections(); }
+
+    void RemoveSections() const { std::filesystem::remove(NativePath(m_besideExecutable).parent_path()); }
+
+    const std::string m_besideExecutable =
+        (DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8() + R"(\Sections\)").ToStdString();
+};
+
+TEST_F(GetFraxoSectionDatabaseDirectory, IsTheVariablesThenThatBesideTheExecutableThenTheMachines)
+{
+    const std::string variable = "FRAXO_PRO_SECTIONS_DIRECTORY";
+    const std::string machineData = m_machine.ProductFolder(ShellFolder::ProgramData);
+    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), machineData + R"(Sections\)");
+
+    std::filesystem::create_directory(NativePath(m_besideExecutable));
+    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), m_besideExecutable);
+    m_machine.BreakShellFolder(ShellFolder::ProgramData);
+    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), m_besideExecutable);
+
+    m_machine.SetEnvironment(variable, R"(C:\no/such\.\..\folder)"); // normalised, neither checked nor ended
+    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), R"(C:\no\folder)");
+    m_machine.SetEnvironment(variable, ""); // is not set
+    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), m_besideExecutable);
+}
+
+using GetProjectConfigurationDirectory = InstallationTest;
+
+TEST_F(GetProjectConfigurationDirectory, IsNamedAfterTheProjectInUse)
+{
+    const std::string userData = m_machine.ProductFolder(ShellFolder::LocalAppData);
+    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(Default\)");
+    UseProject("abc", false);
+    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(Default\)");
+    UseProject("", true);
+    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(Default\)");
+    UseProject("abc", true);
+    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(abc\)");
+    EXPECT_EQ(DirectoryConfig::GetConfigurationDirectory(), userData + R"(Default\)");
+}
+} // namespace

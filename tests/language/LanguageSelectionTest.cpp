@@ -1,0 +1,166 @@
+#include "LanguageHelper.h"
+
+#include <future>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "support/InstallationTest.h"
+#include "support/Printers.h"
+
+// A process finds its language once, so every situation is a case of its own.
+
+namespace
+{
+using Quenlor::Utf8String;
+using Quenlor::Fraxo::SharedUtilities::Native::LanguageHelper;
+using namespace std::string_view_literals;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+
+constexpr char Override[] = "FRAXO_PRO_LANGUAGE";
+
+class LanguageTest : public InstallationTest
+{
+protected:
+    void InstallLanguages(std::string_view bytes, DWORD type = REG_MULTI_SZ) const
+    {
+        m_machine.WriteData(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Language)", "InstalledLanguages", type, bytes);
+    }
+
+    // The choices lie below another key than the installed set.
+    static constexpr char ChoiceKey[] = R"(SOFTWARE\Quenlor\FraxoPro\22.00.00\Language)";
+    void ChooseForUser(const char* code) const
+    {
+        m_machine.WriteText(HKEY_CURRENT_USER, ChoiceKey, "CurrentLanguage", code);
+    }
+    void ChooseForMachine(const char* code) const
+    {
+        m_machine.WriteText(HKEY_LOCAL_MACHINE, ChoiceKey, "DefaultLanguage", code);
+    }
+};
+
+struct Situation
+{
+    const char* name;
+    const char* environment = nullptr; // null where there is nothing
+    std::string_view record = {};      // the installed set as it is stored
+    DWORD type = REG_MULTI_SZ;
+    const char* user = nullptr;
+    const char* machine = nullptr;
+    std::vector<const char*> installed;
+    const char* current;
+};
+
+class GetCurrentLanguage : public LanguageTest, public ::testing::WithParamInterface<Situation>
+{
+};
+
+TEST_P(GetCurrentLanguage, IsTheFirstChoiceThatCounts)
+{
+    const Situation& situation = GetParam();
+    if (situation.environment)
+        m_machine.SetEnvironment(Override, situation.environment);
+    if (situation.record.data())
+        InstallLanguages(situation.record, situation.type);
+    if (situation.user)
+        ChooseForUser(situation.user);
+    if (situation.machine)
+        ChooseForMachine(situation.machine);
+
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), situation.current);
+    EXPECT_THAT(LanguageHelper::GetInstalledLanguages(), ElementsAreArray(situation.installed));
+}
+
+// clang-format off
+const Situation Situations[] = {
+    {.name = "TheEnvironmentsUnchecked", .environment = "xx", .record = "de\0\0"sv, .user = "de", .machine = "de", .installed = {"xx"}, .current = "xx"},
+    {.name = "NotAnEmptyEnvironments", .environment = "", .record = "de\0\0"sv, .user = "de", .installed = {"de"}, .current = "de"},
+    {.name = "TheUsers", .record = "ja\0de\0en\0\0"sv, .user = "de", .machine = "ja", .installed = {"de", "en", "ja"}, .current = "de"},
+    {.name = "TheMachinesWithoutOne", .record = "de\0ja\0\0"sv, .machine = "ja", .installed = {"de", "ja"}, .current = "ja"},
+    {.name = "TheMachinesForAnEmptyOne", .record = "de\0ja\0\0"sv, .user = "", .machine = "ja", .installed = {"de", "ja"}, .current = "ja"},
+    {.name = "TheMachinesForOneNotInstalled", .record = "de\0ja\0\0"sv, .user = "fr", .machine = "ja", .installed = {"de", "ja"}, .current = "ja"},
+    {.name = "EnglishEvenIfNotInstalled", .record = "de\0ja\0\0"sv, .user = "fr", .machine = "it", .installed = {"de", "ja"}, .current = "en"},
+    {.name = "ExactInLetterCase", .record = "de\0zh-cn\0\0"sv, .user = "zh-CN", .machine = "DE", .installed = {"de", "zh-cn"}, .current = "en"},
+    {.name = "ExactInLength", .record = "de\0zh-cn\0\0"sv, .user = "zh", .machine = "de ", .installed = {"de", "zh-cn"}, .current = "en"},
+
+    {.name = "EnglishWithoutARecord", .user = "de", .machine = "ja", .installed = {"en"}, .current = "en"},
+    {.name = "EnglishForARecordOfAnotherType", .record = "de\0\0"sv, .type = REG_SZ, .user = "de", .installed = {"en"}, .current = "en"},
+    {.name = "EnglishForAnEmptyRecord", .record = "\0"sv, .user = "de", .installed = {"en"}, .current = "en"},
+    {.name = "EnglishForARecordWithoutABit", .record = ""sv, .user = "de", .installed = {"en"}, .current = "en"},
+    {.name = "OneOfARecordWithRepetitions", .record = "ja\0de\0ja\0\0"sv, .user = "ja", .installed = {"de", "ja"}, .current = "ja"},
+    {.name = "OneOfARecordWithoutItsLastNul", .record = "de\0ja\0"sv, .user = "ja", .installed = {"de", "ja"}, .current = "ja"},
+    {.name = "OneOfARecordWithoutItsLastNuls", .record = "de\0ja"sv, .user = "ja", .installed = {"de", "ja"}, .current = "ja"},
+    {.name = "NoneBehindTheEndOfARecord", .record = "de\0\0ja\0\0"sv, .user = "ja", .installed = {"de"}, .current = "en"},
+};
+// clang-format on
+INSTANTIATE_TEST_SUITE_P(Language, GetCurrentLanguage, ::testing::ValuesIn(Situations),
+                         [](const auto& row) { return std::string{row.param.name}; });
+
+using LanguageOfAProcess = LanguageTest;
+
+TEST_F(LanguageOfAProcess, NeverChanges)
+{
+    InstallLanguages("de\0fr\0\0"sv);
+    ChooseForUser("de");
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), "de"); // finds the installed set, too
+
+    m_machine.SetEnvironment(Override, "ja");
+    InstallLanguages("fr\0\0"sv);
+    ChooseForUser("fr");
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), "de");
+    EXPECT_THAT(LanguageHelper::GetInstalledLanguages(), ElementsAre("de", "fr"));
+}
+
+TEST_F(LanguageOfAProcess, CanComeFromTheEnvironmentAfterTheInstalledSetDidNot)
+{
+    InstallLanguages("de\0\0"sv);
+    EXPECT_THAT(LanguageHelper::GetInstalledLanguages(), ElementsAre("de"));
+    m_machine.SetEnvironment(Override, "ja");
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), "ja");
+    EXPECT_THAT(LanguageHelper::GetInstalledLanguages(), ElementsAre("de"));
+}
+
+TEST_F(LanguageOfAProcess, LeavesTheInstalledSetOpenWhenItComesFromTheEnvironment)
+{
+    InstallLanguages("de\0\0"sv);
+    m_machine.SetEnvironment(Override, "ja");
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), "ja");
+    m_machine.SetEnvironment(Override, {});
+    EXPECT_THAT(LanguageHelper::GetInstalledLanguages(), ElementsAre("de"));
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), "ja");
+}
+
+TEST_F(LanguageOfAProcess, MayBeAskedForFirstByAnyThread)
+{
+    InstallLanguages("de\0\0"sv);
+    ChooseForUser("de");
+    std::vector<std::future<Utf8String>> answers;
+    for (int thread = 0; thread < 4; ++thread)
+        answers.push_back(std::async(std::launch::async, LanguageHelper::GetCurrentLanguage));
+    for (auto& answer : answers)
+        EXPECT_EQ(answer.get(), "de");
+}
+
+using SetLanguage = LanguageTest;
+
+TEST_F(SetLanguage, TakesEffectInTheNextProcess)
+{
+    InstallLanguages("de\0fr\0\0"sv);
+    const auto stored = [&] { return m_machine.ReadData(HKEY_CURRENT_USER, ChoiceKey, "CurrentLanguage"); };
+
+    LanguageHelper::SetLanguage("de");
+    EXPECT_EQ(stored(), (StoredValue{REG_SZ, {"de", 3}}));
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), "de"); // this process had none yet
+    for (const char* const code : {"fr", "not a language"})
+    {
+        LanguageHelper::SetLanguage(code);
+        EXPECT_EQ(stored(), (StoredValue{REG_SZ, code + std::string(1, '\0')}));
+        EXPECT_EQ(LanguageHelper::GetCurrentLanguage(), "de");
+    }
+    m_machine.WhileReadOnly(HKEY_CURRENT_USER, ChoiceKey, [] { LanguageHelper::SetLanguage("ja"); });
+    EXPECT_EQ(stored()->bytes, std::string("not a language", 15)); // and nobody is told
+}
+} // namespace
