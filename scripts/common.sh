@@ -34,6 +34,11 @@ install_for_linux() {
     require_packages cmake ninja-build g++ libutfcpp-dev libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev
 }
 
+install_for_sanitizers() {
+    install_for_linux
+    require_packages clang libclang-rt-14-dev
+}
+
 install_for_windows() {
     install_for_linux
     require_packages g++-mingw-w64-x86-64-posix googletest wine wine64
