@@ -9,6 +9,7 @@
 #include "registry/RegistryFileReader.h"
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryTree.h"
+#include "registry/TreeLoader.h"
 
 using namespace Quenlor::StandIn::Registry;
 
@@ -16,38 +17,9 @@ namespace
 {
 constexpr std::string_view Root = "HKEY_CURRENT_USER";
 
-class Loader final : public RegistryFileHandler
-{
-public:
-    explicit Loader(Key& tree) : m_tree{tree} {}
-
-    bool BeginKey(HKEY root, std::string_view path) override
-    {
-        if (root != HKEY_CURRENT_USER)
-            return false;
-        m_key = &m_tree.Create(path);
-        return true;
-    }
-    bool DeleteKey(HKEY root, std::string_view path) override
-    {
-        if (root == HKEY_CURRENT_USER)
-            m_tree.Delete(path);
-        return root == HKEY_CURRENT_USER;
-    }
-    void SetValue(std::string_view name, DWORD type, std::string_view data) override
-    {
-        m_key->SetValue(name, type, data);
-    }
-    void DeleteValue(std::string_view name) override { m_key->DeleteValue(name); }
-
-private:
-    Key& m_tree;
-    Key* m_key = nullptr;
-};
-
 RegistryFileResult Load(std::string_view text, Key& tree)
 {
-    Loader loader{tree};
+    TreeLoader loader{HKEY_CURRENT_USER, tree};
     return ReadRegistryFile(text, RegistryFileDialect::Hive, loader);
 }
 

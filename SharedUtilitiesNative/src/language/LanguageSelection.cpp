@@ -30,7 +30,8 @@ struct Cache
 
 Cache& TheCache()
 {
-    static Cache cache;
+    // Never destroyed: an application's own static objects may still ask while they are.
+    static Cache& cache = *new Cache;
     return cache;
 }
 

@@ -7,6 +7,7 @@
 
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryPath.h"
+#include "registry/TreeLoader.h"
 
 namespace Quenlor::StandIn::Registry
 {
@@ -21,39 +22,6 @@ LSTATUS StatusOf(const std::system_error& error) noexcept
     const int code = error.code().value();
     return code == EACCES || code == EPERM || code == EROFS ? ERROR_ACCESS_DENIED : ERROR_REGISTRY_IO_FAILED;
 }
-
-/// Puts what a hive file says into a tree.
-class Loader final : public RegistryFileHandler
-{
-public:
-    Loader(HKEY root, Key& tree) noexcept : m_root{root}, m_tree{tree} {}
-
-    bool BeginKey(HKEY root, std::string_view path) override
-    {
-        if (root != m_root)
-            return false;
-        m_key = &m_tree.Create(path);
-        return true;
-    }
-
-    bool DeleteKey(HKEY root, std::string_view path) override
-    {
-        if (root == m_root)
-            m_tree.Delete(path);
-        return root == m_root;
-    }
-
-    void SetValue(std::string_view name, DWORD type, std::string_view data) override
-    {
-        m_key->SetValue(name, type, data);
-    }
-    void DeleteValue(std::string_view name) override { m_key->DeleteValue(name); }
-
-private:
-    HKEY m_root;
-    Key& m_tree;
-    Key* m_key = nullptr;
-};
 
 std::string TimeNow()
 {
@@ -153,7 +121,7 @@ void Hive::Load()
     const std::string text = ReadFile(m_path, m_version);
     if (text.find_first_not_of(" \t\r\n") != std::string::npos)
     {
-        Loader loader{m_rootKey, m_root};
+        TreeLoader loader{m_rootKey, m_root};
         m_problems = ReadRegistryFile(text, RegistryFileDialect::Hive, loader).problems;
     }
     m_isLoaded = true;
