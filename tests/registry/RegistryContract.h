@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,18 +7,14 @@
 #include <Platform/Win32.h>
 #include <gtest/gtest.h>
 
+#include "registry/RegistryKey.h"
 #include "support/KnownDifferences.h"
 #include "support/ScratchMachine.h"
 
 // Short forms of the registry functions for their own tests, which say what Windows answers: they hold for Windows
 // itself and for whatever stands in for it.
 
-struct KeyCloser
-{
-    using pointer = HKEY;
-    void operator()(HKEY key) const noexcept { ::RegCloseKey(key); }
-};
-using Key = std::unique_ptr<HKEY, KeyCloser>;
+using Key = Quenlor::Fraxo::SharedUtilities::Native::RegistryKey; // closes itself
 
 inline LSTATUS Open(HKEY parent, const char* subKey, REGSAM access, Key& result)
 {
@@ -59,11 +54,6 @@ inline LSTATUS SetText(HKEY key, const char* name, const char* text)
     return Set(key, name, REG_SZ, text, std::string_view{text}.length() + 1);
 }
 
-inline LSTATUS QueryStatus(HKEY key, const char* name)
-{
-    return ::RegQueryValueExA(key, name, nullptr, nullptr, nullptr, nullptr);
-}
-
 /// The text of a value, or why there is none.
 inline std::string Text(HKEY key, const char* name)
 {
@@ -73,23 +63,20 @@ inline std::string Text(HKEY key, const char* name)
     return status == ERROR_SUCCESS ? buffer : "error " + std::to_string(status);
 }
 
-inline LSTATUS EnumKey(HKEY key, DWORD index, char* name, DWORD& size)
-{
-    return ::RegEnumKeyExA(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
-}
-
-inline LSTATUS EnumValue(HKEY key, DWORD index, char* name, DWORD& size)
-{
-    return ::RegEnumValueA(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
-}
+inline const auto EnumKey = ::RegEnumKeyExA;
+inline const auto EnumValue = ::RegEnumValueA;
 
 /// The names that one of the two functions above lists.
-inline std::vector<std::string> Names(LSTATUS (*list)(HKEY, DWORD, char*, DWORD&), HKEY key)
+inline std::vector<std::string> Names(auto list, HKEY key)
 {
     std::vector<std::string> names;
     std::string name(16384, '\0');
-    for (DWORD index = 0, size = 16384; list(key, index, name.data(), size) == ERROR_SUCCESS; ++index, size = 16384)
+    DWORD size = 16384;
+    while (list(key, static_cast<DWORD>(names.size()), name.data(), &size, nullptr, nullptr, nullptr, nullptr) == 0)
+    {
         names.push_back(name.substr(0, size));
+        size = 16384;
+    }
     return names;
 }
 
@@ -97,10 +84,8 @@ inline std::vector<std::string> Names(LSTATUS (*list)(HKEY, DWORD, char*, DWORD&
 class RegistryContractTest : public ::testing::Test
 {
 protected:
-    explicit RegistryContractTest(ScratchMachine::ClassesRoot classes = ScratchMachine::ClassesRoot::NotUsed)
-        : m_machine{classes}
-    {
-    }
+    RegistryContractTest() = default;
+    explicit RegistryContractTest(ScratchMachine::ClassesRoot classes) : m_machine{classes} {}
 
     void SetUp() override
     {

@@ -1,17 +1,15 @@
 #include "registry/RegistryContract.h"
 
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <iostream>
-#include <utility>
 
 #include <gmock/gmock.h>
 
 namespace
 {
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::UnorderedElementsAre;
 using namespace std::string_view_literals;
 
 // Files, other processes and compiled programs hold these numbers.
@@ -21,10 +19,7 @@ static_assert(KEY_WOW64_64KEY == 0x100 && KEY_WOW64_32KEY == 0x200);
 static_assert(REG_NONE == 0 && REG_SZ == 1 && REG_EXPAND_SZ == 2 && REG_BINARY == 3 && REG_DWORD == 4);
 static_assert(REG_MULTI_SZ == 7 && REG_QWORD == 11);
 static_assert(REG_CREATED_NEW_KEY == 1 && REG_OPENED_EXISTING_KEY == 2);
-static_assert(ERROR_FILE_NOT_FOUND == 2 && ERROR_ACCESS_DENIED == 5 && ERROR_INVALID_HANDLE == 6);
-static_assert(ERROR_INVALID_PARAMETER == 87 && ERROR_BAD_PATHNAME == 161 && ERROR_MORE_DATA == 234);
-static_assert(ERROR_NO_MORE_ITEMS == 259 && ERROR_NOACCESS == 998 && ERROR_BADKEY == 1010);
-static_assert(ERROR_KEY_DELETED == 1018);
+static_assert(ERROR_ACCESS_DENIED == 5 && ERROR_KEY_DELETED == 1018); // the tables below have the others
 
 const HKEY Bogus = reinterpret_cast<HKEY>(std::uintptr_t{0x7BADBAD0});
 
@@ -74,20 +69,15 @@ private:
 
 // ---- what each function returns -------------------------------------------------------------------------------------
 
-LSTATUS QueryInto(HKEY key, const char* name, DWORD* reserved, BYTE* data, DWORD* size)
+LSTATUS Query(HKEY key, const char* name, BYTE* data = nullptr, DWORD* size = nullptr)
 {
-    return ::RegQueryValueExA(key, name, reserved, nullptr, data, size);
+    return ::RegQueryValueExA(key, name, nullptr, nullptr, data, size);
 }
 
-LSTATUS CreateWith(HKEY parent, DWORD reserved, HKEY* result)
-{
-    return ::RegCreateKeyExA(parent, "Child", reserved, nullptr, 0, KEY_READ, nullptr, result, nullptr);
-}
-
-LSTATUS EnumInto(LSTATUS (*list)(HKEY, DWORD, char*, DWORD&), HKEY key, DWORD index, DWORD size)
+LSTATUS Enum(auto list, HKEY key, DWORD index, DWORD size)
 {
     char name[16];
-    return list(key, index, name, size);
+    return list(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
 }
 
 // clang-format off
@@ -95,78 +85,38 @@ TEST_F(RegistryFunctions, Open)
 {
     ExpectStatus({
         {"no result", 87, [](HKEY key) { return ::RegOpenKeyExA(key, "Child", 0, KEY_READ, nullptr); }},
-        {"missing", 2, [](HKEY key) { return OpenStatus(key, "Absent"); }},
-        {"missing level", 2, [](HKEY key) { return OpenStatus(key, R"(Absent\Child)"); }},
-        {"value of that name", 2, [](HKEY key) { return OpenStatus(key, "Text"); }},
-        {"null parent", 6, [](HKEY) { return OpenStatus(nullptr, "Child"); }},
         {"bogus parent", 6, [](HKEY) { return OpenStatus(Bogus, "Child"); }},
         {"backslash before", 161, [](HKEY) { return OpenStatus(HKEY_CURRENT_USER, R"(\Contract)"); }},
-        {"backslash before, below a handle", 161, [](HKEY key) { return OpenStatus(key, R"(\Child)"); }},
-        {"backslashes behind", 0, [](HKEY key) { return OpenStatus(key, R"(Child\Grandchild\\)"); }},
-        {"other letter case", 0, [](HKEY key) { return OpenStatus(key, R"(cHILD\GRANDchild)"); }},
+        {"backslashes behind, other letter case", 0, [](HKEY key) { return OpenStatus(key, R"(cHILD\GRANDchild\\)"); }},
     });
 }
 
 TEST_F(RegistryFunctions, Create)
 {
     ExpectStatus({
-        {"no result", 1010, [](HKEY key) { return CreateWith(key, 0, nullptr); }},
-        {"reserved", 87, [](HKEY key) { return CreateWith(key, 1, &key); }},
-        {"null parent", 6, [](HKEY) { return CreateStatus(nullptr, "Child"); }},
+        {"no result", 1010, [](HKEY key) {
+            return ::RegCreateKeyExA(key, "Child", 0, nullptr, 0, KEY_READ, nullptr, nullptr, nullptr); }},
         {"bogus parent", 6, [](HKEY) { return CreateStatus(Bogus, "Child"); }},
-        {"backslash before", 161, [](HKEY) { return CreateStatus(HKEY_CURRENT_USER, R"(\New)"); }},
         {"longest name", 0, [](HKEY key) { return CreateStatus(key, std::string(255, 'n').c_str()); }},
         {"too long a name", 87, [](HKEY key) { return CreateStatus(key, std::string(256, 'n').c_str()); }},
     });
 }
 
-TEST_F(RegistryFunctions, Query)
+TEST_F(RegistryFunctions, QueryEnumSetAndDelete)
 {
     ExpectStatus({
-        {"present", 0, [](HKEY key) { return QueryStatus(key, "Text"); }},
-        {"other letter case", 0, [](HKEY key) { return QueryStatus(key, "tEXT"); }},
-        {"missing", 2, [](HKEY key) { return QueryStatus(key, "Absent"); }},
-        {"missing default value", 2, [](HKEY key) { return QueryStatus(key, ""); }},
-        {"key of that name", 2, [](HKEY key) { return QueryStatus(key, "Child"); }},
-        {"null key", 6, [](HKEY) { return QueryStatus(nullptr, "Text"); }},
-        {"bogus key", 6, [](HKEY) { return QueryStatus(Bogus, "Text"); }},
-        {"data, but no size", 87, [](HKEY key) { BYTE data[8]; return QueryInto(key, "Text", nullptr, data, nullptr); }},
-        {"reserved", 87, [](HKEY key) { DWORD any = 0; return QueryInto(key, "Text", &any, nullptr, &any); }},
-    });
-}
-
-TEST_F(RegistryFunctions, Set)
-{
-    ExpectStatus({
-        {"null key", 6, [](HKEY) { return SetText(nullptr, "Text", "x"); }},
-        {"bogus key", 6, [](HKEY) { return SetText(Bogus, "Text", "x"); }},
-        {"size, but no data", 998, [](HKEY key) { return Set(key, "Text", REG_BINARY, nullptr, 1); }},
-        {"longest name", 0, [](HKEY key) { return SetText(key, std::string(16383, 'n').c_str(), "x"); }},
-        {"too long a name", 87, [](HKEY key) { return SetText(key, std::string(16384, 'n').c_str(), "x"); }},
-    });
-}
-
-TEST_F(RegistryFunctions, Delete)
-{
-    ExpectStatus({
-        {"value", 0, [](HKEY key) { return ::RegDeleteValueA(key, "TEXT"); }},
-        {"missing value", 2, [](HKEY key) { return ::RegDeleteValueA(key, "Text"); }},
-        {"missing default value", 2, [](HKEY key) { return ::RegDeleteValueA(key, nullptr); }},
-        {"value of null key", 6, [](HKEY) { return ::RegDeleteValueA(nullptr, "Text"); }},
-        {"missing tree", 2, [](HKEY key) { return ::RegDeleteTreeA(key, "Absent"); }},
-        {"tree below null key", 6, [](HKEY) { return ::RegDeleteTreeA(nullptr, "Child"); }},
-    });
-}
-
-TEST_F(RegistryFunctions, Enum)
-{
-    ExpectStatus({
-        {"room for the NUL", 0, [](HKEY key) { return EnumInto(EnumKey, key, 0, sizeof "Child"); }},
-        {"no room for the NUL", 234, [](HKEY key) { return EnumInto(EnumKey, key, 0, sizeof "Child" - 1); }},
-        {"no more keys", 259, [](HKEY key) { return EnumInto(EnumKey, key, 1, 16); }},
-        {"no more values", 259, [](HKEY key) { return EnumInto(EnumValue, key, 1, 16); }},
-        {"keys of null key", 6, [](HKEY) { return EnumInto(EnumKey, nullptr, 0, 16); }},
-        {"values of bogus key", 6, [](HKEY) { return EnumInto(EnumValue, Bogus, 0, 16); }},
+        {"query: data, but no size", 87, [](HKEY key) { BYTE data[8]; return Query(key, "TEXT", data); }},
+        {"enum: room for the NUL", 0, [](HKEY key) { return Enum(EnumKey, key, 0, sizeof "Child"); }},
+        {"enum: no room for the NUL", 234, [](HKEY key) { return Enum(EnumKey, key, 0, sizeof "Child" - 1); }},
+        {"enum: no more keys", 259, [](HKEY key) { return Enum(EnumKey, key, 1, 16); }},
+        {"enum: values of bogus key", 6, [](HKEY) { return Enum(EnumValue, Bogus, 0, 16); }},
+        {"set: null key", 6, [](HKEY) { return SetText(nullptr, "Text", "x"); }},
+        {"set: size, but no data", 998, [](HKEY key) { return Set(key, "Text", REG_BINARY, nullptr, 1); }},
+        {"set: longest name", 0, [](HKEY key) { return SetText(key, std::string(16383, 'n').c_str(), "x"); }},
+        {"set: too long a name", 87, [](HKEY key) { return SetText(key, std::string(16384, 'n').c_str(), "x"); }},
+        {"delete: value", 0, [](HKEY key) { return ::RegDeleteValueA(key, "TEXT"); }},
+        {"delete: missing value", 2, [](HKEY key) { return ::RegDeleteValueA(key, "Text"); }},
+        {"delete: missing tree", 2, [](HKEY key) { return ::RegDeleteTreeA(key, "Absent"); }},
     });
 }
 // clang-format on
@@ -178,7 +128,6 @@ TEST_F(RegistryFunctions, OpenSetsTheResultToNullUnlessThereIsNoParent)
     HKEY result = Bogus;
     EXPECT_EQ(::RegOpenKeyExA(m_key, "Absent", 0, KEY_READ, &result), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(result, nullptr);
-    EXPECT_THAT(Names(EnumKey, m_key), ElementsAre("Child")); // and nothing was created
 
     result = Bogus;
     EXPECT_EQ(::RegOpenKeyExA(nullptr, "Absent", 0, KEY_READ, &result), ERROR_INVALID_HANDLE);
@@ -196,13 +145,8 @@ TEST_F(RegistryFunctions, AnEmptyPathMeansTheKeyItself)
 
         Key writer;
         ASSERT_EQ(Open(reader.get(), path, KEY_WRITE, writer), ERROR_SUCCESS);
-        EXPECT_NE(writer.get(), reader.get());
         EXPECT_EQ(SetText(writer.get(), "New", "x"), ERROR_SUCCESS);
-        EXPECT_EQ(QueryStatus(writer.get(), "New"), ERROR_ACCESS_DENIED);
     }
-    Key created;
-    EXPECT_EQ(Create(reader.get(), "", KEY_READ, created), ERROR_SUCCESS);
-    EXPECT_EQ(Text(created.get(), "Text"), "abc");
 }
 
 TEST_F(RegistryFunctions, CloseTakesEachHandleOnceAndARootAlways)
@@ -213,11 +157,10 @@ TEST_F(RegistryFunctions, CloseTakesEachHandleOnceAndARootAlways)
 
     const Key other = WithAccess(KEY_READ);
     const HKEY key = WithAccess(KEY_READ).release();
-    EXPECT_NE(key, other.get());
     EXPECT_EQ(::RegCloseKey(key), ERROR_SUCCESS);
     EXPECT_EQ(::RegCloseKey(key), ERROR_INVALID_HANDLE);
-    EXPECT_EQ(QueryStatus(key, "Text"), ERROR_INVALID_HANDLE);
-    EXPECT_EQ(QueryStatus(other.get(), "Text"), ERROR_SUCCESS);
+    EXPECT_EQ(Query(key, "Text"), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(Query(other.get(), "Text"), ERROR_SUCCESS);
 }
 
 TEST_F(RegistryFunctions, OnlyTheLowHalfOfARootCounts)
@@ -229,14 +172,13 @@ TEST_F(RegistryFunctions, OnlyTheLowHalfOfARootCounts)
 TEST_F(RegistryFunctions, CreateMakesMissingLevelsAndSaysWhetherItDid)
 {
     const Key reader = WithAccess(KEY_READ); // what a handle may do does not limit what may be created below it
-    for (const DWORD expected : {REG_CREATED_NEW_KEY, REG_OPENED_EXISTING_KEY})
-    {
-        Key key;
-        DWORD disposition = 0;
-        EXPECT_EQ(Create(reader.get(), R"(A\B\C\\)", KEY_READ, key, &disposition), ERROR_SUCCESS);
-        EXPECT_EQ(disposition, expected);
-    }
-    EXPECT_EQ(OpenStatus(m_key, R"(a\b\c)"), ERROR_SUCCESS);
+    Key key;
+    DWORD disposition = 0;
+    EXPECT_EQ(Create(reader.get(), R"(A\B\C\\)", KEY_READ, key, &disposition), ERROR_SUCCESS);
+    EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
+    EXPECT_EQ(Create(reader.get(), R"(a\b\c)", KEY_READ, key, &disposition), ERROR_SUCCESS);
+    EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+    EXPECT_THAT(Names(EnumKey, m_key), ElementsAre("A", "Child")); // spelled as created
 }
 
 struct Operation
@@ -247,19 +189,17 @@ struct Operation
 };
 
 constexpr Operation Operations[] = {
-    {"query", KEY_QUERY_VALUE, [](HKEY key) { return QueryStatus(key, "Text"); }},
-    {"list values", KEY_QUERY_VALUE, [](HKEY key) { return EnumInto(EnumValue, key, 0, 16); }},
-    {"list keys", KEY_ENUMERATE_SUB_KEYS, [](HKEY key) { return EnumInto(EnumKey, key, 0, 16); }},
+    {"query", KEY_QUERY_VALUE, [](HKEY key) { return Query(key, "Text"); }},
+    {"list values", KEY_QUERY_VALUE, [](HKEY key) { return Enum(EnumValue, key, 0, 16); }},
+    {"list keys", KEY_ENUMERATE_SUB_KEYS, [](HKEY key) { return Enum(EnumKey, key, 0, 16); }},
     {"set", KEY_SET_VALUE, [](HKEY key) { return SetText(key, "New", "x"); }},
     {"delete", KEY_SET_VALUE, [](HKEY key) { return ::RegDeleteValueA(key, "New"); }},
 };
 
 TEST_F(RegistryFunctions, NeedTheRightThatTheHandleWasOpenedWith)
 {
-    for (const REGSAM access :
-         std::initializer_list<REGSAM>{KEY_QUERY_VALUE, KEY_SET_VALUE, KEY_ENUMERATE_SUB_KEYS, KEY_CREATE_SUB_KEY,
-                                       KEY_READ, KEY_WRITE, KEY_READ | KEY_WOW64_64KEY, KEY_WRITE | KEY_WOW64_64KEY,
-                                       KEY_CREATE_SUB_KEY | KEY_WOW64_32KEY, KEY_ALL_ACCESS})
+    for (const REGSAM access : {REGSAM{KEY_QUERY_VALUE}, REGSAM{KEY_SET_VALUE}, REGSAM{KEY_ENUMERATE_SUB_KEYS},
+                                REGSAM{KEY_READ | KEY_WOW64_64KEY}, REGSAM{KEY_CREATE_SUB_KEY | KEY_WOW64_32KEY}})
     {
         const Key key = WithAccess(access);
         for (const Operation& operation : Operations)
@@ -286,13 +226,11 @@ TEST_F(RegistryFunctions, KnowThatAKeyWasDeleted)
         EXPECT_EQ(::RegDeleteTreeA(key, nullptr), ERROR_KEY_DELETED);
     };
     ASSERT_EQ(::RegDeleteTreeA(m_key, "CHILD"), ERROR_SUCCESS);
-    ASSERT_EQ(OpenStatus(m_key, "Child"), ERROR_FILE_NOT_FOUND);
     expectDeleted(child.get());
     expectDeleted(grandchild.get());
     ASSERT_EQ(CreateStatus(m_key, R"(Child\Grandchild)"), ERROR_SUCCESS); // a new key of that name is another key
     expectDeleted(child.get());
     expectDeleted(notUsedMeanwhile.get());
-    EXPECT_EQ(::RegCloseKey(child.release()), ERROR_SUCCESS);
 }
 
 TEST_F(RegistryFunctions, DeleteTreeTakesTheKeyOrWithoutANameItsContent)
@@ -300,31 +238,21 @@ TEST_F(RegistryFunctions, DeleteTreeTakesTheKeyOrWithoutANameItsContent)
     ASSERT_EQ(CreateStatus(m_key, "Other"), ERROR_SUCCESS);
     EXPECT_EQ(::RegDeleteTreeA(m_key, "Child"), ERROR_SUCCESS);
     EXPECT_THAT(Names(EnumKey, m_key), ElementsAre("Other"));
-    EXPECT_EQ(Text(m_key, "Text"), "abc");
 
     EXPECT_EQ(::RegDeleteTreeA(m_key, nullptr), ERROR_SUCCESS);
-    EXPECT_THAT(Names(EnumKey, m_key), IsEmpty());
-    EXPECT_THAT(Names(EnumValue, m_key), IsEmpty());
+    EXPECT_THAT(Names(EnumKey, m_key), ElementsAre());
+    EXPECT_THAT(Names(EnumValue, m_key), ElementsAre());
     EXPECT_EQ(OpenStatus(HKEY_CURRENT_USER, "Contract"), ERROR_SUCCESS);
 }
 
 // ---- names ----------------------------------------------------------------------------------------------------------
 
-TEST_F(RegistryFunctions, NamesKeepTheLetterCaseTheyWereCreatedWith)
-{
-    ASSERT_EQ(CreateStatus(m_key, "CHILD"), ERROR_SUCCESS);
-    ASSERT_EQ(SetText(m_key, "TEXT", "new"), ERROR_SUCCESS);
-    EXPECT_THAT(Names(EnumKey, m_key), ElementsAre("Child"));
-    EXPECT_THAT(Names(EnumValue, m_key), ElementsAre("Text"));
-    EXPECT_EQ(Text(m_key, "text"), "new");
-}
-
 TEST_F(RegistryFunctions, NamesMayHoldAlmostAnything)
 {
     // Neighbours of letters that a careless comparison takes for one another, and what a file format could trip over.
-    const std::vector<std::string> names = {"a[",  "a{",     "a@", "a`",   "a/b",        "\"quoted\"",
-                                            "a]b", "[a]",    "-",  ";a",   "trailing  ", " lead",
-                                            "a=b", "%PATH%", "@",  "a\tb", "...",        "Gr\u00F6\u00DFe"};
+    const std::vector<std::string> names = {"a[",         "a{",  "a@",   "a`",         "a/b",
+                                            "\"quoted\"", "a]b", ";a",   "trailing  ", " lead",
+                                            "a=b",        "@",   "a\tb", "...",        "Gr\u00F6\u00DFe"};
     Key key;
     ASSERT_EQ(Create(m_key, "Names", KEY_ALL_ACCESS, key), ERROR_SUCCESS);
     for (const std::string& name : names)
@@ -335,23 +263,18 @@ TEST_F(RegistryFunctions, NamesMayHoldAlmostAnything)
     EXPECT_THAT(Names(EnumKey, key.get()), ::testing::UnorderedElementsAreArray(names));
     EXPECT_THAT(Names(EnumValue, key.get()), ::testing::UnorderedElementsAreArray(names));
     for (const std::string& name : names)
-    {
-        EXPECT_EQ(OpenStatus(key.get(), name.c_str()), ERROR_SUCCESS) << name;
         EXPECT_EQ(Text(key.get(), name.c_str()), name);
-    }
     EXPECT_EQ(SetText(key.get(), R"(back\slash)", "x"), ERROR_SUCCESS); // no level: only key names have those
     EXPECT_EQ(Text(key.get(), R"(back\slash)"), "x");
 }
 
 TEST_F(RegistryFunctions, TheDefaultValueHasNoName)
 {
-    EXPECT_EQ(SetText(m_key, nullptr, "first"), ERROR_SUCCESS);
-    EXPECT_EQ(Text(m_key, ""), "first");
-    EXPECT_EQ(Set(m_key, "", REG_BINARY, "second", 6), ERROR_SUCCESS);
-    EXPECT_EQ(Text(m_key, nullptr), "second");
-    EXPECT_THAT(Names(EnumValue, m_key), UnorderedElementsAre("", "Text"));
+    EXPECT_EQ(SetText(m_key, nullptr, "default"), ERROR_SUCCESS);
+    EXPECT_EQ(Text(m_key, ""), "default");
+    EXPECT_THAT(Names(EnumValue, m_key), ::testing::UnorderedElementsAre("", "Text"));
     EXPECT_EQ(::RegDeleteValueA(m_key, nullptr), ERROR_SUCCESS);
-    EXPECT_EQ(QueryStatus(m_key, ""), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(::RegDeleteValueA(m_key, ""), ERROR_FILE_NOT_FOUND);
 }
 
 // ---- values ---------------------------------------------------------------------------------------------------------
@@ -364,50 +287,33 @@ TEST_F(RegistryFunctions, QueryFillsTheBufferAndNoMore)
         std::string_view stored;
         DWORD capacity;
         LSTATUS status;
-        DWORD size;
         std::string_view buffer; // afterwards; '#' is untouched
     };
-    // clang-format off
     const Row rows[] = {
-        {REG_SZ, "abc\0"sv, 6, 0, 4, "abc\0####"sv},
-        {REG_SZ, "abc\0"sv, 4, 0, 4, "abc\0####"sv},
-        {REG_SZ, "abc\0"sv, 3, 234, 4, "########"},
-        {REG_SZ, "abc\0"sv, 0, 234, 4, "########"},
-        {REG_SZ, "abc", 6, 0, 3, "abc\0####"sv}, // text without a NUL gets one where there is room
-        {REG_SZ, "abc", 3, 0, 3, "abc#####"},
-        {REG_SZ, "abc", 2, 234, 3, "########"},
-        {REG_SZ, "", 6, 0, 0, "########"},
-        {REG_SZ, "", 0, 0, 0, "########"},
-        {REG_SZ, "a\0b\0"sv, 8, 0, 4, "a\0b\0####"sv},
-        {REG_SZ, "\u00F6\u00DF\0"sv, 8, 0, 5, "\u00F6\u00DF\0###"sv},
-        {REG_EXPAND_SZ, "%A%", 8, 0, 3, "%A%\0####"sv},
-        {REG_MULTI_SZ, "a\0b\0\0"sv, 8, 0, 5, "a\0b\0\0###"sv},
-        {REG_BINARY, "abc", 6, 0, 3, "abc#####"},
-        {REG_BINARY, "abc", 2, 234, 3, "########"},
-        {REG_DWORD, "\1\2\3\4", 4, 0, 4, "\1\2\3\4####"},
-        {REG_DWORD, "\1\2", 4, 0, 2, "\1\2######"},
-        {REG_QWORD, "\1\2\3\4\5\6\7\x08", 4, 234, 8, "########"},
-        {REG_NONE, "abc", 4, 0, 3, "abc#####"},
-        {77, "abc", 4, 0, 3, "abc#####"},
+        {REG_SZ, "abc\0"sv, 6, 0, "abc\0####"sv},
+        {REG_SZ, "abc\0"sv, 3, 234, "########"},
+        {REG_SZ, "abc", 6, 0, "abc\0####"sv}, // text without a NUL gets one where there is room
+        {REG_SZ, "abc", 3, 0, "abc#####"},
+        {REG_SZ, "", 6, 0, "########"},
+        {REG_EXPAND_SZ, "%A%", 8, 0, "%A%\0####"sv},
+        {REG_QWORD, "\1\2\3\4\5\6\7\x08", 4, 234, "########"},
+        {77, "abc", 4, 0, "abc#####"},
     };
-    // clang-format on
     for (const Row& row : rows)
     {
-        SCOPED_TRACE(::testing::Message() << "type " << row.type << ", " << ::testing::PrintToString(row.stored)
-                                          << " into " << row.capacity << " bytes");
+        SCOPED_TRACE(::testing::PrintToString(row.stored) + " into " + std::to_string(row.capacity));
         m_machine.WriteData(HKEY_CURRENT_USER, "Contract", "Value", row.type, row.stored);
         std::string buffer = "########";
         DWORD type = 99, size = row.capacity;
         EXPECT_EQ(::RegQueryValueExA(m_key, "Value", nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()), &size),
                   row.status);
         EXPECT_EQ(type, row.type);
-        EXPECT_EQ(size, row.size);
+        EXPECT_EQ(size, row.stored.length());
         EXPECT_EQ(buffer, row.buffer);
 
-        type = size = 99;
-        EXPECT_EQ(::RegQueryValueExA(m_key, "Value", nullptr, &type, nullptr, &size), ERROR_SUCCESS);
+        size = 99;
+        EXPECT_EQ(Query(m_key, "Value", nullptr, &size), ERROR_SUCCESS);
         EXPECT_EQ(size, row.stored.length());
-        EXPECT_EQ(type, row.type);
     }
 }
 
@@ -415,13 +321,13 @@ TEST_F(RegistryFunctions, QueryTreatsItsSizeWithCare)
 {
     BYTE data[4] = {};
     DWORD size = sizeof data;
-    EXPECT_EQ(QueryInto(m_key, "Absent", nullptr, data, &size), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(Query(m_key, "Absent", data, &size), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(size, sizeof data);
-    EXPECT_EQ(::RegQueryValueExA(m_key, "Text", nullptr, &size, data, &size),
-              ERROR_SUCCESS); // read before it is the type
+    // The size is read before the type is written to the same place.
+    EXPECT_EQ(::RegQueryValueExA(m_key, "Text", nullptr, &size, data, &size), ERROR_SUCCESS);
     EXPECT_THAT(data, ElementsAre('a', 'b', 'c', 0));
     size = 99;
-    EXPECT_EQ(QueryInto(m_key, "Absent", nullptr, nullptr, &size), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(Query(m_key, "Absent", nullptr, &size), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(size, 0U);
 }
 
@@ -435,10 +341,9 @@ TEST_F(RegistryFunctions, SetStoresTheNulThatACountLeavesOut)
         std::size_t stored;
     };
     const Row rows[] = {
-        {REG_SZ, "1000\0"sv, 4, 5},        {REG_SZ, "1000."sv, 4, 4},        {REG_SZ, "1000\0"sv, 5, 5},
-        {REG_SZ, "10\0\0"sv, 3, 3},        {REG_SZ, "\0"sv, 0, 0},           {REG_SZ, "1\0x\0"sv, 3, 4},
-        {REG_EXPAND_SZ, "1000\0"sv, 4, 5}, {REG_MULTI_SZ, "a\0b\0"sv, 3, 4}, {REG_BINARY, "1000\0"sv, 4, 4},
-        {REG_EXPAND_SZ, {}, 0, 0},
+        {REG_SZ, "1000\0"sv, 4, 5},       {REG_SZ, "1000."sv, 4, 4},      {REG_SZ, "10\0\0"sv, 3, 3},
+        {REG_SZ, "\0"sv, 0, 0},           {REG_SZ, "1\0x\0"sv, 3, 4},     {REG_EXPAND_SZ, "1000\0"sv, 4, 5},
+        {REG_MULTI_SZ, "a\0b\0"sv, 3, 4}, {REG_BINARY, "1000\0"sv, 4, 4}, {REG_EXPAND_SZ, {}, 0, 0},
     };
     for (const Row& row : rows)
     {
@@ -453,17 +358,10 @@ TEST_F(RegistryFunctions, EnumValueTellsNameTypeAndData)
     char name[8] = "#######";
     char data[8] = "#######";
     DWORD nameSize = 5, type = 99, size = 4;
-    const auto enumFirst = [&]
-    { return ::RegEnumValueA(m_key, 0, name, &nameSize, nullptr, &type, reinterpret_cast<BYTE*>(data), &size); };
-    EXPECT_EQ(enumFirst(), ERROR_SUCCESS);
-    EXPECT_THAT(std::pair(name, nameSize), ::testing::Pair(::testing::StrEq("Text"), 4U)); // without the NUL
-    EXPECT_EQ(type, REG_SZ);
-    EXPECT_THAT(std::pair(data, size), ::testing::Pair(::testing::StrEq("abc"), 4U)); // with it
-
-    nameSize = 5, size = 3;
-    EXPECT_EQ(enumFirst(), ERROR_MORE_DATA);
-    EXPECT_EQ(size, 4U);
-    nameSize = 4, size = 4;
-    EXPECT_EQ(enumFirst(), ERROR_MORE_DATA);
+    EXPECT_EQ(::RegEnumValueA(m_key, 0, name, &nameSize, nullptr, &type, reinterpret_cast<BYTE*>(data), &size),
+              ERROR_SUCCESS);
+    EXPECT_EQ(std::string(name, 7), "Text\0##"sv);
+    EXPECT_EQ(std::string(data, 7), "abc\0###"sv);
+    EXPECT_THAT((std::array{nameSize, type, size}), ElementsAre(4U, REG_SZ, 4U)); // only the data's NUL counts
 }
 } // namespace
