@@ -26,11 +26,6 @@ Utf8String BelowRoot(const char* tail)
     return DirectoryConfig::GetFRAXOProRoot() + tail;
 }
 
-Utf8String InUserDefaults(const Utf8String& tail)
-{
-    return DirectoryConfig::GetConfigurationDirectory() + tail;
-}
-
 Utf8String InMachineData(const Utf8String& tail)
 {
     return DirectoryConfig::GetProgramDataDirectory() + tail;

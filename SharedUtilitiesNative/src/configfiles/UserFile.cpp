@@ -4,6 +4,7 @@
 
 #include <Quenlor/QnFileName.h>
 
+#include "DirectoryConfig.h"
 #include "core/Paths.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -32,6 +33,11 @@ void CopyDefaultFileIfMissing(const QnFileName& target, const QnFileName& source
         Fail(source, " file could not be copied.");
 }
 } // namespace
+
+Utf8String InUserDefaults(const Utf8String& tail)
+{
+    return DirectoryConfig::GetConfigurationDirectory() + tail;
+}
 
 Utf8String Provide(const UserFile& file)
 {

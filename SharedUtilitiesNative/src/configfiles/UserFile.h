@@ -33,6 +33,9 @@ UserFile StWizardDefaultStp();
 UserFile QuickAccessToolbarXml();
 UserFile ConnectionTagLinkXml();
 
+/// A path below the folder that holds the user's files of no particular project.
+Utf8String InUserDefaults(const Utf8String& tail);
+
 /// Copies the installed default if the user's file is missing. An existing file is never overwritten or compared, and
 /// its default not looked at. The copy appears whole or not at all.
 /// @return the user's path, through the path type, which repairs malformed UTF-8

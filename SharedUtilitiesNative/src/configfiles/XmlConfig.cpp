@@ -11,11 +11,6 @@ constexpr char ToolbarName[] = "FProQATItemSettings.xml";
 constexpr char ConnectionTagName[] = "ConnectionTagFile.xml";
 constexpr char EditorMruName[] = "Quenlor.Fraxo.Editor.Mru.xml";
 
-Utf8String InUserDefaults(const Utf8String& tail)
-{
-    return DirectoryConfig::GetConfigurationDirectory() + tail;
-}
-
 Utf8String InEditorData(const char* name)
 {
     return DirectoryConfig::GetEditorAppDataDirectory() + name;

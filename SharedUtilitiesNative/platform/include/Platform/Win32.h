@@ -133,7 +133,8 @@ constexpr bool FAILED(HRESULT result) noexcept
 
 // Knows two folders, with CSIDL_FLAG_CREATE or without. CSIDL_COMMON_APPDATA is $PROGRAMDATA, else /usr/share;
 // CSIDL_LOCAL_APPDATA is $LOCALAPPDATA, else $XDG_DATA_HOME, else ~/.local/share. A folder that is relative, that is
-// missing and not to be or cannot be created, or whose path does not fit MAX_PATH is a failure and leaves `path` empty.
+// missing and not to be or cannot be created, whose path does not fit MAX_PATH, or whose name has a backslash is a
+// failure and leaves `path` empty.
 
 HRESULT SHGetFolderPathA(HWND owner, int folder, HANDLE token, DWORD flags, LPSTR path);
 
