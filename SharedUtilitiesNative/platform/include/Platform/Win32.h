@@ -109,6 +109,15 @@ LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWO
 LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type, LPBYTE data,
                       LPDWORD size);
 
+// ---- handles -------------------------------------------------------------------------------------------------------
+
+inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(std::intptr_t{-1});
+inline constexpr DWORD PROCESS_ALL_ACCESS = 0x1FFFFF;
+
+DWORD GetCurrentProcessId();
+HANDLE OpenProcess(DWORD access, BOOL isInherited, DWORD process); ///< Null for every process but this one.
+BOOL CloseHandle(HANDLE handle);                                   ///< A handle of any kind.
+
 // ---- shell folders --------------------------------------------------------------------------------------------------
 
 inline constexpr std::size_t MAX_PATH = 260;
