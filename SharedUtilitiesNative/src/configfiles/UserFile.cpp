@@ -19,9 +19,9 @@ namespace
 
 void CopyDefaultFileIfMissing(const QnFileName& target, const QnFileName& source, UserFile::Origin origin)
 {
-    if (QnFileName::DoesPathExist(target.GetName()))
+    if (Exists(target))
         return;
-    if (!QnFileName::DoesPathExist(source.GetName()))
+    if (!Exists(source))
         Fail(source, origin == UserFile::Origin::Product
                          ? " file not found. The installation of FRAXO.Pro may be corrupt."
                          : " file not found.");

@@ -2,11 +2,31 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include <Platform/Win32.h>
+
+#include "core/Trace.h"
+
+namespace
+{
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+
+std::optional<std::string> ReadVariable(const std::string& name)
+{
+    std::size_t size = 0;
+    ::getenv_s(&size, nullptr, 0, name.c_str());
+    if (size == 0)
+        return {};
+    std::vector<char> value(size, '\0');
+    ::getenv_s(&size, value.data(), value.size(), name.c_str());
+    return value.data();
+}
+} // namespace
 
 bool AreFloatNumbersEqual(float a, float b, float epsilon)
 {
@@ -33,13 +53,9 @@ std::string FormatFloatToString(float value, int precision)
 
 std::string GetEnvironmentVariableValue(const std::string& name)
 {
-    std::size_t size = 0;
-    ::getenv_s(&size, nullptr, 0, name.c_str());
-    if (size == 0)
-        return {};
-    std::vector<char> value(size, '\0');
-    ::getenv_s(&size, value.data(), value.size(), name.c_str());
-    return value.data();
+    std::optional<std::string> value = ReadVariable(name);
+    Trace([&] { return Inquiry{Inquiry::Source::Environment, name, value}; });
+    return std::move(value).value_or("");
 }
 
 void SetEnvironmentVariableValue(const std::string& name, const std::string& value)

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include <Quenlor/QnStringUtilities.h>
+
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 namespace
@@ -41,5 +43,10 @@ float ToFloat(const std::string& text)
     if (isOutOfRange)
         throw std::out_of_range("stof argument out of range");
     return number;
+}
+
+int LeadingNumber(const Utf8String& text)
+{
+    return QnStringUtilities::Wtoi(WString{text.c_str(), false}.c_str());
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

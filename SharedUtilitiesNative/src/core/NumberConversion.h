@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include <Quenlor/Utf8String.h>
+
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 /// The decimal number at the start of `text`: white space and a sign may precede it, whatever follows is ignored.
@@ -14,4 +16,7 @@ int ToInt(const std::string& text);
 /// @throws std::invalid_argument saying "invalid stof argument" when there is no number
 /// @throws std::out_of_range saying "stof argument out of range" when strtof reports overflow or underflow
 float ToFloat(const std::string& text);
+
+/// Like ToInt where a number is not required: 0 when there is none, the nearest end of the range when it does not fit.
+int LeadingNumber(const Utf8String& text);
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -4,6 +4,8 @@
 #include <Quenlor/Utf8String.h>
 #include <Quenlor/WString.h>
 
+#include "core/Trace.h"
+
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 inline QnFileName PathOf(const Utf8String& utf8)
@@ -11,6 +13,31 @@ inline QnFileName PathOf(const Utf8String& utf8)
     QnFileName path;
     path.SetNameUtf8(utf8.c_str());
     return path;
+}
+
+/// A component of a folder. There is none in an empty folder: nothing recorded is not the current directory.
+inline QnFileName InFolder(const Utf8String& folder, const Utf8String& component)
+{
+    QnFileName path = PathOf(folder);
+    if (!folder.empty())
+        path.AppendToPath(PathOf(component).GetName());
+    return path;
+}
+
+/// Whether something is there. An empty path names nothing.
+inline bool Exists(const QnFileName& path)
+{
+    if (*path.GetName() == L'\0')
+        return false;
+    const bool exists = QnFileName::DoesPathExist(path.GetName());
+    Trace([&] { return Inquiry{Inquiry::Source::Path, path.GetNameUtf8().ToStdString(), Presence(exists)}; });
+    return exists;
+}
+
+/// The path if something is there; otherwise empty.
+inline Utf8String IfExists(const QnFileName& path)
+{
+    return Exists(path) ? path.GetNameUtf8() : Utf8String{};
 }
 
 /// The one spelling that all spellings of a path have in common.

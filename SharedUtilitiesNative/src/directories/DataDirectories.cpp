@@ -97,8 +97,7 @@ Utf8String DirectoryConfig::GetFraxoSectionDatabaseDirectory()
     constexpr FolderTail sections = R"(Sections\)";
     QnFileName besideExecutable = GetCurrentExeDirectory();
     besideExecutable.AppendToPath(PathOf(sections.text).GetName());
-    return QnFileName::DoesPathExist(besideExecutable.GetName()) ? besideExecutable.GetNameUtf8()
-                                                                 : InMachineData(sections);
+    return Exists(besideExecutable) ? besideExecutable.GetNameUtf8() : InMachineData(sections);
 }
 
 Utf8String DirectoryConfig::GetProjectConfigurationDirectory()

@@ -12,4 +12,10 @@ inline Utf8String ProductKey()
 {
     return R"(SOFTWARE\Quenlor\)" + VersionConfig::GetVersionStamp();
 }
+
+/// The key below HKEY_CURRENT_USER for the settings of a release: each has one of its own.
+inline Utf8String UserKeyOf(const Utf8String& release)
+{
+    return R"(Software\Quenlor Systems\)" + VersionConfig::GetProductKey() + R"(\)" + release;
+}
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -4,9 +4,9 @@
 #include <string>
 
 #include <Platform/Win32.h>
-#include <Quenlor/QnStringUtilities.h>
 
-#include "VersionConfig.h"
+#include "core/NumberConversion.h"
+#include "registry/ProductKey.h"
 #include "registry/RegistryKey.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -27,14 +27,31 @@ bool Write(HKEY root, const Utf8String& subKey, const Utf8String& name, int valu
                                    sizeof value) == ERROR_SUCCESS;
 }
 
+/// A value of at most four bytes, which count as a number only if that is its type.
+struct StoredNumber
+{
+    DWORD type;
+    int number;
+};
+
+std::optional<StoredNumber> ReadNumber(HKEY root, const Utf8String& subKey, const Utf8String& name)
+{
+    DWORD type = REG_NONE;
+    DWORD data = 0;
+    DWORD size = sizeof data;
+    const RegistryKey key = OpenForReading(root, subKey); // closed before a conversion opens the same key for writing
+    if (!key || ::RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(&data), &size) !=
+                    ERROR_SUCCESS)
+        return {};
+    return StoredNumber{type, static_cast<int>(data)};
+}
+
 /// Turns a numeric text setting into a number in place; leaves any other value untouched.
 int ConvertStringValueToInt(HKEY root, const Utf8String& subKey, const Utf8String& name, int whenMissing)
 {
     const Utf8String text = RegistryHelper::GetStringValue(root, subKey, name, {});
-    WString wide;
-    QnStringUtilities::Utf8ToWChar(wide, text.c_str());
-    const int number = QnStringUtilities::Wtoi(wide.c_str());
-    if (number == 0 && wide != WString{L"0"})
+    const int number = LeadingNumber(text);
+    if (number == 0 && text != "0")
         return whenMissing;
     return RegistryHelper::SetIntValue(root, subKey, name, number) ? number : whenMissing;
 }
@@ -42,12 +59,14 @@ int ConvertStringValueToInt(HKEY root, const Utf8String& subKey, const Utf8Strin
 
 Utf8String RegistryHelper::GetCurrentUserKey()
 {
-    return R"(Software\Quenlor Systems\)" + VersionConfig::GetVersionStamp();
+    return UserKeyOf(VersionConfig::GetReleaseNumber());
 }
 
 bool RegistryHelper::CheckIfKeyExists(HKEY root, const Utf8String& subKey)
 {
-    return OpenForReading(root, subKey) != nullptr;
+    const bool exists = OpenForReading(root, subKey) != nullptr;
+    Trace([&] { return Inquiry{Inquiry::Source::RegistryKey, PlaceOf(root, subKey), Presence(exists)}; });
+    return exists;
 }
 
 Utf8String RegistryHelper::GetStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name,
@@ -87,16 +106,12 @@ bool RegistryHelper::SetBoolValue(HKEY root, const Utf8String& subKey, const Utf
 
 int RegistryHelper::GetIntValue(HKEY root, const Utf8String& subKey, const Utf8String& name, int whenMissing)
 {
-    DWORD type = REG_NONE;
-    DWORD data = 0;
-    DWORD size = sizeof data;
-    {
-        const RegistryKey key = OpenForReading(root, subKey);
-        if (!key || ::RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(&data),
-                                       &size) != ERROR_SUCCESS)
-            return whenMissing;
-    } // closed before the conversion below opens the same key for writing
-    return type == REG_DWORD ? static_cast<int>(data) : ConvertStringValueToInt(root, subKey, name, whenMissing);
+    const std::optional<StoredNumber> stored = ReadNumber(root, subKey, name);
+    if (stored && stored->type != REG_DWORD)
+        return ConvertStringValueToInt(root, subKey, name, whenMissing);
+    TraceValue(root, subKey, name,
+               [&] { return stored ? std::optional{std::to_string(stored->number)} : std::nullopt; });
+    return stored ? stored->number : whenMissing;
 }
 
 bool RegistryHelper::SetIntValue(HKEY root, const Utf8String& subKey, const Utf8String& name, int value)

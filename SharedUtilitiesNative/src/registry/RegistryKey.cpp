@@ -2,22 +2,9 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-RegistryKey OpenForReading(HKEY root, const Utf8String& subKey)
+namespace
 {
-    HKEY key = nullptr;
-    const LSTATUS status = ::RegOpenKeyExA(root, subKey.c_str(), 0, ReadAccess, &key);
-    return RegistryKey{status == ERROR_SUCCESS ? key : nullptr};
-}
-
-RegistryKey OpenForWriting(HKEY root, const Utf8String& subKey)
-{
-    HKEY key = nullptr;
-    const LSTATUS status = ::RegCreateKeyExA(root, subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, WriteAccess,
-                                             nullptr, &key, nullptr);
-    return RegistryKey{status == ERROR_SUCCESS ? key : nullptr};
-}
-
-std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType)
+std::optional<std::string> Read(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType)
 {
     const RegistryKey key = OpenForReading(root, subKey);
     if (!key)
@@ -36,5 +23,41 @@ std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const U
         return {};
     data.resize(size);
     return data;
+}
+} // namespace
+
+RegistryKey OpenForReading(HKEY root, const Utf8String& subKey)
+{
+    HKEY key = nullptr;
+    const LSTATUS status = ::RegOpenKeyExA(root, subKey.c_str(), 0, ReadAccess, &key);
+    return RegistryKey{status == ERROR_SUCCESS ? key : nullptr};
+}
+
+RegistryKey OpenForWriting(HKEY root, const Utf8String& subKey)
+{
+    HKEY key = nullptr;
+    const LSTATUS status = ::RegCreateKeyExA(root, subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, WriteAccess,
+                                             nullptr, &key, nullptr);
+    return RegistryKey{status == ERROR_SUCCESS ? key : nullptr};
+}
+
+std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType)
+{
+    std::optional<std::string> data = Read(root, subKey, name, wantedType);
+    TraceValue(root, subKey, name, [&] { return data; });
+    return data;
+}
+
+std::string PlaceOf(HKEY root, const Utf8String& subKey)
+{
+    const char* const name = root == HKEY_CLASSES_ROOT   ? "HKEY_CLASSES_ROOT"
+                             : root == HKEY_CURRENT_USER ? "HKEY_CURRENT_USER"
+                                                         : "HKEY_LOCAL_MACHINE";
+    return std::string{name} + '\\' + subKey.c_str();
+}
+
+std::string PlaceOf(HKEY root, const Utf8String& subKey, const Utf8String& name)
+{
+    return PlaceOf(root, subKey) + '\\' + (name.empty() ? "(default)" : name.c_str());
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -7,6 +7,8 @@
 #include <Platform/Win32.h>
 #include <Quenlor/Utf8String.h>
 
+#include "core/Trace.h"
+
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 struct RegistryKeyCloser
@@ -30,4 +32,15 @@ inline constexpr REGSAM WriteAccess = KEY_WRITE | KEY_WOW64_64KEY;
 /// The bytes of a value, the NULs of text included if they are stored; nothing when it is missing or of another type.
 [[nodiscard]] std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const Utf8String& name,
                                                   DWORD wantedType);
+
+/// The place as people write it, with the root's name; without the last argument the key itself.
+std::string PlaceOf(HKEY root, const Utf8String& subKey);
+std::string PlaceOf(HKEY root, const Utf8String& subKey, const Utf8String& name);
+
+/// @param held tells what the value was, as ReadData does
+template<class Held>
+void TraceValue(HKEY root, const Utf8String& subKey, const Utf8String& name, const Held& held)
+{
+    Trace([&] { return Inquiry{Inquiry::Source::RegistryValue, PlaceOf(root, subKey, name), held()}; });
+}
 } // namespace Quenlor::Fraxo::SharedUtilities::Native
