@@ -8,6 +8,7 @@
 #include "core/Format.h"
 #include "registry/InstallationRecord.h"
 #include "registry/ProductKey.h"
+#include "usersettings/InstalledVersion.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -16,7 +17,6 @@ namespace
 constexpr char Configurations[] = R"(\Configurations)";
 constexpr char RssSettings[] = R"(\RSSSettings)";
 constexpr char LicenseConfig[] = R"(\LicenseConfig)";
-constexpr char Build[] = R"(\Build)";
 
 // A row is what a getter and its setter share. Names are spelled as installers and earlier releases spell them; that
 // like switches have different defaults is intended.
@@ -46,7 +46,7 @@ constexpr Flag UseRoamingConfig {Configurations, "UseRoamingProjectConfig", true
 constexpr Flag ProjectForLogging{Configurations, "UseDefaultProjectForLogging", true};
 constexpr Flag RssFeed          {RssSettings,    "EnableFeed", true};
 constexpr Flag ShowPreviewer    {RssSettings,    "ShowOnStartup", false};
-constexpr Flag IsNewVersion     {Build,          "IsNewVersionInstall", true};
+constexpr Flag IsNewVersion     {BuildKey,       "IsNewVersionInstall", true};
 
 constexpr Text ProjectId  {Configurations, "DefaultProjectID"};
 constexpr Text ProjectName{Configurations, "DefaultProjectName"};

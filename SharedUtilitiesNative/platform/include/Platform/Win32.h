@@ -12,6 +12,7 @@
 
 #include <shlobj.h>
 #include <stdlib.h>
+#include <tlhelp32.h>
 
 #include <Platform/Win32Types.h>
 
@@ -185,6 +186,24 @@ struct VS_FIXEDFILEINFO
 DWORD GetFileVersionInfoSizeA(LPCSTR path, LPDWORD unused); ///< 0 when the file cannot be read or has no version.
 BOOL GetFileVersionInfoA(LPCSTR path, DWORD unused, DWORD size, LPVOID block);
 BOOL VerQueryValueA(LPCVOID block, LPCSTR subBlock, LPVOID* value, UINT* size); ///< Knows the root block "\" alone.
+
+// ---- processes -----------------------------------------------------------------------------------------------------
+
+inline constexpr DWORD TH32CS_SNAPPROCESS = 2;
+
+struct PROCESSENTRY32W // the members that are filled
+{
+    DWORD dwSize;
+    DWORD th32ProcessID;
+    wchar_t szExeFile[MAX_PATH]; ///< The name of the executable's file, without its folder.
+};
+
+// A snapshot knows the processes whose executable the system shows to this user: their own, or all for root. Snapshots
+// of anything else cannot be taken. CloseHandle ends one.
+
+HANDLE CreateToolhelp32Snapshot(DWORD what, DWORD process);
+BOOL Process32FirstW(HANDLE snapshot, PROCESSENTRY32W* entry);
+BOOL Process32NextW(HANDLE snapshot, PROCESSENTRY32W* entry);
 
 // ---- C runtime -----------------------------------------------------------------------------------------------------
 
