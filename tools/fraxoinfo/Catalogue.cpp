@@ -37,6 +37,11 @@ Value ToValue(int number)
     return std::int64_t{number};
 }
 
+Value ToValue(const PlexoraExplorerVersion& version)
+{
+    return std::to_string(version.Major) + '.' + std::to_string(version.Minor) + '.' + std::to_string(version.Build);
+}
+
 Value ToValue(const std::set<Quenlor::Utf8String>& texts)
 {
     std::vector<std::string> list;
@@ -156,6 +161,7 @@ constexpr Operation Operations[] = {
     {"LanguageHelper", "GetSectionDBMgrResourcePath", Kind::File, Ask<LanguageHelper::GetSectionDBMgrResourcePath>},
     {"LanguageHelper", "GetStWizardInternalResourcePath", Kind::File, Ask<LanguageHelper::GetStWizardInternalResourcePath>},
     {"LanguageHelper", "GetOfficeLocationsPath", Kind::File, Ask<LanguageHelper::GetOfficeLocationsPath>},
+    {"LanguageHelper", "GetCurrentLanguageSectionWizardDllPath(\"Section\")", Kind::File, [] { return ToValue(LanguageHelper::GetCurrentLanguageSectionWizardDllPath("Section")); }},
     {"LanguageHelper", "GetCodeDescriptionDir", Kind::Text, Ask<LanguageHelper::GetCodeDescriptionDir>},
 
     {"UserSettingsConfig", "UseDefaultConnectedProject", Kind::Flag, Ask<UserSettingsConfig::UseDefaultConnectedProject>},
@@ -170,11 +176,66 @@ constexpr Operation Operations[] = {
     {"UserSettingsConfig", "GetRssFeedLastReadInfo", Kind::Text, Ask<UserSettingsConfig::GetRssFeedLastReadInfo>},
     {"UserSettingsConfig", "IsNuclearDesignCodeEnabled", Kind::Flag, Ask<UserSettingsConfig::IsNuclearDesignCodeEnabled>},
     {"UserSettingsConfig", "IsLumConnectionEnabled", Kind::Flag, Ask<UserSettingsConfig::IsLumConnectionEnabled>},
+    {"UserSettingsConfig", "GetRssFeedCategory(0)", Kind::Flag, [] { return ToValue(UserSettingsConfig::GetRssFeedCategory(0)); }},
+    {"UserSettingsConfig", "GetRssFeedZone(0)", Kind::Flag, [] { return ToValue(UserSettingsConfig::GetRssFeedZone(0)); }},
     {"UserSettingsConfig", "GetIsNewVersionInstallFlag", Kind::Flag, Ask<UserSettingsConfig::GetIsNewVersionInstallFlag>},
     {"UserSettingsConfig", "GetUserNameString", Kind::Text, Ask<UserSettingsConfig::GetUserNameString>},
     {"UserSettingsConfig", "GetUserEmail", Kind::Text, Ask<UserSettingsConfig::GetUserEmail>},
     {"UserSettingsConfig", "GetTestCrashReporting", Kind::Flag, Ask<UserSettingsConfig::GetTestCrashReporting>},
     {"UserSettingsConfig", "IsPL365Enabled", Kind::Flag, Ask<UserSettingsConfig::IsPL365Enabled>},
+    {"UserSettingsConfig", "GetLastInstalledProductVersion", Kind::Text, Ask<UserSettingsConfig::GetLastInstalledProductVersion>},
+    {"UserSettingsConfig", "GetStrucLinkExePath", Kind::File, Ask<UserSettingsConfig::GetStrucLinkExePath>},
+    {"UserSettingsConfig", "GetConnectionTagLinkExePath", Kind::File, Ask<UserSettingsConfig::GetConnectionTagLinkExePath>},
+    {"UserSettingsConfig", "GetScriptEditorExePath", Kind::File, Ask<UserSettingsConfig::GetScriptEditorExePath>},
+    {"UserSettingsConfig", "GetInputEditorExePath", Kind::File, Ask<UserSettingsConfig::GetInputEditorExePath>},
+    {"UserSettingsConfig", "GetFProRCExePath", Kind::File, Ask<UserSettingsConfig::GetFProRCExePath>},
+    {"UserSettingsConfig", "GetStWizardExePath", Kind::File, Ask<UserSettingsConfig::GetStWizardExePath>},
+    {"UserSettingsConfig", "GetSectionWizardExePath", Kind::File, Ask<UserSettingsConfig::GetSectionWizardExePath>},
+    {"UserSettingsConfig", "GetFPPMExePath", Kind::File, Ask<UserSettingsConfig::GetFPPMExePath>},
+    {"UserSettingsConfig", "GetChineseSteelDesignExePath", Kind::File, Ask<UserSettingsConfig::GetChineseSteelDesignExePath>},
+    {"UserSettingsConfig", "GetAutoLoadCombinationRuleManagerExePath", Kind::File, Ask<UserSettingsConfig::GetAutoLoadCombinationRuleManagerExePath>},
+    {"UserSettingsConfig", "GetOpenFraxoIdeHelpDocumentPath", Kind::File, Ask<UserSettingsConfig::GetOpenFraxoIdeHelpDocumentPath>},
+    {"UserSettingsConfig", "GetFraxoProReadMePath", Kind::File, Ask<UserSettingsConfig::GetFraxoProReadMePath>},
+    {"UserSettingsConfig", "GetFraxoProHelpDocumentPath", Kind::File, Ask<UserSettingsConfig::GetFraxoProHelpDocumentPath>},
+    {"UserSettingsConfig", "GetReleaseReportDocumentPath", Kind::File, Ask<UserSettingsConfig::GetReleaseReportDocumentPath>},
+    {"UserSettingsConfig", "GetOpenFraxoHelpDocumentPath", Kind::File, Ask<UserSettingsConfig::GetOpenFraxoHelpDocumentPath>},
+    {"UserSettingsConfig", "SectionWizardHelpDocumentPath", Kind::File, Ask<UserSettingsConfig::SectionWizardHelpDocumentPath>},
+    {"UserSettingsConfig", "IsPlexoraExplorerInstalled", Kind::Flag, Ask<UserSettingsConfig::IsPlexoraExplorerInstalled>},
+    {"UserSettingsConfig", "IsMultiplePlexoraExplorerInstalled", Kind::Flag, Ask<UserSettingsConfig::IsMultiplePlexoraExplorerInstalled>},
+    {"UserSettingsConfig", "GetPlexoraExplorerVersionString", Kind::Text, Ask<UserSettingsConfig::GetPlexoraExplorerVersionString>},
+    {"UserSettingsConfig", "GetPlexoraExplorerVersionTokens", Kind::Text, Ask<UserSettingsConfig::GetPlexoraExplorerVersionTokens>},
+    {"UserSettingsConfig", "GetPlexoraExplorerExecutablePath", Kind::Directory, Ask<UserSettingsConfig::GetPlexoraExplorerExecutablePath>},
+    {"UserSettingsConfig", "GetDesconWinExePath", Kind::File, Ask<UserSettingsConfig::GetDesconWinExePath>},
+    {"UserSettingsConfig", "IsDesconWinInstalled", Kind::Flag, Ask<UserSettingsConfig::IsDesconWinInstalled>},
+    {"UserSettingsConfig", "GetDesconWinInterface", Kind::Flag, Ask<UserSettingsConfig::GetDesconWinInterface>},
+    {"UserSettingsConfig", "GetDesconWinAsdCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconWinAsdCode>},
+    {"UserSettingsConfig", "GetDesconWinAsdMetricCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconWinAsdMetricCode>},
+    {"UserSettingsConfig", "GetDesconWinLrfdCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconWinLrfdCode>},
+    {"UserSettingsConfig", "GetDesconWinLrfdMetricCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconWinLrfdMetricCode>},
+    {"UserSettingsConfig", "GetDesconBraceExePath", Kind::File, Ask<UserSettingsConfig::GetDesconBraceExePath>},
+    {"UserSettingsConfig", "IsDesconBraceInstalled", Kind::Flag, Ask<UserSettingsConfig::IsDesconBraceInstalled>},
+    {"UserSettingsConfig", "GetDesconBraceInterface", Kind::Flag, Ask<UserSettingsConfig::GetDesconBraceInterface>},
+    {"UserSettingsConfig", "GetDesconBraceAsdCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconBraceAsdCode>},
+    {"UserSettingsConfig", "GetDesconBraceAsdMetricCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconBraceAsdMetricCode>},
+    {"UserSettingsConfig", "GetDesconBraceLrfdCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconBraceLrfdCode>},
+    {"UserSettingsConfig", "GetDesconBraceLrfdMetricCode", Kind::Flag, Ask<UserSettingsConfig::GetDesconBraceLrfdMetricCode>},
+    {"UserSettingsConfig", "GetAdaptBuilderPath", Kind::Directory, Ask<UserSettingsConfig::GetAdaptBuilderPath>},
+    {"UserSettingsConfig", "GetAdaptBuilderExePath", Kind::File, Ask<UserSettingsConfig::GetAdaptBuilderExePath>},
+    {"UserSettingsConfig", "GetLumConceptExePath", Kind::File, Ask<UserSettingsConfig::GetLumConceptExePath>},
+    {"UserSettingsConfig", "GetPlanWinExePath", Kind::File, Ask<UserSettingsConfig::GetPlanWinExePath>},
+    {"UserSettingsConfig", "GetPlanWinVersion", Kind::Text, Ask<UserSettingsConfig::GetPlanWinVersion>},
+    {"UserSettingsConfig", "GetKRDCExePath", Kind::File, Ask<UserSettingsConfig::GetKRDCExePath>},
+    {"UserSettingsConfig", "GetKRDCVersion", Kind::Text, Ask<UserSettingsConfig::GetKRDCVersion>},
+    {"UserSettingsConfig", "GetFraxoFoundationProductName(false)", Kind::Text, [] { return ToValue(UserSettingsConfig::GetFraxoFoundationProductName(false)); }},
+    {"UserSettingsConfig", "GetFraxoFoundationProductName(true)", Kind::Text, [] { return ToValue(UserSettingsConfig::GetFraxoFoundationProductName(true)); }},
+    {"UserSettingsConfig", "GetFraxoFoundationExePath(false)", Kind::File, [] { return ToValue(UserSettingsConfig::GetFraxoFoundationExePath(false)); }},
+    {"UserSettingsConfig", "GetFraxoFoundationExePath(true)", Kind::File, [] { return ToValue(UserSettingsConfig::GetFraxoFoundationExePath(true)); }},
+    {"UserSettingsConfig", "IsWordInstalled", Kind::Flag, Ask<UserSettingsConfig::IsWordInstalled>},
+    {"UserSettingsConfig", "GetWordProgID", Kind::Text, Ask<UserSettingsConfig::GetWordProgID>},
+    {"UserSettingsConfig", "GetWordVersionNumber", Kind::Number, Ask<UserSettingsConfig::GetWordVersionNumber>},
+    {"UserSettingsConfig", "GetTechnipExePath", Kind::File, Ask<UserSettingsConfig::GetTechnipExePath>},
+    {"UserSettingsConfig", "GetMsInfo32ExePath", Kind::File, Ask<UserSettingsConfig::GetMsInfo32ExePath>},
+    {"UserSettingsConfig", "IsExeRunning(\"fraxoinfo\")", Kind::Flag, [] { return ToValue(UserSettingsConfig::IsExeRunning("fraxoinfo")); }},
 };
 // clang-format on
 } // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <string_view>
 
 #include <Quenlor/QnFileName.h>
 #include <Quenlor/WString.h>
@@ -38,7 +37,30 @@ const char* NameOf(Kind kind)
     return "";
 }
 
-/// One line of a terminal: a value must not move the cursor or hide behind control characters.
+std::string Join(const std::vector<std::string>& items, std::string_view separator)
+{
+    std::string text;
+    for (const std::string& item : items)
+        text.append(text.empty() ? "" : separator).append(item);
+    return text;
+}
+
+/// On one line.
+std::string Shown(const Answer& answer)
+{
+    if (!answer.failure.empty())
+        return "failed: " + Printable(answer.failure);
+    const auto* const list = std::get_if<std::vector<std::string>>(&answer.value);
+    const std::string text = list ? Join(*list, " ") : ToText(answer.value);
+    if (text.empty())
+        return "(empty)";
+    std::string shown = Printable(text);
+    if (answer.exists)
+        shown += *answer.exists ? "  [exists]" : "  [missing]";
+    return shown;
+}
+} // namespace
+
 std::string Printable(std::string_view text)
 {
     std::string printable;
@@ -56,28 +78,6 @@ std::string Printable(std::string_view text)
     }
     return printable;
 }
-
-std::string Join(const std::vector<std::string>& items, std::string_view separator)
-{
-    std::string text;
-    for (const std::string& item : items)
-        text.append(text.empty() ? "" : separator).append(item);
-    return text;
-}
-
-/// On one line.
-std::string Shown(const Answer& answer)
-{
-    if (!answer.failure.empty())
-        return "failed: " + Printable(answer.failure);
-    const auto* const list = std::get_if<std::vector<std::string>>(&answer.value);
-    const std::string text = list ? Join(*list, " ") : ToText(answer.value);
-    std::string shown = text.empty() ? "(empty)" : Printable(text);
-    if (answer.exists)
-        shown += *answer.exists ? "  [exists]" : "  [missing]";
-    return shown;
-}
-} // namespace
 
 Answer AskFor(const Operation& operation, bool provide)
 {

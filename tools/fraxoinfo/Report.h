@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Catalogue.h"
@@ -24,6 +25,9 @@ std::vector<Answer> AskForEverything(bool provide);
 
 /// The bare value, as scripts want it: `true` or `false` for a flag, an item a line for a list.
 std::string ToText(const Value& value);
+
+/// One line of a terminal: a value must not move the cursor or hide behind control characters.
+std::string Printable(std::string_view text);
 
 /// All answers under their classes, aligned for reading.
 std::string FormatTable(const std::vector<Answer>& answers);

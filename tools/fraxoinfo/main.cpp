@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Applications.h"
 #include "Catalogue.h"
 #include "Doctor.h"
 #include "Features.h"
@@ -58,6 +59,12 @@ int PrintFeatures()
     return std::ranges::all_of(features, &std::string::empty, &FraxoInfo::Feature::failure) ? Success : Failure;
 }
 
+int PrintApplications()
+{
+    Print(FraxoInfo::FormatApplications(FraxoInfo::FindApplications()));
+    return Success;
+}
+
 int PrintFindings()
 {
     const auto findings = FraxoInfo::Examine();
@@ -75,6 +82,7 @@ int Run(int argc, char** argv)
         "  fraxoinfo --json             every answer as JSON\n"
         "  fraxoinfo --provision        the same answers, with the user's missing files copied first\n"
         "  fraxoinfo features           the feature switches and what decided each\n"
+        "  fraxoinfo applications       other products on this machine, and the registry places that decided\n"
         "  fraxoinfo doctor             what is wrong with the installation, and what to do\n\n"
         "No file of the product is created or changed without --provision. As in any application, a number that\n"
         "an earlier release stored as text becomes a number when it is read, and the shell's folder for this\n"
@@ -89,6 +97,8 @@ int Run(int argc, char** argv)
     app.add_flag("--json", asJson, "Print JSON");
     app.add_flag("--provision", provide, "Make the user's missing files from the installed defaults");
     const auto* const features = app.add_subcommand("features", "List the feature switches and what decided each");
+    const auto* const applications =
+        app.add_subcommand("applications", "Show which other products were found, and why");
     const auto* const doctor = app.add_subcommand("doctor", "Examine the installation");
     app.require_subcommand(0, 1);
 
@@ -103,6 +113,8 @@ int Run(int argc, char** argv)
 
     if (*features)
         return PrintFeatures();
+    if (*applications)
+        return PrintApplications();
     if (*doctor)
         return PrintFindings();
     if (app.count("operation") != 0)

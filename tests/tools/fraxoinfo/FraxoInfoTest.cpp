@@ -1,14 +1,19 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Applications.h"
 #include "Catalogue.h"
 #include "Report.h"
 #include "Suggestions.h"
+#include "support/Files.h"
+#include "support/InstallationTest.h"
 
 #include "PublicGetters.h" // made by the build from the public headers
 
@@ -25,7 +30,8 @@ TEST(Catalogue, HasEveryPublicGetterThatTakesNoArgument)
     ASSERT_GT(std::size(PublicGetters), 10U) << "the headers were not read";
     for (const std::string_view getter : PublicGetters)
         EXPECT_NE(Find(getter), nullptr) << getter << " is missing from tools/fraxoinfo/Catalogue.cpp";
-    EXPECT_EQ(Catalogue().size(), std::size(PublicGetters));
+    const auto takesNoArgument = [](const Operation& row) { return !row.name.ends_with(')'); };
+    EXPECT_EQ(std::ranges::count_if(Catalogue(), takesNoArgument), std::ssize(PublicGetters));
 }
 
 TEST(Catalogue, FindsAnOperationAloneAndBehindItsClass)
@@ -33,6 +39,29 @@ TEST(Catalogue, FindsAnOperationAloneAndBehindItsClass)
     ASSERT_NE(Find("GetProductKey"), nullptr);
     EXPECT_EQ(Find("VersionConfig::GetProductKey"), Find("GetProductKey"));
     EXPECT_EQ(Find("DirectoryConfig::GetProductKey"), nullptr);
+}
+
+using Applications = InstallationTest;
+
+TEST_F(Applications, TellWhatWasAskedAndWhichPlaceDecided)
+{
+    constexpr char Key[] = R"(SOFTWARE\Lum International\Lum Concept\Integration)";
+    const std::string program = m_machine.Folder("Lum Concept") + "Concept.exe";
+    WriteFile(NativePath(program), "program");
+    m_machine.WriteText(HKEY_CURRENT_USER, Key, "UserFraxoLinkExePath", R"(X:\gone.exe)");
+    m_machine.WriteText(HKEY_LOCAL_MACHINE, Key, "LatestConceptExePath", program);
+
+    const std::string place = R"(\SOFTWARE\Lum International\Lum Concept\Integration\)";
+    const std::string text = FormatApplications(FindApplications());
+    EXPECT_THAT(text, HasSubstr("Lum Concept: " + program + "\n    HKEY_LOCAL_MACHINE" + place +
+                                "UserFraxoLinkExePath  [missing]"
+                                "\n    HKEY_CURRENT_USER" +
+                                place +
+                                R"(UserFraxoLinkExePath = X:\gone.exe)"
+                                "\n    X:\\gone.exe  [missing]"
+                                "\n  * HKEY_LOCAL_MACHINE" +
+                                place + "LatestConceptExePath = " + program + "\n    " + program + "  [exists]\n"));
+    EXPECT_THAT(text, HasSubstr("PlanWin: not found\n"));
 }
 
 TEST(NearestNames, AreThoseThatWereProbablyMeant)
