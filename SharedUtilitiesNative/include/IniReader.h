@@ -92,7 +92,7 @@ public:
     int GetKeyValuePairListBySection(const std::string& section, std::vector<IniKeyValue>& pairs) const;
 
 private:
-    class Contents; // what one load has read
+    class SHAREDUTILITIES_NO_EXPORT Contents; // what one load has read
 
     bool Load(const std::wstring& path, const std::string* section);
     std::optional<std::string_view> Find(const std::string& section, const std::string& key) const;
