@@ -54,14 +54,6 @@ std::string Shown(const Application& application)
 }
 } // namespace
 
-const Inquiry* Application::Decisive() const
-{
-    const auto holdsText = [](const Inquiry& inquiry)
-    { return inquiry.source == Inquiry::Source::RegistryValue && inquiry.held && *inquiry.held->c_str() != '\0'; };
-    const auto last = std::find_if(inquiries.rbegin(), inquiries.rend(), holdsText);
-    return answer.empty() || last == inquiries.rend() ? nullptr : &*last;
-}
-
 std::vector<Application> FindApplications()
 {
     std::vector<Application> applications;
@@ -75,9 +67,9 @@ std::string FormatApplications(const std::vector<Application>& applications)
     for (const Application& application : applications)
     {
         text.append(application.name).append(": ").append(Shown(application)).append("\n");
-        const Inquiry* const decisive = application.Decisive();
-        for (const Inquiry& inquiry : application.inquiries)
-            text.append(&inquiry == decisive ? "  * " : "    ").append(Describe(inquiry)).append("\n");
+        const bool wasFound = !application.answer.empty();
+        text += FormatInquiries(application.inquiries,
+                                wasFound ? Decisive(application.inquiries, application.answer) : nullptr);
     }
     return text;
 }

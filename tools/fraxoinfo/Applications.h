@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,13 +14,10 @@ struct Application
     std::string answer; ///< Where it is, or for Word its program id; empty when it was not found.
     bool isThere;       ///< Found, and on the disk if the answer is a path.
     std::vector<Inquiry> inquiries;
-
-    /// The registry place that decided: the last one that held something, when the application was found.
-    const Inquiry* Decisive() const;
 };
 
 std::vector<Application> FindApplications();
 
-/// Each application with its answer, and below it what was asked; `*` marks the place that decided.
+/// Each application with its answer, and below it what was asked; `*` marks the registry place that decided.
 std::string FormatApplications(const std::vector<Application>& applications);
 } // namespace FraxoInfo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/Trace.h"
@@ -24,6 +25,10 @@ private:
     std::vector<Inquiry> m_inquiries;
 };
 
-/// The place and what it held, on one line without an end.
-std::string Describe(const Inquiry& inquiry);
+/// The inquiry that decided: the last one whose text the answer holds, else the last one that held anything.
+/// @return null when none held anything: then a default is the answer
+const Inquiry* Decisive(const std::vector<Inquiry>& inquiries, std::string_view answer);
+
+/// A line for each inquiry: the place and what it held. `*` stands before the decisive one, which may be null.
+std::string FormatInquiries(const std::vector<Inquiry>& inquiries, const Inquiry* decisive);
 } // namespace FraxoInfo

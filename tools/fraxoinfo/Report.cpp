@@ -4,9 +4,12 @@
 #include <cstdio>
 #include <exception>
 
-#include <Quenlor/QnFileName.h>
-#include <Quenlor/WString.h>
 #include <nlohmann/json.hpp>
+
+#include "core/Paths.h"
+
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+using Quenlor::QnFileName;
 
 namespace FraxoInfo
 {
@@ -45,19 +48,12 @@ std::string Join(const std::vector<std::string>& items, std::string_view separat
     return text;
 }
 
-/// On one line.
-std::string Shown(const Answer& answer)
+/// Asks what providing the file asks, without making it.
+Value LookFor(const UserFile& file)
 {
-    if (!answer.failure.empty())
-        return "failed: " + Printable(answer.failure);
-    const auto* const list = std::get_if<std::vector<std::string>>(&answer.value);
-    const std::string text = list ? Join(*list, " ") : ToText(answer.value);
-    if (text.empty())
-        return "(empty)";
-    std::string shown = Printable(text);
-    if (answer.exists)
-        shown += *answer.exists ? "  [exists]" : "  [missing]";
-    return shown;
+    if (!Exists(PathOf(file.path)))
+        Exists(PathOf(file.installedDefault));
+    return file.path.ToStdString();
 }
 } // namespace
 
@@ -79,18 +75,28 @@ std::string Printable(std::string_view text)
     return printable;
 }
 
+std::string Shown(const Answer& answer)
+{
+    if (!answer.failure.empty())
+        return "failed: " + Printable(answer.failure);
+    const auto* const list = std::get_if<std::vector<std::string>>(&answer.value);
+    const std::string text = list ? Join(*list, " ") : ToText(answer.value);
+    if (text.empty())
+        return "(empty)";
+    std::string shown = Printable(text);
+    if (answer.exists)
+        shown += *answer.exists ? "  [exists]" : "  [missing]";
+    return shown;
+}
+
 Answer AskFor(const Operation& operation, bool provide)
 {
     Answer answer{&operation, {}, {}, {}};
     try
     {
-        answer.value =
-            operation.userFile && !provide ? Value{operation.userFile().path.ToStdString()} : operation.ask();
-        if (IsPlace(operation.kind))
-        {
-            const Quenlor::WString path{std::get<std::string>(answer.value).c_str(), false};
-            answer.exists = Quenlor::QnFileName::DoesPathExist(path.c_str());
-        }
+        answer.value = operation.userFile && !provide ? LookFor(operation.userFile()) : operation.ask();
+        if (IsPlace(operation.kind)) // asked past the library: it is no part of the answer
+            answer.exists = QnFileName::DoesPathExist(PathOf(std::get<std::string>(answer.value)).GetName());
     }
     catch (const std::exception& failure)
     {

@@ -26,6 +26,9 @@ std::vector<Answer> AskForEverything(bool provide);
 /// The bare value, as scripts want it: `true` or `false` for a flag, an item a line for a list.
 std::string ToText(const Value& value);
 
+/// The value or the failure on one line, and whether a file or folder is there.
+std::string Shown(const Answer& answer);
+
 /// One line of a terminal: a value must not move the cursor or hide behind control characters.
 std::string Printable(std::string_view text);
 

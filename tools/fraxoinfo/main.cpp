@@ -12,6 +12,7 @@
 #include "Report.h"
 #include "Suggestions.h"
 #include "VersionConfig.h"
+#include "Why.h"
 
 namespace
 {
@@ -52,6 +53,16 @@ int PrintOne(const std::string& name, bool asJson, bool provide)
     return answer.failure.empty() ? Success : Failure;
 }
 
+int PrintExplanation(const std::string& name)
+{
+    const FraxoInfo::Operation* const operation = FraxoInfo::Find(name);
+    if (!operation)
+        return ReportUnknown(name);
+    const FraxoInfo::Explanation explanation = FraxoInfo::Explain(*operation);
+    Print(FraxoInfo::FormatExplanation(explanation));
+    return explanation.answer.failure.empty() ? Success : Failure;
+}
+
 int PrintFeatures()
 {
     const auto features = FraxoInfo::ReadFeatures();
@@ -81,6 +92,8 @@ int Run(int argc, char** argv)
         "  fraxoinfo GetFRAXOProRoot    one answer, bare, for scripts\n"
         "  fraxoinfo --json             every answer as JSON\n"
         "  fraxoinfo --provision        the same answers, with the user's missing files copied first\n"
+        "  fraxoinfo why GetHelpDirectory\n"
+        "                               what the library asked the machine for that answer, and what decided\n"
         "  fraxoinfo features           the feature switches and what decided each\n"
         "  fraxoinfo applications       other products on this machine, and the registry places that decided\n"
         "  fraxoinfo doctor             what is wrong with the installation, and what to do\n\n"
@@ -96,6 +109,9 @@ int Run(int argc, char** argv)
     app.add_option("operation", name, "The operation to ask for, with or without its class");
     app.add_flag("--json", asJson, "Print JSON");
     app.add_flag("--provision", provide, "Make the user's missing files from the installed defaults");
+    std::string questioned;
+    auto* const why = app.add_subcommand("why", "Show what led to an answer");
+    why->add_option("operation", questioned, "The operation, with or without its class")->required();
     const auto* const features = app.add_subcommand("features", "List the feature switches and what decided each");
     const auto* const applications =
         app.add_subcommand("applications", "Show which other products were found, and why");
@@ -111,6 +127,8 @@ int Run(int argc, char** argv)
         return app.exit(error) == Success ? Success : WrongUse;
     }
 
+    if (*why)
+        return PrintExplanation(questioned);
     if (*features)
         return PrintFeatures();
     if (*applications)

@@ -14,10 +14,11 @@ struct Inquiry
         RegistryValue,
         RegistryKey, ///< Whether it is there.
         Path,        ///< Whether something is there.
+        System,      ///< What the operating system knows: a folder of the shell, the executable, a language.
     };
 
     Source source;
-    std::string place;               ///< A variable, a registry key or value with its root, or a path. UTF-8.
+    std::string place;               ///< Such as a variable's name or a registry value with its key and root. UTF-8.
     std::optional<std::string> held; ///< What was there, NULs of a text included; nothing when it was missing.
 };
 

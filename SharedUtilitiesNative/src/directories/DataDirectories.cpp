@@ -46,11 +46,24 @@ Utf8String InConfiguration(FolderTail tail)
     return DirectoryConfig::GetConfigurationDirectory() + tail.text;
 }
 
+const char* NameOf(int shellFolder)
+{
+    return shellFolder == CSIDL_COMMON_APPDATA ? "the shell's folder of program data"
+                                               : "the shell's folder of this user's data";
+}
+
 /// The product's folder below a shell folder.
 Utf8String ProductFolderBelow(int shellFolder, const char* failure)
 {
     char folder[MAX_PATH] = {};
-    if (FAILED(::SHGetFolderPathA(nullptr, shellFolder, nullptr, SHGFP_TYPE_CURRENT, folder)))
+    const bool isKnown = !FAILED(::SHGetFolderPathA(nullptr, shellFolder, nullptr, SHGFP_TYPE_CURRENT, folder));
+    Trace(
+        [&]
+        {
+            return Inquiry{Inquiry::Source::System, NameOf(shellFolder),
+                           isKnown ? std::optional{std::string{folder}} : std::nullopt};
+        });
+    if (!isKnown)
         throw std::runtime_error(failure);
     // The shell's narrow text is taken for UTF-8: what is on users' disks was made that way.
     return PathOf(folder).AppendToPath(LR"(Quenlor\Engineering\FRAXO.Pro VANTIRE Edition\)").GetNameUtf8();

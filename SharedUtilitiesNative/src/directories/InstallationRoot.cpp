@@ -17,6 +17,7 @@ QnFileName CurrentExecutable()
 {
     QnFileName executable;
     QnGetModuleFileName(executable, nullptr);
+    Trace([&] { return Inquiry{Inquiry::Source::System, "the executable", executable.GetNameUtf8().ToStdString()}; });
     return executable;
 }
 

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#include <string>
 #include <string_view>
 
 #include <Platform/Win32.h>
+
+#include "core/Trace.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -90,7 +93,9 @@ Utf8String LanguageHelper::GetTablesFontName()
 
 unsigned char LanguageHelper::GetInterfaceCharset()
 {
-    const unsigned primary = ::GetUserDefaultUILanguage() & 0x3FFU;
+    const unsigned language = ::GetUserDefaultUILanguage();
+    Trace([&] { return Inquiry{Inquiry::Source::System, "this user's display language", std::to_string(language)}; });
+    const unsigned primary = language & 0x3FFU;
     const auto found = std::ranges::find(Charsets, primary, &Charset::primaryLanguage);
     return found == std::end(Charsets) ? 0 : found->charset;
 }

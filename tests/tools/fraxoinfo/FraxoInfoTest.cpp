@@ -12,6 +12,7 @@
 #include "Catalogue.h"
 #include "Report.h"
 #include "Suggestions.h"
+#include "Why.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
 
@@ -20,6 +21,7 @@
 namespace
 {
 using namespace FraxoInfo;
+using namespace std::string_literals;
 using ::testing::ContainsRegex;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -62,6 +64,38 @@ TEST_F(Applications, TellWhatWasAskedAndWhichPlaceDecided)
                                 "\n  * HKEY_LOCAL_MACHINE" +
                                 place + "LatestConceptExePath = " + program + "\n    " + program + "  [exists]\n"));
     EXPECT_THAT(text, HasSubstr("PlanWin: not found\n"));
+}
+
+TEST(Explanation, ListsWhatWasAskedAndMarksWhatDecided)
+{
+    using Source = Inquiry::Source;
+    const Operation row{"C", "GetPath", Kind::Text, [] { return Value{std::string{R"(\opt\Model\de\)"}}; }};
+    Explanation explanation{AskFor(row, false),
+                            {{Source::Environment, "VARIABLE", {}},
+                             {Source::RegistryValue, "languages", "en\0de\0\0"s},
+                             {Source::RegistryValue, "language", "de\0"s},
+                             {Source::RegistryValue, "other", "od\0"s},
+                             {Source::Path, R"(\opt)", ""}}};
+    EXPECT_EQ(FormatExplanation(explanation), "GetPath: \\opt\\Model\\de\\\n"
+                                              "Asked, in this order (* decided):\n"
+                                              "    VARIABLE  [not set]\n"
+                                              "    languages = en, de\n"
+                                              "  * language = de\n"
+                                              "    other = od\n"
+                                              "    \\opt  [exists]\n");
+}
+
+TEST_F(Applications, AreExplainedByWhatTheLibraryReallyAsked)
+{
+    const Bases bases = Install();
+    const Explanation explanation = Explain(*Find("GetPluginsIniPath"));
+    std::vector<std::string> places;
+    for (const Inquiry& inquiry : explanation.inquiries)
+        places.push_back(inquiry.place);
+    EXPECT_THAT(places, ElementsAre("FRAXO_PRO_ROOT_DIRECTORY", "the shell's folder of this user's data",
+                                    "FRAXO_PRO_ROOT_DIRECTORY", R"(HKEY_CLASSES_ROOT\FraxoPro\22.00.00\RootDir)",
+                                    bases.userData + R"(Default\Plugins\Plugins.ini)",
+                                    bases.root + R"(FRAXO\Plugins\Plugins.ini)"));
 }
 
 TEST(NearestNames, AreThoseThatWereProbablyMeant)
