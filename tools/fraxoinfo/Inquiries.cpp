@@ -1,10 +1,10 @@
 #include "Inquiries.h"
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 #include "Report.h"
+#include "Words.h"
 
 using Quenlor::Fraxo::SharedUtilities::Native::tracer;
 
@@ -28,19 +28,6 @@ std::string Shown(const std::string& held)
     for (const char character : held.substr(0, end))
         text += character == '\0' ? std::string{", "} : std::string{character};
     return text.empty() ? "(empty)" : Printable(text);
-}
-
-/// Whether `part` stands in `text` with nothing of a word before or behind it: "de" is no part of "Model".
-bool IsPartOf(std::string_view text, std::string_view part)
-{
-    const auto isWord = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; };
-    for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1))
-    {
-        const std::size_t end = at + part.length();
-        if ((at == 0 || !isWord(text[at - 1])) && (end == text.length() || !isWord(text[end])))
-            return true;
-    }
-    return false;
 }
 
 std::string Describe(const Inquiry& inquiry)
@@ -73,7 +60,7 @@ const Inquiry* Decisive(const std::vector<Inquiry>& inquiries, std::string_view 
         return found == inquiries.rend() ? nullptr : &*found;
     };
     const auto isInAnswer = [&](const Inquiry& inquiry)
-    { return !TextOf(inquiry).empty() && IsPartOf(answer, TextOf(inquiry)); };
+    { return FindWord(answer, TextOf(inquiry)) != std::string_view::npos; };
     const auto holdsAnything = [](const Inquiry& inquiry)
     { return !TextOf(inquiry).empty() || (inquiry.source == Inquiry::Source::RegistryKey && inquiry.held); };
     const Inquiry* const decisive = last(isInAnswer);

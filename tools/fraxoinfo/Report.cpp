@@ -4,8 +4,7 @@
 #include <cstdio>
 #include <exception>
 
-#include <nlohmann/json.hpp>
-
+#include "Json.h"
 #include "core/Paths.h"
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
@@ -147,7 +146,7 @@ std::string FormatTable(const std::vector<Answer>& answers)
     return table;
 }
 
-std::string FormatJson(const std::vector<Answer>& answers)
+nlohmann::ordered_json ToJson(const std::vector<Answer>& answers)
 {
     nlohmann::ordered_json json;
     for (const Answer& answer : answers)
@@ -162,7 +161,17 @@ std::string FormatJson(const std::vector<Answer>& answers)
         if (answer.exists)
             entry["exists"] = *answer.exists;
     }
+    return json;
+}
+
+std::string Dump(const nlohmann::ordered_json& json)
+{
     // Registry values may hold anything: bytes that are no UTF-8 are shown as U+FFFD instead of failing the report.
     return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+std::string FormatJson(const std::vector<Answer>& answers)
+{
+    return Dump(ToJson(answers));
 }
 } // namespace FraxoInfo

@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <fstream>
+#include <stdexcept>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -11,6 +13,7 @@
 #include "Features.h"
 #include "Report.h"
 #include "Suggestions.h"
+#include "SupportReport.h"
 #include "VersionConfig.h"
 #include "Why.h"
 
@@ -83,6 +86,38 @@ int PrintFindings()
     return findings.empty() ? Success : Failure;
 }
 
+int WriteReport(const std::string& file, bool withPersonalData)
+{
+    const std::string report = FraxoInfo::MakeSupportReport(withPersonalData);
+    std::ofstream stream{file, std::ios::binary};
+    stream << report << std::flush;
+    if (!stream)
+    {
+        std::fprintf(stderr, "fraxoinfo: cannot write %s: name a file in a folder that you may write to\n",
+                     file.c_str());
+        return Failure;
+    }
+    std::printf("Wrote %s.%s\n", file.c_str(),
+                withPersonalData ? ""
+                                 : " The user's name, account and e-mail address and the project's name are left out.");
+    return Success;
+}
+
+int PrintDifferences(const std::string& first, const std::string& second)
+{
+    try
+    {
+        const std::string differences = FraxoInfo::CompareReports(first, second);
+        Print(differences.empty() ? "No differences.\n" : differences);
+        return differences.empty() ? Success : Failure;
+    }
+    catch (const std::runtime_error& error) // not to be taken for a difference
+    {
+        std::fprintf(stderr, "fraxoinfo: %s\n", error.what());
+        return WrongUse;
+    }
+}
+
 int Run(int argc, char** argv)
 {
     CLI::App app{"Prints what the shared utilities answer on this machine: every location and setting, or one."};
@@ -96,11 +131,13 @@ int Run(int argc, char** argv)
         "                               what the library asked the machine for that answer, and what decided\n"
         "  fraxoinfo features           the feature switches and what decided each\n"
         "  fraxoinfo applications       other products on this machine, and the registry places that decided\n"
+        "  fraxoinfo report case.json   everything a support case needs, in one file without personal data\n"
+        "  fraxoinfo diff A.json B.json what differs between two such files, or two of --json\n"
         "  fraxoinfo doctor             what is wrong with the installation, and what to do\n\n"
         "No file of the product is created or changed without --provision. As in any application, a number that\n"
         "an earlier release stored as text becomes a number when it is read, and the shell's folder for this\n"
         "user is made if it is missing.\n"
-        "Exit status: 0 success, 1 an operation failed or something needs attention, 2 wrong use.");
+        "Exit status: 0 success, 1 an operation failed, something needs attention or differs, 2 wrong use.");
     const auto release = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber();
     app.set_version_flag("--version", std::string{"fraxoinfo, release "} + release.c_str());
     std::string name;
@@ -115,6 +152,15 @@ int Run(int argc, char** argv)
     const auto* const features = app.add_subcommand("features", "List the feature switches and what decided each");
     const auto* const applications =
         app.add_subcommand("applications", "Show which other products were found, and why");
+    std::string reportFile;
+    bool withPersonalData = false;
+    auto* const report = app.add_subcommand("report", "Write a file to attach to a support case");
+    report->add_option("file", reportFile, "The file to write")->required();
+    report->add_flag("--personal", withPersonalData, "Keep the user's and the project's names and the e-mail address");
+    std::string first, second;
+    auto* const diff = app.add_subcommand("diff", "Show what differs between two reports");
+    diff->add_option("first", first, "A file of report or --json")->required();
+    diff->add_option("second", second, "Another")->required();
     const auto* const doctor = app.add_subcommand("doctor", "Examine the installation");
     app.require_subcommand(0, 1);
 
@@ -129,6 +175,10 @@ int Run(int argc, char** argv)
 
     if (*why)
         return PrintExplanation(questioned);
+    if (*report)
+        return WriteReport(reportFile, withPersonalData);
+    if (*diff)
+        return PrintDifferences(first, second);
     if (*features)
         return PrintFeatures();
     if (*applications)
