@@ -4,6 +4,7 @@
 
 #include <Quenlor/QnFileName.h>
 
+#include "Colour.h"
 #include "Report.h"
 #include "UserSettingsConfig.h"
 #include "core/Paths.h"
@@ -49,8 +50,8 @@ Application Ask(const Locator& locator)
 std::string Shown(const Application& application)
 {
     if (application.answer.empty())
-        return "not found";
-    return Printable(application.answer) + (application.isThere ? "" : "  [missing]");
+        return Coloured("not found", Colour::Warning);
+    return Printable(application.answer) + (application.isThere ? "" : "  " + Coloured("[missing]", Colour::Warning));
 }
 } // namespace
 
@@ -66,7 +67,7 @@ std::string FormatApplications(const std::vector<Application>& applications)
     std::string text;
     for (const Application& application : applications)
     {
-        text.append(application.name).append(": ").append(Shown(application)).append("\n");
+        text.append(Coloured(application.name, Colour::Heading)).append(": ").append(Shown(application)).append("\n");
         const bool wasFound = !application.answer.empty();
         text += FormatInquiries(application.inquiries,
                                 wasFound ? Decisive(application.inquiries, application.answer) : nullptr);

@@ -8,6 +8,7 @@
 #include <Quenlor/QnFileName.h>
 
 #include "Catalogue.h"
+#include "Colour.h"
 #include "DirectoryConfig.h"
 #include "Features.h"
 #include "LanguageHelper.h"
@@ -168,10 +169,15 @@ std::vector<Finding> Examine()
 std::string FormatFindings(const std::vector<Finding>& findings)
 {
     if (findings.empty())
-        return "Healthy: nothing needs attention.\n";
+        return Coloured("Healthy:", Colour::Good) + " nothing needs attention.\n";
     std::string text;
     for (const Finding& finding : findings)
-        text.append("! ").append(finding.problem).append("\n  ").append(finding.remedy).append("\n");
+        text.append(Coloured("!", Colour::Bad))
+            .append(" ")
+            .append(finding.problem)
+            .append("\n  ")
+            .append(finding.remedy)
+            .append("\n");
     const std::string count =
         findings.size() == 1 ? "1 problem needs" : std::to_string(findings.size()) + " problems need";
     return text + "\n" + count + " attention.\n";

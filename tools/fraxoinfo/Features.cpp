@@ -5,6 +5,7 @@
 
 #include <Quenlor/QnFileName.h>
 
+#include "Colour.h"
 #include "CoreUtilities.h"
 #include "configfiles/UserFile.h"
 #include "core/Paths.h"
@@ -77,9 +78,15 @@ std::string FormatFeatures(const std::vector<Feature>& features)
     {
         table.append(feature.flag).append(width - feature.flag.length() + 2, ' ');
         if (!feature.failure.empty())
-            table.append("unusable value in the ").append(feature.source).append(": ").append(feature.failure);
+            table.append(Coloured("unusable", Colour::Bad))
+                .append(" value in the ")
+                .append(feature.source)
+                .append(": ")
+                .append(feature.failure);
         else
-            table.append(feature.value == 0 ? "off" : "on ").append("  ").append(feature.source);
+            table.append(feature.value == 0 ? "off" : Coloured("on ", Colour::Good))
+                .append("  ")
+                .append(feature.source);
         table.append("\n");
     }
     return table;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Colour.h"
 #include "Report.h"
 #include "Words.h"
 
@@ -71,7 +72,9 @@ std::string FormatInquiries(const std::vector<Inquiry>& inquiries, const Inquiry
 {
     std::string text;
     for (const Inquiry& inquiry : inquiries)
-        text.append(&inquiry == decisive ? "  * " : "    ").append(Describe(inquiry)).append("\n");
+        text.append(&inquiry == decisive ? "  " + Coloured("*", Colour::Good) + " " : "    ")
+            .append(Describe(inquiry))
+            .append("\n");
     return text;
 }
 } // namespace FraxoInfo

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "Colour.h"
 #include "Json.h"
 #include "core/Paths.h"
 
@@ -77,14 +78,14 @@ std::string Printable(std::string_view text)
 std::string Shown(const Answer& answer)
 {
     if (!answer.failure.empty())
-        return "failed: " + Printable(answer.failure);
+        return Coloured("failed: " + Printable(answer.failure), Colour::Bad);
     const auto* const list = std::get_if<std::vector<std::string>>(&answer.value);
     const std::string text = list ? Join(*list, " ") : ToText(answer.value);
     if (text.empty())
         return "(empty)";
     std::string shown = Printable(text);
     if (answer.exists)
-        shown += *answer.exists ? "  [exists]" : "  [missing]";
+        shown += "  " + (*answer.exists ? "[exists]" : Coloured("[missing]", Colour::Warning));
     return shown;
 }
 
@@ -137,7 +138,9 @@ std::string FormatTable(const std::vector<Answer>& answers)
         const Operation& operation = *answer.operation;
         if (operation.className != className)
         {
-            table.append(className.empty() ? "" : "\n").append(operation.className).append("\n");
+            table.append(className.empty() ? "" : "\n")
+                .append(Coloured(operation.className, Colour::Heading))
+                .append("\n");
             className = operation.className;
         }
         table.append("  ").append(operation.name).append(width - operation.name.length() + 2, ' ');

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Colour.h"
+
 namespace FraxoInfo
 {
 Explanation Explain(const Operation& operation)
@@ -14,7 +16,7 @@ Explanation Explain(const Operation& operation)
 std::string FormatExplanation(const Explanation& explanation)
 {
     const Answer& answer = explanation.answer;
-    std::string text = std::string{answer.operation->name} + ": " + Shown(answer) + "\n";
+    std::string text = Coloured(answer.operation->name, Colour::Heading) + ": " + Shown(answer) + "\n";
     if (explanation.inquiries.empty())
         return text + "Fixed: nothing was asked.\n";
     const Inquiry* const decisive = Decisive(explanation.inquiries, ToText(answer.value));

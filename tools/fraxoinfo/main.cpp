@@ -9,6 +9,7 @@
 
 #include "Applications.h"
 #include "Catalogue.h"
+#include "Colour.h"
 #include "Doctor.h"
 #include "Features.h"
 #include "Report.h"
@@ -64,6 +65,13 @@ int PrintExplanation(const std::string& name)
     const FraxoInfo::Explanation explanation = FraxoInfo::Explain(*operation);
     Print(FraxoInfo::FormatExplanation(explanation));
     return explanation.answer.failure.empty() ? Success : Failure;
+}
+
+int PrintNames()
+{
+    for (const FraxoInfo::Operation& operation : FraxoInfo::Catalogue())
+        std::printf("%s\n", std::string{operation.name}.c_str());
+    return Success;
 }
 
 int PrintFeatures()
@@ -161,6 +169,7 @@ int Run(int argc, char** argv)
     auto* const diff = app.add_subcommand("diff", "Show what differs between two reports");
     diff->add_option("first", first, "A file of report or --json")->required();
     diff->add_option("second", second, "Another")->required();
+    const auto* const names = app.add_subcommand("names", "List the names of all operations");
     const auto* const doctor = app.add_subcommand("doctor", "Examine the installation");
     app.require_subcommand(0, 1);
 
@@ -173,8 +182,11 @@ int Run(int argc, char** argv)
         return app.exit(error) == Success ? Success : WrongUse;
     }
 
+    FraxoInfo::UseColours(FraxoInfo::CanShowColours());
     if (*why)
         return PrintExplanation(questioned);
+    if (*names)
+        return PrintNames();
     if (*report)
         return WriteReport(reportFile, withPersonalData);
     if (*diff)

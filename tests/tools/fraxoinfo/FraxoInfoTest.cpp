@@ -10,6 +10,7 @@
 
 #include "Applications.h"
 #include "Catalogue.h"
+#include "Colour.h"
 #include "Report.h"
 #include "Suggestions.h"
 #include "Why.h"
@@ -140,6 +141,14 @@ TEST(FormatTable, GroupsByClassAndAligns)
                                       "  GetHereDirectory  .  [exists]\n"
                                       "  GetNowherePath    no\\file  [missing]\n"
                                       "  GetFailure        failed: Could not\n");
+}
+
+TEST(FormatTable, ColoursWhatIsMissingWhenAsked)
+{
+    UseColours(true);
+    const std::string table = FormatTable(Answers());
+    UseColours(false);
+    EXPECT_THAT(table, HasSubstr("no\\file  \x1b[33m[missing]\x1b[0m\n"));
 }
 
 TEST(FormatJson, KeepsTypesAndSaysWhatFailed)
