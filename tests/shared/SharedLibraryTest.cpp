@@ -15,6 +15,7 @@
 #include "CoreUtilities.h"
 #include "DirectoryConfig.h"
 #include "IniReader.h"
+#include "PerMonitorDPIHelper.h"
 #include "RegistryHelper.h"
 #include "VersionConfig.h"
 
@@ -57,5 +58,6 @@ TEST(SharedLibrary, ExportsEachClass)
               R"(Software\Quenlor Systems\)" + VersionConfig::GetVersionStamp().ToStdString());
     EXPECT_TRUE(Quenlor::QnFileName::DoesPathExist(DirectoryConfig::GetCurrentExeDirectory().GetName()));
     EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
+    EXPECT_GE(PerMonitorDPIHelper::GetSystemDPI(), 96.0);
 }
 } // namespace

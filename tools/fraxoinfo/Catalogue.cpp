@@ -6,6 +6,7 @@
 #include "DirectoryConfig.h"
 #include "IniConfig.h"
 #include "LanguageHelper.h"
+#include "PerMonitorDPIHelper.h"
 #include "RegistryHelper.h"
 #include "UserSettingsConfig.h"
 #include "VersionConfig.h"
@@ -40,6 +41,11 @@ Value ToValue(int number)
 Value ToValue(const PlexoraExplorerVersion& version)
 {
     return std::to_string(version.Major) + '.' + std::to_string(version.Minor) + '.' + std::to_string(version.Build);
+}
+
+Value ToValue(double number)
+{
+    return number;
 }
 
 Value ToValue(const std::set<Quenlor::Utf8String>& texts)
@@ -236,6 +242,8 @@ constexpr Operation Operations[] = {
     {"UserSettingsConfig", "GetTechnipExePath", Kind::File, Ask<UserSettingsConfig::GetTechnipExePath>},
     {"UserSettingsConfig", "GetMsInfo32ExePath", Kind::File, Ask<UserSettingsConfig::GetMsInfo32ExePath>},
     {"UserSettingsConfig", "IsExeRunning(\"fraxoinfo\")", Kind::Flag, [] { return ToValue(UserSettingsConfig::IsExeRunning("fraxoinfo")); }},
+
+    {"PerMonitorDPIHelper", "GetSystemDPI", Kind::Number, Ask<PerMonitorDPIHelper::GetSystemDPI>},
 };
 // clang-format on
 } // namespace

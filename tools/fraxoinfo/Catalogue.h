@@ -11,7 +11,7 @@
 
 namespace FraxoInfo
 {
-using Value = std::variant<std::string, bool, std::int64_t, std::vector<std::string>>;
+using Value = std::variant<std::string, bool, std::int64_t, double, std::vector<std::string>>;
 
 /// What an operation's value is, which decides how it is shown.
 enum class Kind

@@ -120,6 +120,7 @@ std::string ToText(const Value& value)
         std::string operator()(const std::string& text) const { return text; }
         std::string operator()(bool flag) const { return flag ? "true" : "false"; }
         std::string operator()(std::int64_t number) const { return std::to_string(number); }
+        std::string operator()(double number) const { return nlohmann::json(number).dump(); } // the fewest digits
         std::string operator()(const std::vector<std::string>& list) const { return Join(list, "\n"); }
     } toText;
     return std::visit(toText, value);

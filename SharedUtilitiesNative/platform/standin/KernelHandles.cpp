@@ -8,7 +8,7 @@ namespace
 /// it: callers may leave theirs open.
 KernelObject* ThisProcess()
 {
-    static KernelObject* const process = new KernelObject;
+    static auto* const process = new KernelObject;
     return process;
 }
 } // namespace

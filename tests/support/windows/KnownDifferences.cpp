@@ -17,6 +17,7 @@ constexpr Difference OfWine[] = {
     {"Open", "no result", "Wine 8 writes through the null pointer"},
     {"Create", "no result", "Wine 8 writes through the null pointer"},
     {"Create", "too long a name", "Wine 8 creates the key"},
+    {"IsWhatWasSetByWhomever", "", "Wine 8 takes the process behind any real handle for unaware"},
     {"ShowsTheUsersCopyAndBehindItTheMachines", "", "Wine 8 shows the classes of the machine alone"},
     {"ListsTheUsersItemsAndThenTheMachinesThatDoNotRepeatOne", "", "Wine 8 shows the classes of the machine alone"},
     {"ChangesTheUsersCopyIfThereIsOne", "", "Wine 8 shows the classes of the machine alone"},

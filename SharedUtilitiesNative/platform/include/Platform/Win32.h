@@ -10,6 +10,7 @@
 #endif
 #include <windows.h>
 
+#include <shellscalingapi.h>
 #include <shlobj.h>
 #include <stdlib.h>
 #include <tlhelp32.h>
@@ -129,6 +130,7 @@ inline constexpr DWORD SHGFP_TYPE_CURRENT = 0;
 
 inline constexpr HRESULT S_OK = 0;
 inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
+inline constexpr HRESULT E_ACCESSDENIED = static_cast<HRESULT>(0x80070005);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
 
 constexpr HRESULT HRESULT_FROM_WIN32(LSTATUS code) noexcept
@@ -204,6 +206,27 @@ struct PROCESSENTRY32W // the members that are filled
 HANDLE CreateToolhelp32Snapshot(DWORD what, DWORD process);
 BOOL Process32FirstW(HANDLE snapshot, PROCESSENTRY32W* entry);
 BOOL Process32NextW(HANDLE snapshot, PROCESSENTRY32W* entry);
+
+// ---- display -------------------------------------------------------------------------------------------------------
+
+struct HDC__;
+using HDC = HDC__*;
+struct HMONITOR__;
+using HMONITOR = HMONITOR__*;
+
+inline constexpr DWORD MONITOR_DEFAULTTONEAREST = 2;
+inline constexpr int LOGPIXELSX = 88;
+
+// There is a screen of 96 dots per inch, but neither a window nor a monitor. What GetProcessDpiAwareness answers is
+// what was set, which works once; a null process is the calling one.
+
+HRESULT SetProcessDpiAwareness(PROCESS_DPI_AWARENESS awareness);
+HRESULT GetProcessDpiAwareness(HANDLE process, PROCESS_DPI_AWARENESS* awareness);
+HMONITOR MonitorFromWindow(HWND window, DWORD flags);                                      ///< Always null.
+HRESULT GetDpiForMonitor(HMONITOR monitor, MONITOR_DPI_TYPE type, UINT* dpiX, UINT* dpiY); ///< Always a failure.
+HDC GetDC(HWND window);                                                                    ///< Of the screen alone.
+int ReleaseDC(HWND window, HDC context);
+int GetDeviceCaps(HDC context, int index); ///< Knows LOGPIXELSX alone.
 
 // ---- C runtime -----------------------------------------------------------------------------------------------------
 

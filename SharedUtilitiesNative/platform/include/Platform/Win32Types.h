@@ -5,12 +5,29 @@
 #endif
 
 // The Win32 types and constants that stand in public signatures. The types are spelled as the system's own headers
-// spell them, so this header may stand before or after <windows.h>, which it does not need.
+// spell them, so this header may stand before or after <windows.h> and <shellscalingapi.h>, which it does not need.
 
 struct HKEY__;
 using HKEY = HKEY__*;
 struct HWND__;
 using HWND = HWND__*;
+
+#ifndef DPI_ENUMS_DECLARED // As in <shellscalingapi.h>, which declares the same two.
+#define DPI_ENUMS_DECLARED
+enum PROCESS_DPI_AWARENESS
+{
+    PROCESS_DPI_UNAWARE = 0,
+    PROCESS_SYSTEM_DPI_AWARE = 1,
+    PROCESS_PER_MONITOR_DPI_AWARE = 2
+};
+enum MONITOR_DPI_TYPE
+{
+    MDT_EFFECTIVE_DPI = 0,
+    MDT_ANGULAR_DPI = 1,
+    MDT_RAW_DPI = 2,
+    MDT_DEFAULT = MDT_EFFECTIVE_DPI
+};
+#endif
 
 #ifndef _WIN32 // On Windows <windows.h> has these, as macros.
 

@@ -1,0 +1,44 @@
+#include <Platform/Win32.h> // before the public header, which has to bear that order as well
+
+#include "PerMonitorDPIHelper.h"
+
+#include <gtest/gtest.h>
+
+#include "CoreUtilities.h"
+#include "support/KnownDifferences.h"
+
+namespace
+{
+using Quenlor::Fraxo::SharedUtilities::Native::PerMonitorDPIHelper;
+
+TEST(SetPerMonitorDPIAware, SucceedsOnceInAProcess)
+{
+    PROCESS_DPI_AWARENESS awareness = PROCESS_SYSTEM_DPI_AWARE;
+    EXPECT_TRUE(PerMonitorDPIHelper::GetPerMonitorDPIAware(&awareness));
+    EXPECT_EQ(awareness, PROCESS_DPI_UNAWARE);
+    EXPECT_TRUE(PerMonitorDPIHelper::SetPerMonitorDPIAware());
+    EXPECT_FALSE(PerMonitorDPIHelper::SetPerMonitorDPIAware());
+}
+
+TEST(GetPerMonitorDPIAware, IsWhatWasSetByWhomever)
+{
+    if (const char* const answer = KnownDifference())
+        GTEST_SKIP() << answer;
+    EXPECT_EQ(::SetProcessDpiAwareness(static_cast<PROCESS_DPI_AWARENESS>(3)), E_INVALIDARG);
+    EXPECT_EQ(::SetProcessDpiAwareness(PROCESS_SYSTEM_DPI_AWARE), S_OK);
+    EXPECT_FALSE(PerMonitorDPIHelper::SetPerMonitorDPIAware());
+    EXPECT_TRUE(::CloseHandle(::OpenProcess(PROCESS_ALL_ACCESS, FALSE, ::GetCurrentProcessId()))); // no other one
+    PROCESS_DPI_AWARENESS awareness = PROCESS_DPI_UNAWARE;
+    EXPECT_TRUE(PerMonitorDPIHelper::GetPerMonitorDPIAware(&awareness));
+    EXPECT_EQ(awareness, PROCESS_SYSTEM_DPI_AWARE);
+}
+
+TEST(GetDpiForWindowAndGetSystemDPI, AreThoseOfTheScreenAlsoForWhatIsNoWindow)
+{
+    const std::string set = GetEnvironmentVariableValue("FRAXO_SCREEN_DPI"); // by scripts/wine
+    const double dpi = set.empty() ? 96 : std::stod(set);
+    PerMonitorDPIHelper::SetPerMonitorDPIAware();
+    EXPECT_EQ(PerMonitorDPIHelper::GetDpiForWindow(reinterpret_cast<HWND>(std::intptr_t{0x1234})), dpi);
+    EXPECT_EQ(PerMonitorDPIHelper::GetSystemDPI(), dpi);
+}
+} // namespace
