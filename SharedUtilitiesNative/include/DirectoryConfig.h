@@ -90,5 +90,24 @@ public:
     static Utf8String GetCrashReportsDirectory();             ///< `CrashReports\`
 
     static Utf8String GetGBSteelDesignDirectory(); ///< `GBSteelDesign\` in GetProgramDataDirectory().
+
+    // For components that open files through the narrow functions, in the process's ANSI code page. None of them
+    // throws.
+
+    /// Whether `name` has a character that the ANSI code page has not; one that it only has a look-alike for counts.
+    /// @return 0 when there is none
+    static int HasUnicodeChars(const Utf8String& name);
+
+    /// Whether `name` takes as many bytes in the ANSI code page as in UTF-8: ASCII does, also the empty name; a
+    /// character that takes more in UTF-8 does not, whether the code page has it or not.
+    /// @return 1 or 0
+    static int IsFileNameSupportedInCurrentCulture(const Utf8String& name);
+
+    /// The path of an existing file or folder in a form that such components can open. The long form when all of it is
+    /// supported in the sense above. The short (8.3) form of the whole when the file name is not; when only the folder
+    /// is not, the short form of the folder with the long file name. A volume without short names has long ones
+    /// instead.
+    /// @return empty when the path does not exist, or when its long form has more than 259 characters
+    static Utf8String GetNormalizedFileName(const QnFileName& path);
 };
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

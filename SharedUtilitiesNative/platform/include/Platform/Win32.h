@@ -34,10 +34,13 @@ using LSTATUS = LONG;
 using REGSAM = DWORD;
 using LPCSTR = const char*;
 using LPSTR = char*;
+using LPCWSTR = const wchar_t*;
+using LPWSTR = wchar_t*;
 using LPVOID = void*;
 using LPCVOID = const void*;
 using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
+using LPBOOL = BOOL*;
 using PHKEY = HKEY*;
 using HRESULT = std::int32_t;
 using LANGID = WORD;
@@ -158,6 +161,32 @@ HRESULT SHGetFolderPathA(HWND owner, int folder, HANDLE token, DWORD flags, LPST
 // decoded, so a UTF-16 file has no values, and a null section or name, which lists what there is, gives nothing.
 
 DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR name, LPCSTR whenMissing, LPSTR buffer, DWORD size, LPCSTR path);
+
+// ---- code pages ----------------------------------------------------------------------------------------------------
+
+inline constexpr UINT CP_ACP = 0; ///< 1252, or the number in $QUENLOR_ANSI_CODE_PAGE if the system knows that one.
+inline constexpr UINT CP_UTF8 = 65001;
+inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
+
+// A negative count means up to the terminating NUL and that included. `size` 0 asks for the size that is needed; a
+// buffer that is too small gives 0 and stays as it is. A character that the code page has not becomes `substitute`, by
+// default `?`, once for each UTF-16 unit that it has on Windows; in UTF-8, which has neither flags nor a substitute,
+// malformed text becomes U+FFFD. Differences from Windows: always as with WC_NO_BEST_FIT_CHARS, so a character becomes
+// `?` where Windows has a look-alike, which may be two bytes long in an East Asian code page; those code pages have no
+// private characters; those with combining characters (1255, 1258) may take a composed character apart.
+
+int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int count, LPSTR buffer, int size, LPCSTR substitute,
+                        LPBOOL isSubstituteUsed);
+
+// ---- long and short paths ------------------------------------------------------------------------------------------
+
+// The path, whose spelling may be any of the library's, with each component in the letter case that it has on disk; its
+// separators stay. No file has a short name besides, as on a volume without them. Both return the length without the
+// NUL, 0 when there is no such file, and when the buffer is too small the size needed with the NUL, leaving it as it
+// is.
+
+DWORD GetLongPathNameW(LPCWSTR path, LPWSTR buffer, DWORD size);
+DWORD GetShortPathNameW(LPCWSTR path, LPWSTR buffer, DWORD size);
 
 // ---- languages -----------------------------------------------------------------------------------------------------
 
