@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -38,7 +39,7 @@ void Quietly(Work work) noexcept
 struct Route
 {
     LogLevel level = LogLevel::Off; ///< The lowest level that any of the sinks takes.
-    std::vector<spdlog::sinks::sink*> sinks;
+    std::vector<Sink*> sinks;
 };
 
 class Logger final : public ILogger
@@ -59,7 +60,7 @@ private:
     {
         const spdlog::details::log_msg record{
             {m_name.data(), m_name.length()}, ToSpdlog(level), {text.data(), text.length()}};
-        for (spdlog::sinks::sink* const sink : m_route.load(std::memory_order_acquire)->sinks)
+        for (Sink* const sink : m_route.load(std::memory_order_acquire)->sinks)
         {
             if (sink->should_log(record.level))
                 Quietly([&] { sink->log(record); });
@@ -86,6 +87,15 @@ public:
         }
     }
 
+    void Close()
+    {
+        for (const auto& [key, sink] : m_sinks)
+        {
+            if (sink)
+                sink->Close();
+        }
+    }
+
     const Route& RouteFor(const Variables& variables)
     {
         std::vector<Fault> faults;
@@ -96,7 +106,7 @@ public:
         LogLevel lowest = LogLevel::Off;
         for (const PlannedAppender& appender : plan.appenders)
         {
-            spdlog::sinks::sink* const sink = SinkFor(appender);
+            Sink* const sink = SinkFor(appender);
             if (!sink)
                 continue;
             route->sinks.push_back(sink);
@@ -108,7 +118,7 @@ public:
 
 private:
     /// Loggers share it, unless the logger's name makes it another file.
-    spdlog::sinks::sink* SinkFor(const PlannedAppender& planned)
+    Sink* SinkFor(const PlannedAppender& planned)
     {
         const auto [found, isNew] = m_sinks.try_emplace({planned.position, planned.file.GetName()});
         if (isNew)
@@ -120,7 +130,7 @@ private:
     }
 
     const Configuration m_configuration;
-    std::map<std::pair<std::size_t, std::wstring>, std::unique_ptr<spdlog::sinks::sink>> m_sinks;
+    std::map<std::pair<std::size_t, std::wstring>, std::unique_ptr<Sink>> m_sinks;
     std::vector<std::unique_ptr<const Route>> m_routes;
     std::set<std::string> m_reported;
 };
@@ -152,6 +162,8 @@ public:
         m_configurations.back()->ReportOnce(faults);
         for (const auto& [name, logger] : m_loggers)
             logger->Use(RouteFor(name));
+        if (m_configurations.size() > 1)
+            (*std::prev(m_configurations.end(), 2))->Close();
     }
 
     ILogger* GetLogger(const std::string& name)

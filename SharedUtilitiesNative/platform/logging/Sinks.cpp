@@ -1,13 +1,11 @@
 #include "Sinks.h"
 
 #include <cstdio>
-#include <mutex>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include <spdlog/pattern_formatter.h>
-#include <spdlog/sinks/base_sink.h>
 
 #include "System.h"
 
@@ -15,29 +13,6 @@ namespace Quenlor::NativeLogging
 {
 namespace
 {
-using spdlog::details::log_msg;
-
-std::string_view View(const spdlog::memory_buf_t& text) noexcept
-{
-    return {text.data(), text.size()};
-}
-
-/// base_sink serialises the records of all threads, and holds the formatter.
-class Sink : public spdlog::sinks::base_sink<std::mutex>
-{
-protected:
-    virtual void Write(std::string_view line) = 0;
-
-private:
-    void sink_it_(const log_msg& record) final
-    {
-        spdlog::memory_buf_t line;
-        formatter_->format(record, line);
-        Write(View(line));
-    }
-    void flush_() final {} // every record is handed to the system at once
-};
-
 class ConsoleSink final : public Sink
 {
 public:
@@ -62,7 +37,7 @@ public:
 
 protected:
     const QnFileName& File() const noexcept { return m_file; }
-    void Close() { m_open.reset(); }
+    void CloseFile() final { m_open.reset(); }
 
     bool Open()
     {
@@ -145,7 +120,7 @@ private:
 
     void Roll()
     {
-        Close();
+        CloseFile();
         std::error_code error;
         if (m_count == 0)
             std::filesystem::remove(Name(0), error);
@@ -192,8 +167,20 @@ spdlog::level::level_enum ToSpdlog(LogLevel level) noexcept
     return static_cast<spdlog::level::level_enum>(level);
 }
 
-std::unique_ptr<spdlog::sinks::sink> MakeSink(const AppenderSettings& appender, const QnFileName& file,
-                                              std::string place)
+void Sink::Close()
+{
+    const std::scoped_lock lock{mutex_};
+    CloseFile();
+}
+
+void Sink::sink_it_(const spdlog::details::log_msg& record)
+{
+    spdlog::memory_buf_t line;
+    formatter_->format(record, line);
+    Write({line.data(), line.size()});
+}
+
+std::unique_ptr<Sink> MakeSink(const AppenderSettings& appender, const QnFileName& file, std::string place)
 {
     std::unique_ptr<Sink> sink = MakeUnformatted(appender, file, std::move(place));
     if (!sink)

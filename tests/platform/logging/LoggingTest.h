@@ -21,6 +21,12 @@ MATCHER_P(LooksLike, expression, std::string{"looks like "} + expression)
 class LoggingTest : public ::testing::Test
 {
 protected:
+    ~LoggingTest() override
+    {
+        remove_all(m_file); // without a configuration the log files are closed, and their folder can go
+        Activate();
+    }
+
     /// Activates a configuration that consists of these elements.
     void Configure(const std::string& elements) const
     {
