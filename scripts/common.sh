@@ -31,7 +31,8 @@ require_packages() {
 }
 
 install_for_linux() {
-    require_packages cmake ninja-build g++ libutfcpp-dev libcli11-dev nlohmann-json3-dev libgtest-dev libgmock-dev
+    require_packages cmake ninja-build g++ libutfcpp-dev libspdlog-dev libpugixml-dev libcli11-dev nlohmann-json3-dev \
+        libgtest-dev libgmock-dev
 }
 
 install_for_sanitizers() {

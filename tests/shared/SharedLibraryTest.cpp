@@ -15,6 +15,7 @@
 #include "CoreUtilities.h"
 #include "DirectoryConfig.h"
 #include "IniReader.h"
+#include "Logger.h"
 #include "PerMonitorDPIHelper.h"
 #include "RegistryHelper.h"
 #include "VersionConfig.h"
@@ -59,5 +60,23 @@ TEST(SharedLibrary, ExportsEachClass)
     EXPECT_TRUE(Quenlor::QnFileName::DoesPathExist(DirectoryConfig::GetCurrentExeDirectory().GetName()));
     EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
     EXPECT_GE(PerMonitorDPIHelper::GetSystemDPI(), 96.0);
+}
+
+TEST(SharedLibrary, LogsAndKeepsAFailureOfTheProgramsFromIt)
+{
+    const auto folder = std::filesystem::temp_directory_path() / "SharedLibraryTest";
+    std::filesystem::create_directory(folder);
+    std::ofstream{folder / "log.xml"} << R"(<logging>
+        <appender name="a" type="file" path="${Place}/a.log"/>
+        <root><appender-ref ref="a"/></root></logging>)";
+    using namespace Quenlor::NativeLogging;
+    LoggingConfig::DefineVariable(L"Place", []() -> Quenlor::Utf8String { throw std::runtime_error("No place"); });
+    LoggingConfig::SetOption(L"CONFIG_FILE", (folder / "log.xml").wstring());
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile), Quenlor::QuenlorStatus::Success);
+    EXPECT_FALSE(LoggingManager::GetLogger(L"Editor")->IsEnabled(LogLevel::Critical));
+    EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::HasSubstr("log.xml:2: <appender>: \"a\""));
+    std::filesystem::remove_all(folder);
+    EXPECT_STREQ(Logger::Get()->GetName().c_str(), "SharedLibraryTests");
 }
 } // namespace

@@ -1,0 +1,125 @@
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+
+#include <Quenlor/QuenlorExport.h>
+#include <Quenlor/QuenlorStatus.h>
+#include <Quenlor/Utf8String.h>
+#include <Quenlor/WString.h>
+
+/// The logging engine of the family: loggers with dotted names, configured by an XML file (docs/logging.md).
+///
+/// Nothing here throws or fails a caller, and every operation may be called from any thread, also while the process
+/// starts or ends. What is wrong with a configuration or a log file is told once, in one line on standard error.
+namespace Quenlor::NativeLogging
+{
+/// How serious a record is. A logger or appender that is set to a level takes that level and all behind it.
+enum class LogLevel : int
+{
+    Trace,
+    Debug,
+    Info,
+    Warning,
+    Error,
+    Critical,
+    Off, ///< Takes nothing; no record has this level.
+};
+
+/// The text of a record, in UTF-8. Refers to the text it is made from, without copying it.
+class LogText final
+{
+public:
+    // Implicit on purpose: whatever holds text can be logged.
+    LogText(const char* text) noexcept : m_text{text ? text : ""} {} ///< A null pointer gives the empty text.
+    LogText(std::string_view text) noexcept : m_text{text} {}
+    LogText(const std::string& text) noexcept : m_text{text} {}
+    LogText(const Utf8String& text) noexcept : m_text{text.data(), text.length()} {}
+
+    std::string_view View() const noexcept { return m_text; }
+
+private:
+    std::string_view m_text;
+};
+
+/// What a program writes its records to. The engine owns it; it lives until the process is gone, so it can be used in
+/// the destructors of static objects as well.
+///
+/// A record has been handed to the operating system when the call returns: a crash of the process does not lose it.
+class QUENLOR_EXPORT ILogger
+{
+public:
+    ILogger(const ILogger&) = delete;
+    ILogger& operator=(const ILogger&) = delete;
+
+    virtual const Utf8String& GetName() const noexcept = 0;
+
+    /// Whether anybody takes records of this level; costs one load and a comparison. Ask it before putting together a
+    /// message that takes work.
+    bool IsEnabled(LogLevel level) const noexcept
+    {
+        return level >= m_level.load(std::memory_order_relaxed) && level < LogLevel::Off;
+    }
+
+    void Log(LogLevel level, LogText text) noexcept
+    {
+        if (IsEnabled(level))
+            Write(level, text.View());
+    }
+
+    void Trace(LogText text) noexcept { Log(LogLevel::Trace, text); }
+    void Debug(LogText text) noexcept { Log(LogLevel::Debug, text); }
+    void Info(LogText text) noexcept { Log(LogLevel::Info, text); }
+    void Warning(LogText text) noexcept { Log(LogLevel::Warning, text); }
+    void Error(LogText text) noexcept { Log(LogLevel::Error, text); }
+    void Critical(LogText text) noexcept { Log(LogLevel::Critical, text); }
+
+protected:
+    ILogger() = default;
+    ~ILogger() = default;
+    void SetLevel(LogLevel level) noexcept { m_level.store(level, std::memory_order_relaxed); }
+
+private:
+    virtual void Write(LogLevel level, std::string_view text) noexcept = 0;
+
+    std::atomic<LogLevel> m_level{LogLevel::Off};
+};
+
+/// Where the engine gets its configuration from. Other products of the family have further providers.
+enum class LoggingProviderType : int
+{
+    ConfigurationFile = 3, ///< The XML file that the option CONFIG_FILE names.
+};
+
+class QUENLOR_EXPORT LoggingConfig final
+{
+public:
+    LoggingConfig() = delete;
+
+    /// Sets an option for the provider that is activated next. There is one: "CONFIG_FILE", the full path of the
+    /// configuration file. Others are kept and mean nothing.
+    static void SetOption(const WString& name, const WString& value) noexcept;
+
+    /// Lets `${name}` stand for what `value` returns, in the file names of the configuration that is activated next.
+    /// It is asked only for a file name with that variable; when it throws, the configuration is told to be faulty and
+    /// the appender with that file name writes nothing.
+    static void DefineVariable(const WString& name, Utf8String (*value)()) noexcept;
+
+    /// Starts the engine, or starts it anew: loggers that were handed out before follow the new configuration.
+    /// Until then, and when the configuration file is missing or no XML, warnings and worse go to standard error.
+    /// @return NotFound for a provider that this library has not; nothing has changed then
+    static QuenlorStatus ActivateProvider(LoggingProviderType provider) noexcept;
+};
+
+class QUENLOR_EXPORT LoggingManager final
+{
+public:
+    LoggingManager() = delete;
+
+    /// The one logger of that name, made when it is first asked for. Dots separate the names of its ancestors, from
+    /// which it inherits level and appenders; the empty name is that of the root.
+    /// @return null only when memory runs out
+    static ILogger* GetLogger(const WString& name) noexcept;
+};
+} // namespace Quenlor::NativeLogging

@@ -1,0 +1,32 @@
+#include "Faults.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "System.h"
+
+namespace Quenlor::NativeLogging
+{
+std::string FormatFault(const QnFileName& file, const Fault& fault)
+{
+    std::string line = file.GetNameUtf8().ToStdString();
+    if (fault.line != 0)
+        line += ":" + std::to_string(fault.line);
+    line += ": " + fault.text;
+    // What stands in a configuration may hold anything, but the report stays one line of text.
+    std::ranges::replace_if(
+        line, [](char c) { return (c >= '\0' && c < ' ') || c == '\x7F'; }, '?');
+    return line;
+}
+
+void Report(const std::string& line) noexcept
+{
+    try
+    {
+        WriteToConsole(stderr, line + "\n");
+    }
+    catch (const std::exception&) // out of memory: there is no other place to complain
+    {
+    }
+}
+} // namespace Quenlor::NativeLogging

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include <Quenlor/QnFileName.h>
+
+namespace Quenlor::NativeLogging
+{
+/// Something wrong with a configuration.
+struct Fault
+{
+    std::size_t line; ///< 0 when it is about the file as a whole.
+    std::string text;
+};
+
+/// One line that names file, line and fault; without a line break.
+std::string FormatFault(const QnFileName& file, const Fault& fault);
+
+/// Writes a line to standard error.
+void Report(const std::string& line) noexcept;
+} // namespace Quenlor::NativeLogging

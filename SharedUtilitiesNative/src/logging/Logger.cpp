@@ -1,0 +1,66 @@
+#include "Logger.h"
+
+#include <atomic>
+#include <stdexcept>
+
+#include "DirectoryConfig.h"
+#include "core/Paths.h"
+#include "logging/LogConfigurationChoice.h"
+
+namespace Quenlor::Fraxo::SharedUtilities::Native
+{
+using namespace NativeLogging;
+
+namespace
+{
+constexpr wchar_t FileName[] = L"FraxoPro.log.xml";
+
+std::atomic<ILogger*> theLogger{nullptr};
+
+QnFileName FileInProgramData()
+{
+    try
+    {
+        return PathOf(DirectoryConfig::GetProgramDataDirectory()).AppendToPath(FileName);
+    }
+    catch (const std::runtime_error&) // a program starts without its log as well
+    {
+        return {};
+    }
+}
+} // namespace
+
+LogConfigurationChoice ChooseLogConfiguration(const QnFileName& executable)
+{
+    LogConfigurationChoice choice;
+    choice.inProgramData = FileInProgramData();
+    choice.loggerName = QnFileName::GetFileNameWithoutExtension(executable.GetName());
+    choice.besideExecutable.SetName(QnFileName::GetDirectoryName(executable.GetName()).c_str());
+    choice.besideExecutable.AppendToPath(FileName);
+    choice.isBesideExecutable = QnFileName::DoesPathExist(choice.besideExecutable.GetName());
+    return choice;
+}
+
+void Logger::Initialize()
+{
+    if (theLogger.load(std::memory_order_acquire))
+        return;
+    QnFileName executable;
+    QnGetModuleFileName(executable, nullptr);
+    const LogConfigurationChoice choice = ChooseLogConfiguration(executable);
+
+    LoggingConfig::DefineVariable(L"ProgramData", DirectoryConfig::GetProgramDataDirectory);
+    LoggingConfig::DefineVariable(L"LocalAppData", DirectoryConfig::GetLocalAppDataDirectory);
+    LoggingConfig::DefineVariable(L"CrashReports", DirectoryConfig::GetCrashReportsDirectory);
+    LoggingConfig::SetOption(L"CONFIG_FILE", choice.File().GetName()); // also when the file does not exist
+    LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
+    theLogger.store(LoggingManager::GetLogger(choice.loggerName), std::memory_order_release);
+}
+
+ILogger* Logger::Get()
+{
+    if (!theLogger.load(std::memory_order_acquire))
+        Initialize();
+    return theLogger.load(std::memory_order_acquire);
+}
+} // namespace Quenlor::Fraxo::SharedUtilities::Native

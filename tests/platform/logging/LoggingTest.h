@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <regex>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include <Quenlor/NativeLogging.h>
+
+#include "support/Files.h"
+#include "support/ScratchMachine.h"
+
+/// Whether a text as a whole looks like this, where `.*` stays within a line on every system.
+MATCHER_P(LooksLike, expression, std::string{"looks like "} + expression)
+{
+    return std::regex_match(arg, std::regex{expression});
+}
+
+/// Tests of the logging engine by what arrives in its files, which lie beside the configuration.
+class LoggingTest : public ::testing::Test
+{
+protected:
+    ~LoggingTest() override
+    {
+        remove_all(m_file); // without a configuration the log files are closed, and their folder can go
+        Activate();
+    }
+
+    /// Activates a configuration that consists of these elements.
+    void Configure(const std::string& elements) const
+    {
+        WriteFile(m_file, "<logging>\n" + elements + "</logging>\n");
+        Activate();
+    }
+
+    void Activate() const
+    {
+        using namespace Quenlor::NativeLogging;
+        LoggingConfig::SetOption(L"CONFIG_FILE", m_file.wstring());
+        LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
+    }
+
+    static Quenlor::NativeLogging::ILogger& Logger(const wchar_t* name)
+    {
+        return *Quenlor::NativeLogging::LoggingManager::GetLogger(name);
+    }
+
+    /// The lines of a log file, with `\n` behind each.
+    std::string Lines(const std::filesystem::path& name) const
+    {
+        std::string text = ReadFile(m_folder / name);
+        std::erase(text, '\r');
+        return text;
+    }
+
+    ScratchMachine m_machine;
+    const std::filesystem::path m_folder = m_machine.Root() / "Logs";
+    const std::filesystem::path m_file = m_folder / "log.xml";
+};
