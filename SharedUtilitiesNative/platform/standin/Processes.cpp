@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <utf8.h>
 #include <utility>
 #include <vector>
 
 #include "KernelHandles.h"
+#include "linux/WideText.h"
 
 namespace
 {
@@ -30,15 +30,6 @@ struct ProcessList final : KernelObject
     std::size_t next = 0;
 };
 
-std::wstring ToWide(const std::string& text)
-{
-    std::string valid;
-    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid));
-    std::wstring wide;
-    utf8::utf8to32(valid.begin(), valid.end(), std::back_inserter(wide));
-    return wide;
-}
-
 /// The name of the file that a process was started from; empty when the process is gone, is none of this user's, or
 /// is a part of the system's kernel.
 std::wstring ExecutableName(const fs::path& process)
@@ -48,7 +39,7 @@ std::wstring ExecutableName(const fs::path& process)
     std::string file = fs::read_symlink(process / "exe", unreadable).filename().string();
     if (file.ends_with(Deleted))
         file.erase(file.length() - Deleted.length());
-    return ToWide(file);
+    return Quenlor::Posix::WideOf(file);
 }
 
 std::vector<Process> ReadProcesses()
