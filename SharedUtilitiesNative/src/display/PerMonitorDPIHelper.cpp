@@ -1,6 +1,10 @@
 #include "PerMonitorDPIHelper.h"
 
+#include <string>
+
 #include <Platform/Win32.h>
+
+#include "core/Trace.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -29,6 +33,7 @@ double PerMonitorDPIHelper::GetSystemDPI()
     const HDC screen = ::GetDC(nullptr);
     const int dpi = ::GetDeviceCaps(screen, LOGPIXELSX);
     ::ReleaseDC(nullptr, screen);
+    Trace([&] { return Inquiry{Inquiry::Source::System, "the screen's dots per inch", std::to_string(dpi)}; });
     return dpi;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native
