@@ -12,6 +12,7 @@
 #include "DirectoryConfig.h"
 #include "Features.h"
 #include "LanguageHelper.h"
+#include "LogSetup.h"
 #include "RegistryHelper.h"
 #include "core/Paths.h"
 #include "language/LanguageChoice.h"
@@ -151,6 +152,18 @@ void ExamineFeatures(Findings& findings)
                                 "Set it to 0 or 1 there, or remove it."});
     }
 }
+
+/// A missing configuration is none of the findings: then warnings go to standard error.
+void ExamineLogConfiguration(Findings& findings)
+{
+    QnFileName executable;
+    Quenlor::QnGetModuleFileName(executable, nullptr);
+    const std::vector<std::string> faults = ExamineLog(executable).faults;
+    if (!faults.empty())
+        findings.push_back({"The log configuration is faulty (faults: " + std::to_string(faults.size()) +
+                                "). The first: " + faults.front(),
+                            "Correct it there; \"fraxoinfo log\" tells all faults."});
+}
 } // namespace
 
 std::vector<Finding> Examine()
@@ -163,6 +176,7 @@ std::vector<Finding> Examine()
         ExamineUserFiles(findings, hasRoot);
     ExamineLanguages(findings, hasRoot);
     ExamineFeatures(findings);
+    ExamineLogConfiguration(findings);
     return findings;
 }
 

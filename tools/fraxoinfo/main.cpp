@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -12,6 +13,7 @@
 #include "Colour.h"
 #include "Doctor.h"
 #include "Features.h"
+#include "LogSetup.h"
 #include "Report.h"
 #include "Suggestions.h"
 #include "SupportReport.h"
@@ -87,6 +89,23 @@ int PrintApplications()
     return Success;
 }
 
+int PrintLog(const std::string& program)
+{
+    Quenlor::QnFileName executable;
+    Quenlor::QnGetModuleFileName(executable, nullptr);
+    std::error_code error;
+    if (!program.empty() && !std::filesystem::is_regular_file(program, error))
+    {
+        std::fprintf(stderr, "fraxoinfo: there is no program %s: name the file of an executable\n", program.c_str());
+        return WrongUse;
+    }
+    if (!program.empty())
+        executable.SetName(std::filesystem::absolute(program).lexically_normal().wstring().c_str());
+    const FraxoInfo::LogSetup setup = FraxoInfo::ExamineLog(executable);
+    Print(FraxoInfo::FormatLogSetup(setup));
+    return setup.exists && setup.faults.empty() ? Success : Failure;
+}
+
 int PrintFindings()
 {
     const auto findings = FraxoInfo::Examine();
@@ -139,6 +158,7 @@ int Run(int argc, char** argv)
         "                               what the library asked the machine for that answer, and what decided\n"
         "  fraxoinfo features           the feature switches and what decided each\n"
         "  fraxoinfo applications       other products on this machine, and the registry places that decided\n"
+        "  fraxoinfo log Editor.exe     how that program's log is set up, and what is wrong with its configuration\n"
         "  fraxoinfo report case.json   everything a support case needs, in one file without personal data\n"
         "  fraxoinfo diff A.json B.json what differs between two such files, or two of --json\n"
         "  fraxoinfo doctor             what is wrong with the installation, and what to do\n\n"
@@ -160,6 +180,9 @@ int Run(int argc, char** argv)
     const auto* const features = app.add_subcommand("features", "List the feature switches and what decided each");
     const auto* const applications =
         app.add_subcommand("applications", "Show which other products were found, and why");
+    std::string program;
+    auto* const log = app.add_subcommand("log", "Show how a program's log is set up, and validate its configuration");
+    log->add_option("executable", program, "The program's executable; fraxoinfo's own if not given");
     std::string reportFile;
     bool withPersonalData = false;
     auto* const report = app.add_subcommand("report", "Write a file to attach to a support case");
@@ -195,6 +218,8 @@ int Run(int argc, char** argv)
         return PrintFeatures();
     if (*applications)
         return PrintApplications();
+    if (*log)
+        return PrintLog(program);
     if (*doctor)
         return PrintFindings();
     if (app.count("operation") != 0)

@@ -21,6 +21,25 @@ std::vector<const LoggerSettings*> Lineage(const Configuration& configuration, s
             return lineage;
     }
 }
+
+/// @throws std::exception whose text is the fault
+QnFileName MakeFileName(const std::string& path, const QnFileName& configurationFile, const Variables& variables)
+{
+    QnFileName file;
+    file.SetNameUtf8(Expand(path, variables).c_str());
+    if (!file.IsAbsolutePath())
+    {
+        const QnFileName relative = file;
+        file.SetName(QnFileName::GetDirectoryName(configurationFile.GetName()).c_str());
+        file.AppendToPath(relative.GetName());
+    }
+    WString fixed;
+    QnFileName::FixPathName(fixed, file.GetName());
+    file.SetName(fixed.c_str());
+    if (file.ToNativePath().empty())
+        throw std::runtime_error("no file can have the name " + file.GetNameUtf8().ToStdString());
+    return file;
+}
 } // namespace
 
 LoggerPlan PlanLogger(const Configuration& configuration, const Variables& variables, std::vector<Fault>& faults)
@@ -40,36 +59,25 @@ LoggerPlan PlanLogger(const Configuration& configuration, const Variables& varia
     }
     for (const std::size_t position : positions)
     {
-        const AppenderSettings& appender = configuration.appenders[position];
-        try
-        {
-            plan.appenders.push_back({position, FileOf(appender, configuration.file, variables)});
-        }
-        catch (const std::exception& fault) // what a variable's function throws is its own
-        {
-            faults.push_back({appender.line, "<appender>: \"" + appender.name + "\" is left out: " + fault.what()});
-        }
+        if (auto file = FileOf(configuration.appenders[position], configuration, variables, faults))
+            plan.appenders.push_back({position, *std::move(file)});
     }
     return plan;
 }
 
-QnFileName FileOf(const AppenderSettings& appender, const QnFileName& configurationFile, const Variables& variables)
+std::optional<QnFileName> FileOf(const AppenderSettings& appender, const Configuration& configuration,
+                                 const Variables& variables, std::vector<Fault>& faults)
 {
-    QnFileName file;
     if (appender.path.empty())
-        return file;
-    file.SetNameUtf8(Expand(appender.path, variables).c_str());
-    if (!file.IsAbsolutePath())
+        return QnFileName{};
+    try
     {
-        const QnFileName relative = file;
-        file.SetName(QnFileName::GetDirectoryName(configurationFile.GetName()).c_str());
-        file.AppendToPath(relative.GetName());
+        return MakeFileName(appender.path, configuration.file, variables);
     }
-    WString fixed;
-    QnFileName::FixPathName(fixed, file.GetName());
-    file.SetName(fixed.c_str());
-    if (file.ToNativePath().empty())
-        throw std::runtime_error("no file can have the name " + file.GetNameUtf8().ToStdString());
-    return file;
+    catch (const std::exception& fault) // what a variable's function throws is its own
+    {
+        faults.push_back({appender.line, "<appender>: \"" + appender.name + "\" is left out: " + fault.what()});
+        return std::nullopt;
+    }
 }
 } // namespace Quenlor::NativeLogging

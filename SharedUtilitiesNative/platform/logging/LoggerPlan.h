@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "Configuration.h"
@@ -21,11 +22,12 @@ struct LoggerPlan
     std::vector<PlannedAppender> appenders; ///< Each once, also when it is reached in several ways.
 };
 
-/// Plans the logger that `variables` names. Appenders whose file name cannot be made are faults and left out.
+/// Plans the logger that `variables` names. Appenders whose file name cannot be made are left out.
 LoggerPlan PlanLogger(const Configuration& configuration, const Variables& variables, std::vector<Fault>& faults);
 
-/// The file that an appender writes for a logger: absolute, or else in the folder of the configuration file; empty for
-/// an appender without a file.
-/// @throws std::exception whose text is the fault
-QnFileName FileOf(const AppenderSettings& appender, const QnFileName& configurationFile, const Variables& variables);
+/// The file that an appender writes for a logger: absolute, or else in the folder of the configuration file. An empty
+/// name for an appender without a file.
+/// @return none when the name cannot be made, which is a fault
+std::optional<QnFileName> FileOf(const AppenderSettings& appender, const Configuration& configuration,
+                                 const Variables& variables, std::vector<Fault>& faults);
 } // namespace Quenlor::NativeLogging

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <Quenlor/QnFileName.h>
+#include <Quenlor/Utf8String.h>
 #include <Quenlor/WString.h>
+
+#include "DirectoryConfig.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -14,6 +17,19 @@ struct LogConfigurationChoice
     WString loggerName;
 
     const QnFileName& File() const { return isBesideExecutable ? besideExecutable : inProgramData; }
+};
+
+/// A folder of the library, which file names in the configuration can start with.
+struct LogFolderVariable
+{
+    const char* name;
+    Utf8String (*folder)();
+};
+
+constexpr LogFolderVariable LogFolderVariables[] = {
+    {"ProgramData", DirectoryConfig::GetProgramDataDirectory},
+    {"LocalAppData", DirectoryConfig::GetLocalAppDataDirectory},
+    {"CrashReports", DirectoryConfig::GetCrashReportsDirectory},
 };
 
 /// @param executable the full path of the program's executable

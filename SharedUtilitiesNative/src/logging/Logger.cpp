@@ -13,7 +13,7 @@ using namespace NativeLogging;
 
 namespace
 {
-constexpr wchar_t FileName[] = L"FraxoPro.log.xml";
+constexpr char FileName[] = "FraxoPro.log.xml";
 
 std::atomic<ILogger*> theLogger{nullptr};
 
@@ -21,7 +21,7 @@ QnFileName FileInProgramData()
 {
     try
     {
-        return PathOf(DirectoryConfig::GetProgramDataDirectory()).AppendToPath(FileName);
+        return InFolder(DirectoryConfig::GetProgramDataDirectory(), FileName);
     }
     catch (const std::runtime_error&) // a program starts without its log as well
     {
@@ -32,12 +32,13 @@ QnFileName FileInProgramData()
 
 LogConfigurationChoice ChooseLogConfiguration(const QnFileName& executable)
 {
+    QnFileName folder;
+    folder.SetName(QnFileName::GetDirectoryName(executable.GetName()).c_str());
     LogConfigurationChoice choice;
+    choice.besideExecutable = InFolder(folder.GetNameUtf8(), FileName);
+    choice.isBesideExecutable = Exists(choice.besideExecutable);
     choice.inProgramData = FileInProgramData();
     choice.loggerName = QnFileName::GetFileNameWithoutExtension(executable.GetName());
-    choice.besideExecutable.SetName(QnFileName::GetDirectoryName(executable.GetName()).c_str());
-    choice.besideExecutable.AppendToPath(FileName);
-    choice.isBesideExecutable = QnFileName::DoesPathExist(choice.besideExecutable.GetName());
     return choice;
 }
 
@@ -49,9 +50,8 @@ void Logger::Initialize()
     QnGetModuleFileName(executable, nullptr);
     const LogConfigurationChoice choice = ChooseLogConfiguration(executable);
 
-    LoggingConfig::DefineVariable(L"ProgramData", DirectoryConfig::GetProgramDataDirectory);
-    LoggingConfig::DefineVariable(L"LocalAppData", DirectoryConfig::GetLocalAppDataDirectory);
-    LoggingConfig::DefineVariable(L"CrashReports", DirectoryConfig::GetCrashReportsDirectory);
+    for (const LogFolderVariable& variable : LogFolderVariables)
+        LoggingConfig::DefineVariable({variable.name, false}, variable.folder);
     LoggingConfig::SetOption(L"CONFIG_FILE", choice.File().GetName()); // also when the file does not exist
     LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
     theLogger.store(LoggingManager::GetLogger(choice.loggerName), std::memory_order_release);

@@ -103,6 +103,7 @@ INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
     Damage{"MachinesLanguage", [](Installation& it) { it.Choose(HKEY_LOCAL_MACHINE, "DefaultLanguage", "EN"); }, R"(machine's default language "EN" is not installed)"},
     Damage{"LanguageFolder", [](Installation& it) { remove_all(it.Root() / "Resource/Language/de"); }, R"(language "de" has no resource folder)"},
     Damage{"FeatureInTheEnvironment", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "yes"); }, "FPRO_FEATURE_REVULYTICS"},
+    Damage{"LogConfiguration", [](Installation& it) { WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging>\n<rot/></logging>"); }, "FraxoPro.log.xml:2: <rot>"},
     Damage{"MachinesShellFolder", [](Installation& it) { it.m_machine.BreakShellFolder(ShellFolder::ProgramData); }, "Could not get ProgramData folder"}),
     [](const auto& row) { return std::string{row.param.name}; });
 // clang-format on

@@ -1,0 +1,69 @@
+#include "LogSetup.h"
+
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "support/Files.h"
+#include "support/ScratchMachine.h"
+
+namespace
+{
+using namespace FraxoInfo;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class LogSetupTest : public ::testing::Test
+{
+protected:
+    LogSetup Examine() const
+    {
+        Quenlor::QnFileName executable;
+        executable.SetNameUtf8((m_programs + "Editor.exe").c_str());
+        return ExamineLog(executable);
+    }
+
+    ScratchMachine m_machine;
+    const std::string m_programs = m_machine.Folder("Programs");
+    const std::string m_machineData = m_machine.ProductFolder(ShellFolder::ProgramData);
+    const std::string m_userData = m_machine.ProductFolder(ShellFolder::LocalAppData);
+};
+
+TEST_F(LogSetupTest, TellsWhichFileCountsAndWhy)
+{
+    EXPECT_EQ(FormatLogSetup(Examine()), "Logger         Editor\n"
+                                         "Configuration  " +
+                                             m_machineData +
+                                             "FraxoPro.log.xml  [missing]\n"
+                                             "Chosen because there is none beside the executable, " +
+                                             m_programs +
+                                             "FraxoPro.log.xml\n"
+                                             "Level          warning\n"
+                                             "Appender       \"console\" to standard error\n");
+
+    WriteFile(NativePath(m_programs + "FraxoPro.log.xml"), "<logging/>");
+    EXPECT_THAT(FormatLogSetup(Examine()), HasSubstr("Configuration  " + m_programs +
+                                                     "FraxoPro.log.xml  [exists]\n"
+                                                     "Chosen because it lies beside the executable, and wins over " +
+                                                     m_machineData + "FraxoPro.log.xml\n"));
+}
+
+TEST_F(LogSetupTest, ShowsWhatTheLoggerDoesAndEveryFaultOfTheFileWithoutOpeningALog)
+{
+    WriteFile(NativePath(m_machineData + "FraxoPro.log.xml"), R"(<logging>
+        <appender name="r" type="rolling-file" path="${LocalAppData}Logs/${logger}-${pid}.log" threshold="error" count="7"/>
+        <appender name="unused" type="file" path="${env:FRAXO_PRO_UNSET}/a.log"/>
+        <root level="info"><appender-ref ref="r"/></root>
+        <logger name="Editor" level="debug"><appender-ref ref="unknown"/></logger>
+        </logging>)");
+    const LogSetup setup = Examine();
+    EXPECT_TRUE(setup.exists);
+    EXPECT_THAT(setup.lines,
+                ElementsAre("Level          debug",
+                            "Appender       \"r\" to " + m_userData +
+                                R"(Logs\Editor-${pid}.log, 10485760 bytes, and 7 older ones, from level error)"));
+    EXPECT_THAT(setup.faults, ElementsAre(HasSubstr("FraxoPro.log.xml:5: <appender-ref>: there is no appender"),
+                                          HasSubstr("FraxoPro.log.xml:3: <appender>: \"unused\" is left out")));
+    EXPECT_FALSE(exists(NativePath(m_userData)));
+}
+} // namespace
