@@ -31,10 +31,10 @@ std::string Target(const AppenderSettings& appender, const QnFileName& file)
     case AppenderType::Console:
         return appender.toStandardOutput ? "standard output" : "standard error";
     case AppenderType::File:
-        return Text(file);
+        return NativeName(file);
     case AppenderType::RollingFile:
-        return Text(file) + ", " + std::to_string(appender.maxSize) + " bytes, and " + std::to_string(appender.count) +
-               " older ones";
+        return NativeName(file) + ", " + std::to_string(appender.maxSize) + " bytes, and " +
+               std::to_string(appender.count) + " older ones";
     case AppenderType::Debugger:
         return "the debugger";
     case AppenderType::Null:

@@ -7,9 +7,15 @@
 
 namespace Quenlor::NativeLogging
 {
+std::string NativeName(const QnFileName& file)
+{
+    const std::u8string name = file.ToNativePath().u8string();
+    return {name.begin(), name.end()};
+}
+
 std::string FormatFault(const QnFileName& file, const Fault& fault)
 {
-    std::string line = file.GetNameUtf8().ToStdString();
+    std::string line = NativeName(file);
     if (fault.line != 0)
         line += ":" + std::to_string(fault.line);
     line += ": " + fault.text;

@@ -14,6 +14,9 @@ struct Fault
     std::string text;
 };
 
+/// The name of a file as other programs of this system take it.
+std::string NativeName(const QnFileName& file);
+
 /// One line that names file, line and fault; without a line break.
 std::string FormatFault(const QnFileName& file, const Fault& fault);
 

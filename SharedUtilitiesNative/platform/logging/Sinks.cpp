@@ -69,7 +69,7 @@ protected:
     void Complain(const char* action, const std::error_code& error)
     {
         if (!std::exchange(m_hasComplained, true))
-            Report(m_place + "cannot " + action + " " + m_file.GetNameUtf8().ToStdString() + ": " + error.message());
+            Report(m_place + "cannot " + action + " " + NativeName(m_file) + ": " + error.message());
     }
 
 private:
