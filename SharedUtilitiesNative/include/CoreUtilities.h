@@ -5,8 +5,9 @@
 
 #include "SharedUtilitiesExport.h"
 
-// Free helpers on standard narrow text. All of them may be called from any thread; the two for the environment are as
-// thread-safe as the C runtime's environment.
+/// @file
+/// Free helpers on standard narrow text. All of them may be called from any thread; the two for the environment are as
+/// thread-safe as the C runtime's environment.
 
 /// Whether two numbers are equal within a tolerance that grows with their size: `epsilon` times the power of two at
 /// or below the larger magnitude (with the exponent cut towards zero, so 1 for everything between 0.5 and 2).

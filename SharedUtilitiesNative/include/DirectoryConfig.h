@@ -32,7 +32,9 @@ public:
     /// The folder of the process's executable, without a trailing separator unless it is a root.
     static QnFileName GetCurrentExeDirectory();
 
-    // The two bases below the shell's folders. The members further down throw what the base they lie in throws.
+    /// @name The two bases below the shell's folders
+    /// The members further down throw what the base they lie in throws.
+    /// @{
 
     /// The folder for data shared by all users of this machine; `AppData\` below the root when running from output.
     /// @throws std::runtime_error saying "Could not get ProgramData folder" when the shell cannot name it. Never when
@@ -43,6 +45,7 @@ public:
     /// is created if missing, the product's folder below it is not.
     /// @throws std::runtime_error saying "Could not get LocalAppData folder", as GetProgramDataDirectory does
     static Utf8String GetLocalAppDataDirectory();
+    /// @}
 
     static Utf8String GetProfileFolderDirectory(); ///< The same as GetProgramDataDirectory.
     static Utf8String GetConfigurationDirectory(); ///< `Default\` in this user's data.
@@ -55,15 +58,17 @@ public:
     /// there is none or it is not in use (see UserSettingsConfig).
     static Utf8String GetProjectConfigurationDirectory();
 
-    // Below "SampleDir" of the installation record; in `Samples\` below the root when running from output. Relative
-    // without a record.
-
+    /// @name Models
+    /// Below "SampleDir" of the installation record; in `Samples\` below the root when running from output. Relative
+    /// without a record.
+    /// @{
     static Utf8String GetSampleModelsDirectory();       ///< `Sample Models\`
     static Utf8String GetVerificationModelsDirectory(); ///< `Verification Models\`
     static Utf8String GetSeedModelsDirectory();         ///< `Seed Models\`
+    /// @}
 
-    // Below the installation root.
-
+    /// @name Below the installation root
+    /// @{
     static Utf8String GetPluginsDirectory();           ///< `FRAXO\Plugins\`
     static Utf8String GetLumConnectionHtmlDirectory(); ///< `FRAXO\LumConnection\Html\`
     static Utf8String GetRoseDatabaseDirectory();      ///< `Resource\CIS2Support\`
@@ -73,26 +78,31 @@ public:
     static Utf8String GetFRAXOProEngineDirectory();    ///< `FRAXO\FProFraxo\`
     static Utf8String GetFRAXOProEngineExePath();      ///< `FProFraxo.exe` in the engine's folder.
     static Utf8String GetFRAXOProEngineStlExePath();   ///< `FProFraxoStl.exe` in the engine's folder.
+    /// @}
 
-    // In GetConfigurationDirectory().
-
+    /// @name In GetConfigurationDirectory()
+    /// @{
     static Utf8String GetLumConnectionConnectionTemplatesDirectory(); ///< `LumConnection\ConnectionTemplates\`
     static Utf8String GetLumConnectionDatabaseDirectory();            ///< `LumConnection\Database\`
     static Utf8String GetLumConnectionImagesDirectory();              ///< `LumConnection\Images\`
+    /// @}
 
-    // In GetLocalAppDataDirectory(). "PlugIns" has a capital I here: both spellings are on users' disks.
-
+    /// @name In GetLocalAppDataDirectory()
+    /// "PlugIns" has a capital I here: both spellings are on users' disks.
+    /// @{
     static Utf8String GetEditorAppDataDirectory();            ///< `Default\Editor\`
     static Utf8String GetStrucLinkAppDataDirectory();         ///< `Default\PlugIns\StrucLink\`
     static Utf8String GetPipeLinkAppDataDirectory();          ///< `Default\PlugIns\PipeLink\`
     static Utf8String GetConnectionTagLinkAppDataDirectory(); ///< `Default\PlugIns\ConnectionTagLink\`
     static Utf8String GetStWizardAppDataDirectory();          ///< `Default\StWizard\`
     static Utf8String GetCrashReportsDirectory();             ///< `CrashReports\`
+    /// @}
 
     static Utf8String GetGBSteelDesignDirectory(); ///< `GBSteelDesign\` in GetProgramDataDirectory().
 
-    // For components that open files through the narrow functions, in the process's ANSI code page. None of them
-    // throws.
+    /// @name For components that open files through the narrow functions
+    /// These take the process's ANSI code page. None of the members throws.
+    /// @{
 
     /// Whether `name` has a character that the ANSI code page has not; one that it only has a look-alike for counts.
     /// @return 0 when there is none
@@ -109,5 +119,6 @@ public:
     /// instead.
     /// @return empty when the path does not exist, or when its long form has more than 259 characters
     static Utf8String GetNormalizedFileName(const QnFileName& path);
+    /// @}
 };
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

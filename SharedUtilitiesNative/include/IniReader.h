@@ -13,8 +13,8 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// One line `Key=Value` of an INI file, both sides without the white space around them.
 struct IniKeyValue
 {
-    std::string Key;
-    std::string Value;
+    std::string Key;   ///< Before the first `=`.
+    std::string Value; ///< Behind it.
 };
 
 /// Reads an INI file, or one section of it, into memory and answers questions about its values.

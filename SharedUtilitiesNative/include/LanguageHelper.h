@@ -56,8 +56,10 @@ public:
     /// Chinese, 128 Japanese, 238 Polish and Croatian, 204 Russian, 162 Turkish, otherwise 0.
     static unsigned char GetInterfaceCharset();
 
-    // Resource libraries: a name, the language's postfix and ".dll" in one of the product's folders.
+    /// @name Resource libraries
+    /// @{
 
+    /// A library of resources: a name, the language's postfix and ".dll" in one of the product's folders.
     static Utf8String GetFraxoProRcAciPath();
     static Utf8String GetFraxoProRcAci_05Path();
     static Utf8String GetFraxoProRcBaelPath();
@@ -78,6 +80,7 @@ public:
     static Utf8String GetSectionDBMgrResourcePath();
     static Utf8String GetCurrentLanguageSectionWizardDllPath(const Utf8String& name); ///< Of the library called `name`.
     static Utf8String GetStWizardInternalResourcePath();
+    /// @}
 
     static Utf8String GetOfficeLocationsPath(); ///< `Offices.xml` in the current language's folder.
 

@@ -22,9 +22,8 @@ WString FileName(QnFileName::FileNameParts parts, const wchar_t* path)
 {
     return WString{QnFileName{parts, path}.GetName()}.ToUpperCase();
 }
-} // namespace
 
-bool UserSettingsConfig::IsExeRunning(const Utf8String& exe)
+bool HasProcess(const Utf8String& exe)
 {
     const QnFileName path = PathOf(exe);
     const bool hasExtension = !FileName(QnFileName::Extension, path.GetName()).empty();
@@ -43,5 +42,18 @@ bool UserSettingsConfig::IsExeRunning(const Utf8String& exe)
             return true;
     }
     return false;
+}
+} // namespace
+
+bool UserSettingsConfig::IsExeRunning(const Utf8String& exe)
+{
+    const bool isRunning = HasProcess(exe);
+    Trace(
+        [&]
+        {
+            return Inquiry{Inquiry::Source::System, "the running processes",
+                           isRunning ? std::optional{exe.ToStdString()} : std::nullopt};
+        });
+    return isRunning;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -8,6 +8,7 @@
 #include <Quenlor/QnFileName.h>
 
 #include "core/Format.h"
+#include "core/Trace.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -52,10 +53,16 @@ ModuleVersion ReadModuleVersion()
             Low(info.dwFileVersionLS)};
 }
 
+Utf8String TextOf(const ModuleVersion& version)
+{
+    return Format("%02d.%02d.%02d.%02d", version.major, version.minor, version.build, version.revision);
+}
+
 /// Read on first use and kept, a failure as well: a running executable does not change its version.
 const ModuleVersion& ExecutableVersion()
 {
     static const ModuleVersion version = ReadModuleVersion();
+    Trace([] { return Inquiry{Inquiry::Source::System, "the executable's version", TextOf(version).ToStdString()}; });
     return version;
 }
 
@@ -89,8 +96,7 @@ Utf8String VersionConfig::GetBuildNumber()
 
 Utf8String VersionConfig::GetProductVersion()
 {
-    const ModuleVersion& version = ExecutableVersion();
-    return Format("%02d.%02d.%02d.%02d", version.major, version.minor, version.build, version.revision);
+    return TextOf(ExecutableVersion());
 }
 
 Utf8String VersionConfig::GetVersionStamp()

@@ -31,13 +31,17 @@ enum class LogLevel : int
 class LogText final
 {
 public:
+    /// @{
+
+    /// Refers to that text; a null pointer gives the empty one.
     // Implicit on purpose: whatever holds text can be logged.
-    LogText(const char* text) noexcept : m_text{text ? text : ""} {} ///< A null pointer gives the empty text.
+    LogText(const char* text) noexcept : m_text{text ? text : ""} {}
     LogText(std::string_view text) noexcept : m_text{text} {}
     LogText(const std::string& text) noexcept : m_text{text} {}
     LogText(const Utf8String& text) noexcept : m_text{text.data(), text.length()} {}
+    /// @}
 
-    std::string_view View() const noexcept { return m_text; }
+    std::string_view View() const noexcept { return m_text; } ///< The text itself, NULs included.
 
 private:
     std::string_view m_text;
@@ -53,7 +57,7 @@ public:
     ILogger(const ILogger&) = delete;
     ILogger& operator=(const ILogger&) = delete;
 
-    virtual const Utf8String& GetName() const noexcept = 0;
+    virtual const Utf8String& GetName() const noexcept = 0; ///< As it was given to LoggingManager::GetLogger.
 
     /// Whether anybody takes records of this level; costs one load and a comparison. Ask it before putting together a
     /// message that takes work.
@@ -62,6 +66,9 @@ public:
         return level >= m_level.load(std::memory_order_relaxed) && level < LogLevel::Off;
     }
 
+    /// @{
+
+    /// Writes a record if anybody takes records of its level.
     void Log(LogLevel level, LogText text) noexcept
     {
         if (IsEnabled(level))
@@ -74,10 +81,12 @@ public:
     void Warning(LogText text) noexcept { Log(LogLevel::Warning, text); }
     void Error(LogText text) noexcept { Log(LogLevel::Error, text); }
     void Critical(LogText text) noexcept { Log(LogLevel::Critical, text); }
+    /// @}
 
 protected:
     ILogger() = default;
     ~ILogger() = default;
+    /// For the engine: the least level that anybody takes.
     void SetLevel(LogLevel level) noexcept { m_level.store(level, std::memory_order_relaxed); }
 
 private:
@@ -92,6 +101,7 @@ enum class LoggingProviderType : int
     ConfigurationFile = 3, ///< The XML file that the option CONFIG_FILE names.
 };
 
+/// How the engine is started; Logger::Initialize does it for the programs of the family.
 class QUENLOR_EXPORT LoggingConfig final
 {
 public:
@@ -112,6 +122,7 @@ public:
     static QuenlorStatus ActivateProvider(LoggingProviderType provider) noexcept;
 };
 
+/// Hands out the loggers.
 class QUENLOR_EXPORT LoggingManager final
 {
 public:

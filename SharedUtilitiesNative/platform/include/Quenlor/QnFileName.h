@@ -34,11 +34,11 @@ public:
     /// Keeps only the chosen parts of `fullPath`.
     QnFileName(FileNameParts parts, const wchar_t* fullPath);
 
-    void SetName(const wchar_t* path);
+    void SetName(const wchar_t* path);  ///< Keeps the path exactly as it is.
     void SetNameUtf8(const char* path); ///< Malformed UTF-8 becomes U+FFFD.
 
-    const wchar_t* GetName() const noexcept { return m_path.c_str(); }
-    Utf8String GetNameUtf8() const;
+    const wchar_t* GetName() const noexcept { return m_path.c_str(); } ///< Valid until the path changes.
+    Utf8String GetNameUtf8() const;                                    ///< The path in UTF-8.
 
     /// Appends a component with one separator between: none is added when this path is empty or ends in one already,
     /// and a separator that `component` starts with is not doubled. A null or empty component changes nothing.
@@ -65,10 +65,10 @@ public:
     /// The last component without its extension: the text from its last dot on, unless that dot comes first.
     static WString GetFileNameWithoutExtension(const wchar_t* path);
 
-    /// One spelling for all spellings of a path: `\` as separator, doubled separators folded (a leading `\\` stays),
-    /// `.` and `..` resolved without asking the file system. Letter case and a trailing separator are kept, because
-    /// callers append file names to the result. A relative path that comes to nothing is `.`; a path with the
-    /// extended-length prefix (`\\?\`) is left as it is. `out` may be made from `path`.
+    /// One spelling for all spellings of a path. The separator is `\`; doubled ones are folded, but for the two that
+    /// start a path; components of one or two dots are resolved without asking the file system. Letter case and a
+    /// trailing separator are kept, because callers append file names to the result. A relative path that comes to
+    /// nothing is one dot; a path with the extended-length prefix is left as it is. `out` may be made from `path`.
     static QnFileNameStatus FixPathName(WString& out, const wchar_t* path);
 
     /// Whether a file or folder of that name exists.

@@ -20,10 +20,15 @@ class QUENLOR_EXPORT QnStringUtilities final
 public:
     QnStringUtilities() = delete;
 
-    static constexpr std::size_t UpToNul = static_cast<std::size_t>(-1);
+    static constexpr std::size_t UpToNul = static_cast<std::size_t>(-1); ///< A count: the text ends at its NUL.
 
+    /// @{
+
+    /// Replaces `out` by the converted text.
+    /// @return MalformedText when U+FFFD stands for something malformed
     static QuenlorStatus WCharToUtf8(Utf8String& out, const wchar_t* text, std::size_t count = UpToNul);
     static QuenlorStatus Utf8ToWChar(WString& out, const char* text, std::size_t count = UpToNul);
+    /// @}
 
     /// Converts into a caller's buffer of `bufferCount` units and ends it with a NUL. Text that does not fit is cut,
     /// never in the middle of a character.

@@ -21,15 +21,23 @@ class QUENLOR_EXPORT Utf8String final
 public:
     Utf8String() noexcept = default;
 
+    /// @{
+
+    /// Takes the bytes as they are; a null pointer gives the empty text.
     // Implicit on purpose: literals and standard strings are passed wherever a Utf8String is taken.
-    Utf8String(const char* text) : m_text{text ? text : ""} {} ///< A null pointer gives the empty text.
+    Utf8String(const char* text) : m_text{text ? text : ""} {}
     Utf8String(std::string text) noexcept : m_text{std::move(text)} {}
     Utf8String(std::string_view text) : m_text{text} {}
+    /// @}
 
+    /// @{
+
+    /// As that of std::string; the length is in bytes.
     const char* c_str() const noexcept { return m_text.c_str(); }
     const char* data() const noexcept { return m_text.data(); }
-    std::size_t length() const noexcept { return m_text.length(); } ///< In bytes.
+    std::size_t length() const noexcept { return m_text.length(); }
     bool empty() const noexcept { return m_text.empty(); }
+    /// @}
 
     /// A copy of the text up to its first NUL.
     std::string ToStdString() const { return m_text.c_str(); } // NOLINT: the cut is wanted
@@ -42,6 +50,9 @@ public:
     /// A format that cannot be rendered leaves the empty text.
     void VSprintf(const char* format, std::va_list args);
 
+    /// @{
+
+    /// Appends all of `right`, NULs included.
     Utf8String& operator+=(const Utf8String& right)
     {
         m_text += right.m_text;
@@ -53,6 +64,7 @@ public:
         left += right;
         return left;
     }
+    /// @}
 
     friend bool operator==(const Utf8String&, const Utf8String&) noexcept = default;
     friend std::strong_ordering operator<=>(const Utf8String&, const Utf8String&) noexcept = default;
