@@ -156,9 +156,7 @@ void ExamineFeatures(Findings& findings)
 /// A missing configuration is none of the findings: then warnings go to standard error.
 void ExamineLogConfiguration(Findings& findings)
 {
-    QnFileName executable;
-    Quenlor::QnGetModuleFileName(executable, nullptr);
-    const std::vector<std::string> faults = ExamineLog(executable).faults;
+    const std::vector<std::string> faults = ExamineLog(ThisProgram()).faults;
     if (!faults.empty())
         findings.push_back({"The log configuration is faulty (faults: " + std::to_string(faults.size()) +
                                 "). The first: " + faults.front(),

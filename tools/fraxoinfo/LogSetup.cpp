@@ -68,6 +68,13 @@ Variables VariablesFor(const Quenlor::WString& logger)
 }
 } // namespace
 
+QnFileName ThisProgram()
+{
+    QnFileName executable;
+    Quenlor::QnGetModuleFileName(executable, nullptr);
+    return executable;
+}
+
 LogSetup ExamineLog(const QnFileName& executable)
 {
     LogSetup setup{.choice = ChooseLogConfiguration(executable), .lines = {}, .faults = {}};

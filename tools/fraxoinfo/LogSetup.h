@@ -16,6 +16,9 @@ struct LogSetup
     std::vector<std::string> faults;
 };
 
+/// The executable of this process.
+Quenlor::QnFileName ThisProgram();
+
 /// Looks at the configuration as the program would, and validates all of it. No log file is opened.
 /// @param executable the full path of the program's executable
 LogSetup ExamineLog(const Quenlor::QnFileName& executable);

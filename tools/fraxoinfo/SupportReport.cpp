@@ -12,6 +12,7 @@
 #include "Doctor.h"
 #include "Features.h"
 #include "Json.h"
+#include "LogSetup.h"
 #include "UserSettingsConfig.h"
 #include "VersionConfig.h"
 #include "Words.h"
@@ -52,6 +53,15 @@ ordered_json FindingsJson()
     for (const Finding& finding : Examine())
         json.push_back({{"problem", finding.problem}, {"remedy", finding.remedy}});
     return json;
+}
+
+ordered_json LogJson()
+{
+    const LogSetup setup = ExamineLog(ThisProgram());
+    return {{"configuration", setup.choice.File().GetNameUtf8().ToStdString()},
+            {"exists", setup.exists},
+            {"setup", setup.lines},
+            {"faults", setup.faults}};
 }
 
 /// What must not leave the machine unasked, and what stands in its place.
@@ -153,6 +163,7 @@ std::string MakeSupportReport(bool withPersonalData)
     report["answers"] = ToJson(AskForEverything(false));
     report["features"] = FeaturesJson();
     report["applications"] = ApplicationsJson();
+    report["log"] = LogJson();
     report["findings"] = FindingsJson();
     if (!withPersonalData)
         LeaveOut(report, PersonalData());

@@ -4,8 +4,8 @@
 
 namespace FraxoInfo
 {
-/// Everything that a support case needs, as one JSON object: all answers, the feature switches, other products, what
-/// doctor finds.
+/// Everything that a support case needs, as one JSON object: all answers, the feature switches, other products, the
+/// log's configuration, what doctor finds.
 /// @param withPersonalData false leaves out the user's name, account and e-mail address and the project's id and name,
 ///        wherever they occur
 std::string MakeSupportReport(bool withPersonalData);

@@ -3,6 +3,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -91,8 +92,7 @@ int PrintApplications()
 
 int PrintLog(const std::string& program)
 {
-    Quenlor::QnFileName executable;
-    Quenlor::QnGetModuleFileName(executable, nullptr);
+    Quenlor::QnFileName executable = FraxoInfo::ThisProgram();
     std::error_code error;
     if (!program.empty() && !std::filesystem::is_regular_file(program, error))
     {
@@ -145,6 +145,51 @@ int PrintDifferences(const std::string& first, const std::string& second)
     }
 }
 
+struct Arguments
+{
+    std::string operation;
+    bool asJson = false;
+    bool provide = false;
+    std::string program;
+    std::string file;
+    std::string otherFile;
+    bool withPersonalData = false;
+};
+
+/// @param status what the program ends with; set by the command that was given
+void AddCommands(CLI::App& app, Arguments& arguments, int& status)
+{
+    const auto add = [&](const char* name, const char* description, std::function<int()> run)
+    {
+        CLI::App* const command = app.add_subcommand(name, description);
+        command->callback([&status, run = std::move(run)] { status = run(); });
+        return command;
+    };
+    add("why", "Show what led to an answer", [&] { return PrintExplanation(arguments.operation); })
+        ->add_option("operation", arguments.operation, "The operation, with or without its class")
+        ->required();
+    add("features", "List the feature switches and what decided each", PrintFeatures);
+    add("applications", "Show which other products were found, and why", PrintApplications);
+    add("log", "Show how a program's log is set up, and validate its configuration",
+        [&] { return PrintLog(arguments.program); })
+        ->add_option("executable", arguments.program, "The program's executable; fraxoinfo's own if not given");
+
+    CLI::App* const report = add("report", "Write a file to attach to a support case",
+                                 [&] { return WriteReport(arguments.file, arguments.withPersonalData); });
+    report->add_option("file", arguments.file, "The file to write")->required();
+    report->add_flag("--personal", arguments.withPersonalData,
+                     "Keep the user's and the project's names and the e-mail address");
+
+    CLI::App* const diff = add("diff", "Show what differs between two reports",
+                               [&] { return PrintDifferences(arguments.file, arguments.otherFile); });
+    diff->add_option("first", arguments.file, "A file of report or --json")->required();
+    diff->add_option("second", arguments.otherFile, "Another")->required();
+
+    add("doctor", "Examine the installation", PrintFindings);
+    add("names", "List the names of all operations", PrintNames);
+    app.require_subcommand(0, 1);
+}
+
 int Run(int argc, char** argv)
 {
     CLI::App app{"Prints what the shared utilities answer on this machine: every location and setting, or one."};
@@ -168,64 +213,28 @@ int Run(int argc, char** argv)
         "Exit status: 0 success, 1 an operation failed, something needs attention or differs, 2 wrong use.");
     const auto release = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber();
     app.set_version_flag("--version", std::string{"fraxoinfo, release "} + release.c_str());
-    std::string name;
-    bool asJson = false;
-    bool provide = false;
-    app.add_option("operation", name, "The operation to ask for, with or without its class");
-    app.add_flag("--json", asJson, "Print JSON");
-    app.add_flag("--provision", provide, "Make the user's missing files from the installed defaults");
-    std::string questioned;
-    auto* const why = app.add_subcommand("why", "Show what led to an answer");
-    why->add_option("operation", questioned, "The operation, with or without its class")->required();
-    const auto* const features = app.add_subcommand("features", "List the feature switches and what decided each");
-    const auto* const applications =
-        app.add_subcommand("applications", "Show which other products were found, and why");
-    std::string program;
-    auto* const log = app.add_subcommand("log", "Show how a program's log is set up, and validate its configuration");
-    log->add_option("executable", program, "The program's executable; fraxoinfo's own if not given");
-    std::string reportFile;
-    bool withPersonalData = false;
-    auto* const report = app.add_subcommand("report", "Write a file to attach to a support case");
-    report->add_option("file", reportFile, "The file to write")->required();
-    report->add_flag("--personal", withPersonalData, "Keep the user's and the project's names and the e-mail address");
-    std::string first, second;
-    auto* const diff = app.add_subcommand("diff", "Show what differs between two reports");
-    diff->add_option("first", first, "A file of report or --json")->required();
-    diff->add_option("second", second, "Another")->required();
-    const auto* const names = app.add_subcommand("names", "List the names of all operations");
-    const auto* const doctor = app.add_subcommand("doctor", "Examine the installation");
-    app.require_subcommand(0, 1);
+    Arguments arguments;
+    int status = Success;
+    app.add_option("operation", arguments.operation, "The operation to ask for, with or without its class");
+    app.add_flag("--json", arguments.asJson, "Print JSON");
+    app.add_flag("--provision", arguments.provide, "Make the user's missing files from the installed defaults");
+    AddCommands(app, arguments, status);
 
+    FraxoInfo::UseColours(FraxoInfo::CanShowColours());
     try
     {
-        app.parse(argc, argv);
+        app.parse(argc, argv); // runs the command, if there is one
     }
     catch (const CLI::ParseError& error)
     {
         return app.exit(error) == Success ? Success : WrongUse;
     }
-
-    FraxoInfo::UseColours(FraxoInfo::CanShowColours());
-    if (*why)
-        return PrintExplanation(questioned);
-    if (*names)
-        return PrintNames();
-    if (*report)
-        return WriteReport(reportFile, withPersonalData);
-    if (*diff)
-        return PrintDifferences(first, second);
-    if (*features)
-        return PrintFeatures();
-    if (*applications)
-        return PrintApplications();
-    if (*log)
-        return PrintLog(program);
-    if (*doctor)
-        return PrintFindings();
-    if (app.count("operation") != 0)
-        return PrintOne(name, asJson, provide);
-    const auto answers = FraxoInfo::AskForEverything(provide);
-    Print(asJson ? FraxoInfo::FormatJson(answers) : FraxoInfo::FormatTable(answers));
+    if (!app.get_subcommands().empty())
+        return status;
+    if (!arguments.operation.empty())
+        return PrintOne(arguments.operation, arguments.asJson, arguments.provide);
+    const auto answers = FraxoInfo::AskForEverything(arguments.provide);
+    Print(arguments.asJson ? FraxoInfo::FormatJson(answers) : FraxoInfo::FormatTable(answers));
     return Success;
 }
 } // namespace
