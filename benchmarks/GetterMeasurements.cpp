@@ -64,11 +64,8 @@ void UseInstallation()
     const std::filesystem::path folder = Workplace() / "installation";
     const bool isNew = std::filesystem::create_directories(folder / "registry");
     UseRegistry(folder / "registry");
-    for (const char* const variable : {"PROGRAMDATA", "LOCALAPPDATA"})
-    {
-        std::filesystem::create_directories(folder / variable);
-        ::setenv(variable, (folder / variable).c_str(), 1);
-    }
+    std::filesystem::create_directories(folder / "share"); // the machine's data are where they are by default
+    ::setenv("LOCALAPPDATA", (folder / "share").c_str(), 1);
     if (!isNew)
         return;
     std::ofstream{folder / "registry" / "HKEY_LOCAL_MACHINE.reg"} << MachineHive;

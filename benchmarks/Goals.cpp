@@ -21,6 +21,7 @@ struct Goal
     const char* against; ///< A subject's name, or one of the two below.
     Bound bound;
     double limit;
+    double known = limit; ///< What is reached where the limit is not; performance.md.in says why. To be kept at least.
 };
 
 constexpr const char* Peers = "the fastest peer";
@@ -31,8 +32,8 @@ constexpr Goal Goals[] = {
     {"load 2 KB", Floor, Bound::AtMost, 1.4},
     {"load 2 KB, CRLF", Peers, Bound::AtLeast, 2.5},
     {"load 2 KB, CRLF", Floor, Bound::AtMost, 1.4},
-    {"load 100 KB", Peers, Bound::AtLeast, 12},
-    {"load 100 KB, CRLF", Peers, Bound::AtLeast, 12},
+    {"load 100 KB", Peers, Bound::AtLeast, 12, 7},
+    {"load 100 KB, CRLF", Peers, Bound::AtLeast, 12, 7},
     {"load 10 MB", Peers, Bound::AtLeast, 9},
     {"load 10 MB, CRLF", Peers, Bound::AtLeast, 9},
     {"memory of 10 MB loaded", Floor, Bound::AtMost, 1.8},
@@ -41,9 +42,9 @@ constexpr Goal Goals[] = {
     {"LoadSection, middle of 10 MB", Floor, Bound::AtMost, 1.1},
     {"GetStringValue, 2 KB", Peers, Bound::AtLeast, 2},
     {"GetStringValue, 10 MB", Peers, Bound::AtLeast, 3},
-    {"IsDevFeatureEnabled", Floor, Bound::AtMost, 1.5},
+    {"IsDevFeatureEnabled", Floor, Bound::AtMost, 1.5, 1.8},
     {"read a setting", Floor, Bound::AtMost, 1.5},
-    {"read a setting", "SQLite", Bound::AtLeast, 2},
+    {"read a setting", "SQLite", Bound::AtLeast, 2, 1.4},
     {"write a setting of 100", Floor, Bound::AtMost, 1.5},
     {"write a setting of 10000", Floor, Bound::AtMost, 4},
     {"all getters", Floor, Bound::AtMost, 1000},
@@ -121,12 +122,13 @@ Outcome Judge(const Goal& goal, const Result& ours, const Result& other)
 {
     const bool isAtLeast = goal.bound == Bound::AtLeast;
     const double ratio = isAtLeast ? other.amount / ours.amount : ours.amount / other.amount;
-    const double excess = isAtLeast ? goal.limit / ratio : ratio / goal.limit;
+    const auto excess = [&](double limit) { return isAtLeast ? limit / ratio : ratio / limit; };
     return {.task = goal.task,
             .measured = Times(ratio) + (isAtLeast ? " as fast as " : " of ") + other.subject,
             .reach = (isAtLeast ? "at least " : "at most ") + Times(goal.limit),
-            .isReached = excess <= 1,
-            .isWithinNoise = excess <= 1 + Noise};
+            .isReached = excess(goal.limit) <= 1,
+            .isWithinNoise = excess(goal.known) <= 1 + Noise,
+            .isKnown = goal.known != goal.limit};
 }
 } // namespace
 
@@ -148,8 +150,7 @@ std::vector<Outcome> Compare(const Results& results)
         if (ours && other)
             outcomes.push_back(Judge(goal, *ours, *other));
         else
-            outcomes.push_back(
-                {.task = goal.task, .measured = "", .reach = "", .isReached = false, .isWithinNoise = false});
+            outcomes.push_back({.task = goal.task, .measured = "nothing", .reach = ""});
     }
     return outcomes;
 }

@@ -13,8 +13,10 @@ struct Outcome
     std::string task;
     std::string measured;
     std::string reach;
-    bool isReached;     ///< Exactly.
-    bool isWithinNoise; ///< By what two runs of the same program differ in.
+    bool isReached = false; ///< Exactly.
+    bool isWithinNoise =
+        false;            ///< Not worse than reached, or than is known, by what two runs of the same program differ in.
+    bool isKnown = false; ///< That it is out of reach.
 };
 
 /// Adds what follows from other results: sums, and how cost grows with size.

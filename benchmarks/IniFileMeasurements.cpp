@@ -41,16 +41,17 @@ void AddLoad(Measurements& measurements, const IniShape& shape, LineEnd lineEnd)
     measurements.push_back({task, "open, read, close", Role::Floor, begin});
 }
 
-/// A thousand questions in no order.
+/// A thousand questions as programs ask: for settings of one section, then for those of another.
 std::vector<Question> Questions(const IniFile& file, const IniShape& shape)
 {
     std::mt19937 dice{1};
+    const auto roll = [&](int sides) { return static_cast<int>(dice() % static_cast<unsigned>(sides)); };
     std::vector<Question> questions;
-    for (int i = 0; i < 1000; ++i)
+    for (int group = 0; group < 50; ++group)
     {
-        const auto section = static_cast<int>(dice() % static_cast<unsigned>(shape.sections));
-        const auto key = static_cast<int>(dice() % static_cast<unsigned>(shape.keys));
-        questions.push_back(file.Ask(IniShape::Section(section), IniShape::Key(key)));
+        const std::string section = IniShape::Section(roll(shape.sections));
+        for (int i = 0; i < 20; ++i)
+            questions.push_back(file.Ask(section, IniShape::Key(roll(shape.keys))));
     }
     return questions;
 }

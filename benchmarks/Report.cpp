@@ -99,9 +99,10 @@ std::string FormatOutcomes(const std::vector<Outcome>& outcomes)
     AppendHeader(text, {"what", "measured", "to reach", ""});
     for (const Outcome& outcome : outcomes)
     {
-        const char* const verdict = outcome.isReached       ? "reached"
-                                    : outcome.isWithinNoise ? "within noise"
-                                                            : "**missed**";
+        const char* const verdict = outcome.isReached        ? "reached"
+                                    : !outcome.isWithinNoise ? "**missed**"
+                                    : outcome.isKnown        ? "out of reach, see below"
+                                                             : "within noise";
         AppendRow(text, {outcome.task, outcome.measured, outcome.reach, verdict});
     }
     return text;

@@ -1,5 +1,7 @@
 #include "Results.h"
 
+#include <algorithm>
+
 namespace Benchmarks
 {
 namespace
@@ -16,6 +18,15 @@ const Result* FindLeast(const Results& results, Predicate predicate)
     return least;
 }
 } // namespace
+
+void KeepBest(Results& results, const Results& others)
+{
+    for (Result& result : results)
+    {
+        if (const Result* const other = Find(others, result.task, result.subject))
+            result.amount = std::min(result.amount, other->amount);
+    }
+}
 
 const Result* Find(const Results& results, const std::string& task, const std::string& subject)
 {

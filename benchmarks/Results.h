@@ -21,6 +21,9 @@ using Results = std::vector<Result>;
 /// Null when it was not measured.
 const Result* Find(const Results& results, const std::string& task, const std::string& subject);
 
+/// Puts the lesser amount of both into `results`.
+void KeepBest(Results& results, const Results& others);
+
 /// The least amount of that role.
 const Result* FindBest(const Results& results, const std::string& task, Role role);
 } // namespace Benchmarks

@@ -53,7 +53,7 @@ std::string WriteTask(int count)
     return "write a setting of " + std::to_string(count);
 }
 
-/// What a durable write of a file cannot do without.
+/// What a durable write of a file cannot do without: its name must be on disk as well.
 void ReplaceFile(const std::string& path, const std::string& content)
 {
     const std::string temporary = path + ".new";
@@ -64,6 +64,8 @@ void ReplaceFile(const std::string& path, const std::string& content)
         ::fsync(file.get());
     }
     ::rename(temporary.c_str(), path.c_str());
+    const Quenlor::Posix::FileDescriptor folder{::open(Workplace().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    ::fsync(folder.get());
 }
 
 void AddRead(Measurements& measurements)
@@ -112,7 +114,7 @@ void AddWrite(Measurements& measurements, int count)
             return [path = (Workplace() / "bare write").string(), content = std::string(length, 'x')]
             { ReplaceFile(path, content); };
         };
-        measurements.push_back({WriteTask(count), "write, sync, rename", Role::Floor, floor});
+        measurements.push_back({WriteTask(count), "write, sync, rename, sync", Role::Floor, floor});
     }
 }
 

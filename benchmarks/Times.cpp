@@ -54,6 +54,7 @@ void Use(std::size_t result)
 
 Results MeasureTimes(const Measurements& measurements)
 {
+    benchmark::ClearRegisteredBenchmarks();
     for (const Measurement& measurement : measurements)
     {
         const auto run = [&measurement](benchmark::State& state) { Run(measurement, state); };
