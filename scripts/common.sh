@@ -57,13 +57,13 @@ quietly() {
     fi
 }
 
-# build PRESET: configures it if needed, and builds it.
+# build PRESET [TARGET]: configures it if needed, and builds it, or one target of it.
 build() {
     say "Building ($1)"
     if [ ! -f "build/$1/build.ninja" ]; then
         quietly "build/$1.configure.log" cmake --preset "$1" || fail "configuring '$1' failed"
     fi
-    quietly "build/$1.build.log" cmake --build --preset "$1" || fail "building '$1' failed"
+    quietly "build/$1.build.log" cmake --build --preset "$1" ${2:+--target "$2"} || fail "building '$1' failed"
 }
 
 # What Windows programs are linked with and run in; both are made once.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -94,8 +93,8 @@ public:
 private:
     class SHAREDUTILITIES_NO_EXPORT Contents; // what one load has read
 
-    bool Load(const std::wstring& path, const std::string* section);
-    std::optional<std::string_view> Find(const std::string& section, const std::string& key) const;
+    bool Load(const wchar_t* path, const std::string* section);
+    const std::string_view* Find(const std::string& section, const std::string& key) const;
 
     std::shared_ptr<const Contents> m_values;                   // null when nothing has a value
     std::vector<std::shared_ptr<const Contents>> m_loadedFiles; // those with keys, oldest first: the order of the keys

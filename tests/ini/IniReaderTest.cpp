@@ -111,13 +111,14 @@ TEST_F(IniReaderTest, LoadsNoValuesWithoutAFileAndCallsOnlyAMissingOneAFailure)
     EXPECT_FALSE(m_reader.LoadSection(m_missingFile, "A"));
 }
 
-TEST_F(IniReaderTest, TakesNarrowPathsAsUtf8)
+TEST_F(IniReaderTest, TakesNarrowPathsAsUtf8InAnyLetterCase)
 {
     const std::u8string utf8 = m_folder.Write("[A]\nk=1\n", u8"Tr\u00E4ger \u6881.ini").u8string();
     const std::string file{utf8.begin(), utf8.end()};
     EXPECT_TRUE(m_reader.LoadFile(file));
     EXPECT_EQ(m_reader.GetIntegerValue("A", "k", 0), 1);
-    EXPECT_TRUE(m_reader.LoadSection(file, "none"));
+    EXPECT_TRUE(m_reader.LoadSection(file.substr(0, file.length() - 3) + "INI", "A")) << "in any letter case";
+    EXPECT_EQ(m_reader.GetIntegerValue("A", "k", 0), 1);
 }
 
 TEST_F(IniReaderTest, DoesNotCopyItsValues)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <Quenlor/QnStringUtilities.h>
@@ -175,22 +176,27 @@ QnFileName& QnFileName::AppendToPath(const wchar_t* component)
     std::wstring_view appended = View(component);
     if (appended.empty())
         return *this;
-    std::wstring path{m_path.c_str(), m_path.length()};
+    std::wstring path;
+    path.reserve(m_path.length() + 1 + appended.length());
+    path.append(m_path.c_str(), m_path.length());
     if (!path.empty())
     {
         appended.remove_prefix(std::min(appended.find_first_not_of(Separators), appended.length()));
         if (!IsSeparator(path.back()))
             path += L'\\';
     }
-    m_path = path.append(appended);
+    path += appended;
+    m_path = std::move(path);
     return *this;
 }
 
 void QnFileName::AppendSeparator()
 {
     std::wstring path{m_path.c_str(), m_path.length()};
-    if (!path.empty() && !IsSeparator(path.back()))
-        m_path = path += L'\\';
+    if (path.empty() || IsSeparator(path.back()))
+        return;
+    path += L'\\';
+    m_path = std::move(path);
 }
 
 bool QnFileName::IsAbsolutePath() const noexcept

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <initializer_list>
 #include <string>
+#include <sys/stat.h>
 #include <system_error>
 
 namespace
@@ -35,6 +36,12 @@ std::string UserData()
     const std::string home = FirstOf({"HOME"});
     return home.empty() ? home : home + "/.local/share";
 }
+
+bool IsFolder(const std::string& path)
+{
+    struct stat status;
+    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
 } // namespace
 
 HRESULT SHGetFolderPathA(HWND, int folder, HANDLE, DWORD, LPSTR path)
@@ -54,11 +61,14 @@ HRESULT SHGetFolderPathA(HWND, int folder, HANDLE, DWORD, LPSTR path)
     if (!found.starts_with('/') || found.find('\\') != std::string::npos || found.length() >= MAX_PATH)
         return E_FAIL;
 
-    std::error_code error;
-    if ((folder & CSIDL_FLAG_CREATE) && !std::filesystem::is_directory(found, error))
-        std::filesystem::create_directories(found, error);
-    if (!std::filesystem::is_directory(found, error))
-        return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+    if (!IsFolder(found))
+    {
+        std::error_code error;
+        if (folder & CSIDL_FLAG_CREATE)
+            std::filesystem::create_directories(found, error);
+        if (!IsFolder(found))
+            return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+    }
     std::memcpy(path, found.c_str(), found.length() + 1);
     return S_OK;
 }

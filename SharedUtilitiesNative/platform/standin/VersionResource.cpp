@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <elf.h>
-#include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -64,9 +63,7 @@ std::optional<VS_FIXEDFILEINFO> FindVersionNote(std::string_view notes)
 
 std::optional<VS_FIXEDFILEINFO> ReadVersion(const char* path)
 {
-    bool exists = false;
-    const FileDescriptor file{
-        ::open(Quenlor::Posix::NativePath(path ? path : "", exists).c_str(), O_RDONLY | O_CLOEXEC)};
+    const FileDescriptor file = Quenlor::Posix::OpenForReading(path ? path : "");
     Elf64_Ehdr header;
     if (!file || !ReadAt(file, &header, sizeof header, 0) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
         header.e_ident[EI_CLASS] != ELFCLASS64 || header.e_phentsize != sizeof(Elf64_Phdr))

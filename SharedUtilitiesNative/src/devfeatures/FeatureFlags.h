@@ -24,7 +24,8 @@ struct FeatureSwitch
     Source source = Source::None;
 };
 
-/// Asks the environment, then the INI file that `iniPath` names; that is asked for only when it is needed.
+/// Asks the environment, then the INI file that `iniPath` names or, if that is missing, the one that `provide` makes;
+/// each is asked for only when it is needed.
 /// @throws what DevFeaturesConfig::IsDevFeatureEnabled throws
-FeatureSwitch ReadFeatureSwitch(const std::string& flag, std::string (*iniPath)());
+FeatureSwitch ReadFeatureSwitch(const std::string& flag, std::string (*iniPath)(), std::string (*provide)() = nullptr);
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

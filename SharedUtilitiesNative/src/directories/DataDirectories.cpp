@@ -1,5 +1,6 @@
 #include "DirectoryConfig.h"
 
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 
@@ -8,6 +9,7 @@
 #include "CoreUtilities.h"
 #include "UserSettingsConfig.h" // upward: the default connected project decides where project configuration lies
 #include "core/Paths.h"
+#include "directories/OutputRoot.h"
 #include "registry/InstallationRecord.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -72,8 +74,8 @@ Utf8String ProductFolderBelow(int shellFolder, const char* failure)
 /// A folder of models: below "SampleDir" of the installation record, or below the root when running from output.
 Utf8String ModelsFolder(const wchar_t* name)
 {
-    QnFileName folder = DirectoryConfig::IsRunningFromOutput() ? PathOf(BelowRoot(R"(Samples\)"))
-                                                               : PathOf(InstallationRecord("SampleDir"));
+    const std::optional<Utf8String> output = OutputRoot();
+    QnFileName folder = PathOf(output ? *output + R"(Samples\)" : InstallationRecord("SampleDir"));
     return folder.AppendToPath(name).GetNameUtf8();
 }
 } // namespace
@@ -81,15 +83,15 @@ Utf8String ModelsFolder(const wchar_t* name)
 // Only the user's folder is created when it is missing: the machine's is the installer's business.
 Utf8String DirectoryConfig::GetProgramDataDirectory()
 {
-    if (IsRunningFromOutput())
-        return BelowRoot(R"(AppData\)");
+    if (const std::optional<Utf8String> output = OutputRoot())
+        return *output + R"(AppData\)";
     return ProductFolderBelow(CSIDL_COMMON_APPDATA, "Could not get ProgramData folder");
 }
 
 Utf8String DirectoryConfig::GetLocalAppDataDirectory()
 {
-    if (IsRunningFromOutput())
-        return BelowRoot(R"(LocalAppData\)");
+    if (const std::optional<Utf8String> output = OutputRoot())
+        return *output + R"(LocalAppData\)";
     return ProductFolderBelow(CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE, "Could not get LocalAppData folder");
 }
 

@@ -2,17 +2,13 @@
 
 #include "CoreUtilities.h"
 #include "core/Paths.h"
+#include "directories/OutputRoot.h"
 #include "registry/InstallationRecord.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 namespace
 {
-Utf8String OutputRoot()
-{
-    return GetEnvironmentVariableValue("FRAXO_PRO_ROOT_DIRECTORY");
-}
-
 QnFileName CurrentExecutable()
 {
     QnFileName executable;
@@ -25,18 +21,30 @@ bool IsExecutableBelow(const Utf8String& root)
 {
     return !root.empty() && FixedPathOf(CurrentExecutable()).ContainsI(FixedPathOf(PathOf(root)));
 }
+
+Utf8String AsFolder(const Utf8String& path)
+{
+    QnFileName folder = PathOf(path);
+    folder.AppendSeparator();
+    return folder.GetNameUtf8();
+}
 } // namespace
+
+std::optional<Utf8String> OutputRoot()
+{
+    const Utf8String root = GetEnvironmentVariableValue("FRAXO_PRO_ROOT_DIRECTORY");
+    return IsExecutableBelow(root) ? std::optional{AsFolder(root)} : std::nullopt;
+}
 
 bool DirectoryConfig::IsRunningFromOutput()
 {
-    return IsExecutableBelow(OutputRoot());
+    return OutputRoot().has_value();
 }
 
 Utf8String DirectoryConfig::GetFRAXOProRoot()
 {
-    QnFileName root = PathOf(IsRunningFromOutput() ? OutputRoot() : InstallationRecord("RootDir"));
-    root.AppendSeparator();
-    return root.GetNameUtf8();
+    const std::optional<Utf8String> output = OutputRoot();
+    return output ? *output : AsFolder(InstallationRecord("RootDir"));
 }
 
 QnFileName DirectoryConfig::GetCurrentExeDirectory()

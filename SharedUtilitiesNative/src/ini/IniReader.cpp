@@ -1,42 +1,56 @@
 #include "IniReader.h"
 
 #include <algorithm>
-#include <fstream>
-#include <optional>
 #include <stdexcept>
 #include <string_view>
-#include <unordered_map>
 
+#include <Quenlor/InputFile.h>
 #include <Quenlor/QnFileName.h>
 #include <Quenlor/QnStringUtilities.h>
 
 #include "core/NumberConversion.h"
 #include "ini/HeaderFinder.h"
 #include "ini/LineReader.h"
+#include "ini/NameTable.h"
 #include "ini/Section.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// The text of one load and where in it the lines of each section are. Lines are cut into keys and values when a
-/// section is first asked for.
+/// The text of one load and where in it the lines of each section are. Sections are united when one is first asked for,
+/// and only then are their lines cut into keys and values.
 class IniReader::Contents final
 {
 public:
     /// Reads all sections, or the first one of the name `wanted`.
-    void Read(std::istream& file, const std::string* wanted);
+    void Read(InputFile& file, const std::string* wanted);
 
-    bool IsEmpty() const noexcept { return m_sections.empty(); }
+    bool IsEmpty() const noexcept { return m_parts.empty(); }
     const Ini::Section* Find(std::string_view section) const;
     std::vector<std::string_view> SortedNames() const;
 
 private:
+    using Sections = Ini::NameTable<Ini::Section>;
+
+    /// What stands between two headers.
+    struct Part
+    {
+        std::string_view section;
+        std::string_view lines;
+    };
+
     void Add(std::string_view section, std::string_view lines);
+    Sections& United() const;
 
     Ini::LineReader m_text;
-    std::unordered_map<std::string_view, Ini::Section> m_sections;
+    std::vector<Part> m_parts;   // with keys, in the order of the file
+    mutable Sections m_sections; // not made until somebody asks: filling it took a quarter of loading
+
+    // The last answer of Find: programs ask for the settings of one section, then for those of another.
+    mutable std::string m_lastName;
+    mutable const Ini::Section* m_lastSection = nullptr;
 };
 
-void IniReader::Contents::Read(std::istream& file, const std::string* wanted)
+void IniReader::Contents::Read(InputFile& file, const std::string* wanted)
 {
     std::string_view section;
     bool isWanted = !wanted;
@@ -63,21 +77,34 @@ void IniReader::Contents::Add(std::string_view section, std::string_view lines)
 {
     std::string_view rest = lines;
     if (!Ini::TakeKeyValueLine(rest).empty()) // a section without any key does not exist
-        m_sections[section].Append(lines);
+        m_parts.push_back({section, lines});
+}
+
+IniReader::Contents::Sections& IniReader::Contents::United() const
+{
+    if (!m_sections.IsMade())
+    {
+        m_sections = Sections{m_parts.size()};
+        for (const Part& part : m_parts)
+            m_sections[part.section].Append(part.lines);
+    }
+    return m_sections;
 }
 
 const Ini::Section* IniReader::Contents::Find(std::string_view section) const
 {
-    const auto found = m_sections.find(section);
-    return found == m_sections.end() ? nullptr : &found->second;
+    if (!m_lastSection || m_lastName != section)
+    {
+        m_lastSection = United().Find(section);
+        m_lastName = section;
+    }
+    return m_lastSection;
 }
 
 std::vector<std::string_view> IniReader::Contents::SortedNames() const
 {
     std::vector<std::string_view> names;
-    names.reserve(m_sections.size());
-    for (const auto& section : m_sections)
-        names.push_back(section.first);
+    United().ForEachName([&](std::string_view name) { names.push_back(name); });
     std::ranges::sort(names);
     return names;
 }
@@ -86,11 +113,11 @@ namespace
 {
 constexpr const char* NoSuchKey = "invalid map<K, T> key";
 
-std::wstring Widen(const std::string& path)
+WString Widen(const std::string& path)
 {
     WString wide;
     QnStringUtilities::Utf8ToWChar(wide, path.c_str());
-    return wide.c_str();
+    return wide;
 }
 } // namespace
 
@@ -98,32 +125,30 @@ IniReader::~IniReader() = default;
 
 bool IniReader::LoadFile(const std::wstring& path)
 {
-    return Load(path, nullptr);
+    return Load(path.c_str(), nullptr);
 }
 
 bool IniReader::LoadFile(const std::string& path)
 {
-    return LoadFile(Widen(path));
+    return Load(Widen(path).c_str(), nullptr);
 }
 
 bool IniReader::LoadSection(const std::wstring& path, const std::string& section)
 {
-    return Load(path, &section);
+    return Load(path.c_str(), &section);
 }
 
 bool IniReader::LoadSection(const std::string& path, const std::string& section)
 {
-    return LoadSection(Widen(path), section);
+    return Load(Widen(path).c_str(), &section);
 }
 
-bool IniReader::Load(const std::wstring& path, const std::string* section)
+bool IniReader::Load(const wchar_t* path, const std::string* section)
 {
     m_values.reset();
-    QnFileName name;
-    name.SetName(path.c_str());
-    std::ifstream file{name.ToNativePath()};
-    if (!file.is_open())
-        return QnFileName::DoesPathExist(path.c_str());
+    InputFile file{path};
+    if (!file.IsOpen())
+        return QnFileName::DoesPathExist(path);
     const auto contents = std::make_shared<Contents>();
     contents->Read(file, section);
     if (contents->IsEmpty())
@@ -135,34 +160,34 @@ bool IniReader::Load(const std::wstring& path, const std::string* section)
     return true;
 }
 
-std::optional<std::string_view> IniReader::Find(const std::string& section, const std::string& key) const
+const std::string_view* IniReader::Find(const std::string& section, const std::string& key) const
 {
     const Ini::Section* const found = m_values ? m_values->Find(section) : nullptr;
-    return found ? found->Find(key) : std::nullopt;
+    return found ? found->Find(key) : nullptr;
 }
 
 std::string IniReader::GetStringValue(const std::string& section, const std::string& key,
                                       const std::string& whenMissing) const
 {
-    const auto value = Find(section, key);
+    const std::string_view* const value = Find(section, key);
     return value ? std::string{*value} : whenMissing;
 }
 
 int IniReader::GetIntegerValue(const std::string& section, const std::string& key, const int& whenMissing) const
 {
-    const auto value = Find(section, key);
+    const std::string_view* const value = Find(section, key);
     return value ? ToInt(std::string{*value}) : whenMissing;
 }
 
 bool IniReader::GetBoolValue(const std::string& section, const std::string& key, const bool& whenMissing) const
 {
-    const auto value = Find(section, key);
+    const std::string_view* const value = Find(section, key);
     return value ? ToInt(std::string{*value}) != 0 : whenMissing;
 }
 
 float IniReader::GetFloatValue(const std::string& section, const std::string& key, const float& whenMissing) const
 {
-    const auto value = Find(section, key);
+    const std::string_view* const value = Find(section, key);
     return value ? ToFloat(std::string{*value}) : whenMissing;
 }
 
@@ -197,7 +222,7 @@ int IniReader::GetKeyValuePairListBySection(const std::string& section, std::vec
             [&](std::string_view line)
             {
                 const std::string_view key = Ini::KeyOf(line);
-                const auto value = values->Find(key);
+                const std::string_view* const value = values->Find(key);
                 if (!value)
                     throw std::out_of_range(NoSuchKey);
                 pairs.push_back({std::string{key}, std::string{*value}});

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "ini/Line.h"
+#include "ini/NameTable.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native::Ini
 {
@@ -16,8 +16,13 @@ public:
     /// Adds whole lines without headers. Not to be called after Find.
     void Append(std::string_view lines) { m_parts.push_back(lines); }
 
-    /// The last value of a key.
-    std::optional<std::string_view> Find(std::string_view key) const;
+    /// The last value of a key; null when there is none.
+    const std::string_view* Find(std::string_view key) const
+    {
+        if (!m_values.IsMade())
+            BuildIndex();
+        return m_values.Find(key);
+    }
 
     /// Calls `visit(line)` for each key/value line, in their order.
     template<class Visitor>
@@ -33,12 +38,9 @@ public:
 private:
     void BuildIndex() const;
     std::size_t CountLines() const noexcept;
-    std::string_view& Slot(std::string_view key) const noexcept;
 
     std::vector<std::string_view> m_parts;
-
-    // A hash table with open addressing: the last line of each key, empty views between. Built by the first query,
-    // because most sections of a file are never asked for.
-    mutable std::vector<std::string_view> m_slots;
+    mutable NameTable<std::string_view>
+        m_values; // made by the first query: most sections of a file are never asked for
 };
 } // namespace Quenlor::Fraxo::SharedUtilities::Native::Ini

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
+#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
@@ -49,11 +50,23 @@ std::optional<std::string> FindIgnoringCase(const std::string& folder, std::stri
     return found;
 }
 
-/// The path with every component in the spelling it has on disk, as far as it exists.
+/// How much of a path is there in its own spelling, up to a separator; the whole of it is not.
+std::size_t ExistingLength(const std::string& path)
+{
+    std::size_t end = path.find_last_not_of('/');
+    do
+        end = path.rfind('/', end);
+    while (end != path.npos && end != 0 && !Exists(path.substr(0, end--)));
+    return end == path.npos ? 0 : end;
+}
+
+/// The path with every component in the spelling it has on disk, as far as it exists. Starts at the nearest folder that
+/// is there, mostly the one that the file should be in.
 std::string LookUp(const std::string& path, bool& exists)
 {
-    std::string found;
-    for (std::size_t start = 0; start < path.length();)
+    std::size_t start = ExistingLength(path);
+    std::string found = path.substr(0, start);
+    while (start < path.length())
     {
         if (path[start] == '/')
         {
@@ -73,15 +86,24 @@ std::string LookUp(const std::string& path, bool& exists)
     exists = Exists(found);
     return found;
 }
+
+/// With the separators of this system; empty for what names no place here.
+std::string WithSlashes(std::string_view path)
+{
+    if (HasDevice(path))
+        return {};
+    std::string native{path};
+    std::replace(native.begin(), native.end(), '\\', '/');
+    return native;
+}
 } // namespace
 
 std::string NativePath(std::string_view path, bool& exists)
 {
     exists = false;
-    if (path.empty() || HasDevice(path))
-        return {};
-    std::string native{path};
-    std::replace(native.begin(), native.end(), '\\', '/');
+    std::string native = WithSlashes(path);
+    if (native.empty())
+        return native;
     if (Exists(native))
     {
         exists = true;
@@ -89,5 +111,17 @@ std::string NativePath(std::string_view path, bool& exists)
     }
     // Only a name that is not there can be there in another letter case.
     return errno == ENOENT ? LookUp(native, exists) : native;
+}
+
+FileDescriptor OpenForReading(std::string_view path)
+{
+    const auto open = [](const std::string& native)
+    { return FileDescriptor{::open(native.c_str(), O_RDONLY | O_CLOEXEC)}; };
+    const std::string native = WithSlashes(path);
+    FileDescriptor file = open(native);
+    if (file || native.empty() || errno != ENOENT)
+        return file;
+    bool exists = false;
+    return open(LookUp(native, exists));
 }
 } // namespace Quenlor::Posix

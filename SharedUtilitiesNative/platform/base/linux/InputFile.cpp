@@ -1,0 +1,39 @@
+#include <Quenlor/InputFile.h>
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <Quenlor/QnStringUtilities.h>
+
+#include "linux/NativePath.h"
+
+namespace Quenlor
+{
+InputFile::InputFile(const wchar_t* path)
+{
+    Utf8String utf8;
+    QnStringUtilities::WCharToUtf8(utf8, path);
+    m_descriptor = Posix::OpenForReading({utf8.data(), utf8.length()}).Release();
+}
+
+InputFile::~InputFile()
+{
+    if (IsOpen())
+        ::close(m_descriptor);
+}
+
+std::size_t InputFile::Length() const noexcept
+{
+    struct stat status;
+    return ::fstat(m_descriptor, &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
+}
+
+std::size_t InputFile::Read(char* buffer, std::size_t size) noexcept
+{
+    ssize_t count = ::read(m_descriptor, buffer, size);
+    while (count < 0 && errno == EINTR)
+        count = ::read(m_descriptor, buffer, size);
+    return count < 0 ? 0 : static_cast<std::size_t>(count);
+}
+} // namespace Quenlor

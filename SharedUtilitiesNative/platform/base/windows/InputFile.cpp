@@ -1,0 +1,36 @@
+#include <Quenlor/InputFile.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <fcntl.h>
+#include <io.h>
+
+#include <Quenlor/QnFileName.h>
+
+namespace Quenlor
+{
+InputFile::InputFile(const wchar_t* path)
+{
+    QnFileName name;
+    name.SetName(path);
+    m_descriptor = ::_wopen(name.ToNativePath().c_str(), _O_RDONLY | _O_TEXT | _O_NOINHERIT | _O_SEQUENTIAL);
+}
+
+InputFile::~InputFile()
+{
+    if (IsOpen())
+        ::_close(m_descriptor);
+}
+
+std::size_t InputFile::Length() const noexcept
+{
+    return static_cast<std::size_t>(std::max<std::int64_t>(::_filelengthi64(m_descriptor), 0));
+}
+
+std::size_t InputFile::Read(char* buffer, std::size_t size) noexcept
+{
+    const int count = ::_read(m_descriptor, buffer, static_cast<unsigned>(std::min<std::size_t>(size, INT_MAX)));
+    return count < 0 ? 0 : static_cast<std::size_t>(count);
+}
+} // namespace Quenlor

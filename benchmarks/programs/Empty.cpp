@@ -1,0 +1,2 @@
+// Built twice: with the C++ library alone, and with ours as well.
+int main() {}
