@@ -9,19 +9,13 @@
 #include <tuple>
 #include <unistd.h>
 
+#include "linux/Repeated.h"
+
 namespace Quenlor::StandIn::Registry
 {
 namespace
 {
-/// Makes the call again as long as a signal interrupts it.
-template<typename Call>
-auto Repeated(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
+using Posix::Repeated;
 
 /// Throws when the call fails.
 template<typename Call>
