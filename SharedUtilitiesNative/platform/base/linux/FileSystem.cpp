@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -19,6 +20,9 @@ namespace Quenlor
 namespace
 {
 using Posix::Repeated;
+using namespace std::chrono_literals;
+
+constexpr char TemporaryPrefix[] = ".quenlor-copy-";
 
 std::string Native(const wchar_t* path, bool& exists)
 {
@@ -28,8 +32,23 @@ std::string Native(const wchar_t* path, bool& exists)
     return Posix::NativePath({utf8.data(), utf8.length()}, exists);
 }
 
+/// Removes what processes left in a folder that were killed while they copied. Who is still copying has a young file.
+void RemoveAbandonedCopies(const std::string& folder)
+{
+    const std::filesystem::file_time_type anHourAgo = std::filesystem::file_time_type::clock::now() - 1h;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry{folder, error}, end; !error && entry != end; entry.increment(error))
+    {
+        std::error_code gone; // another process may be at it as well
+        if (entry->path().filename().string().starts_with(TemporaryPrefix) &&
+            entry->last_write_time(gone) < anHourAgo && !gone)
+            ::unlink(entry->path().c_str());
+    }
+}
+
 /// A file in its destination's folder that nobody else can open. At the end of its scope it is gone unless it took the
-/// destination's place; without a name it is gone as well when the process is killed.
+/// destination's place. Without a name it is gone as well when the process is killed; with one, the first copy into the
+/// folder an hour later removes it.
 class TemporaryFile final
 {
 public:
@@ -46,10 +65,11 @@ public:
                 Repeated([&] { return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR); })};
         if (m_file)
             return;
+        RemoveAbandonedCopies(folder);
         m_file = Posix::FileDescriptor{Repeated(
             [&]
             {
-                m_name = folder + "/.copy-XXXXXX"; // a call that fails has used it up
+                m_name = folder + '/' + TemporaryPrefix + "XXXXXX"; // a call that fails has used it up
                 return ::mkostemp(m_name.data(), O_CLOEXEC);
             })};
     }
