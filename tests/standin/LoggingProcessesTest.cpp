@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/logging/LoggingTest.h"
-#include "standin/Processes.h"
+#include "reliability/Processes.h"
 
 // Several processes that log to one file.
 

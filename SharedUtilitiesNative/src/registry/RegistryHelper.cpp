@@ -52,7 +52,10 @@ int ConvertStringValueToInt(HKEY root, const Utf8String& subKey, const Utf8Strin
     const Utf8String text = RegistryHelper::GetStringValue(root, subKey, name, {});
     const int number = LeadingNumber(text);
     if (number == 0 && text != "0")
-        return whenMissing;
+    {
+        const std::optional<StoredNumber> now = ReadNumber(root, subKey, name);
+        return now && now->type == REG_DWORD ? now->number : whenMissing; // somebody else has just converted it
+    }
     return RegistryHelper::SetIntValue(root, subKey, name, number) ? number : whenMissing;
 }
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -12,11 +13,17 @@
 
 #include "linux/FileDescriptor.h"
 #include "linux/NativePath.h"
+#include "linux/Repeated.h"
 
 namespace Quenlor
 {
 namespace
 {
+using Posix::Repeated;
+using namespace std::chrono_literals;
+
+constexpr char TemporaryPrefix[] = ".quenlor-copy-";
+
 std::string Native(const wchar_t* path, bool& exists)
 {
     QnFileName name;
@@ -25,8 +32,23 @@ std::string Native(const wchar_t* path, bool& exists)
     return Posix::NativePath({utf8.data(), utf8.length()}, exists);
 }
 
+/// Removes what processes left in a folder that were killed while they copied. Who is still copying has a young file.
+void RemoveAbandonedCopies(const std::string& folder)
+{
+    const std::filesystem::file_time_type anHourAgo = std::filesystem::file_time_type::clock::now() - 1h;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry{folder, error}, end; !error && entry != end; entry.increment(error))
+    {
+        std::error_code gone; // another process may be at it as well
+        if (entry->path().filename().string().starts_with(TemporaryPrefix) &&
+            entry->last_write_time(gone) < anHourAgo && !gone)
+            ::unlink(entry->path().c_str());
+    }
+}
+
 /// A file in its destination's folder that nobody else can open. At the end of its scope it is gone unless it took the
-/// destination's place; without a name it is gone as well when the process is killed.
+/// destination's place. Without a name it is gone as well when the process is killed; with one, the first copy into the
+/// folder an hour later removes it.
 class TemporaryFile final
 {
 public:
@@ -39,11 +61,17 @@ public:
     TemporaryFile(const std::string& folder, Name name)
     {
         if (name == Name::None)
-            m_file = Posix::FileDescriptor{::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR)};
+            m_file = Posix::FileDescriptor{
+                Repeated([&] { return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR); })};
         if (m_file)
             return;
-        m_name = folder + "/.copy-XXXXXX";
-        m_file = Posix::FileDescriptor{::mkostemp(m_name.data(), O_CLOEXEC)};
+        RemoveAbandonedCopies(folder);
+        m_file = Posix::FileDescriptor{Repeated(
+            [&]
+            {
+                m_name = folder + '/' + TemporaryPrefix + "XXXXXX"; // a call that fails has used it up
+                return ::mkostemp(m_name.data(), O_CLOEXEC);
+            })};
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -90,9 +118,7 @@ bool WriteAll(int file, const char* data, std::size_t length) noexcept
 {
     while (length != 0)
     {
-        const ssize_t written = ::write(file, data, length);
-        if (written < 0 && errno == EINTR)
-            continue;
+        const ssize_t written = Repeated([&] { return ::write(file, data, length); });
         if (written < 0)
             return false;
         data += written;
@@ -106,11 +132,9 @@ bool CopyContents(int source, int destination) noexcept
     std::array<char, 65536> buffer;
     for (;;)
     {
-        const ssize_t length = ::read(source, buffer.data(), buffer.size());
-        if (length == 0)
-            return ::fsync(destination) == 0; // on disk before the name is: a crash must not leave an empty file
-        if (length < 0 && errno == EINTR)
-            continue;
+        const ssize_t length = Repeated([&] { return ::read(source, buffer.data(), buffer.size()); });
+        if (length == 0) // on disk before the name is: a crash must not leave an empty file
+            return Repeated([&] { return ::fsync(destination); }) == 0;
         if (length < 0 || !WriteAll(destination, buffer.data(), static_cast<std::size_t>(length)))
             return false;
     }
@@ -156,7 +180,7 @@ QnFileNameStatus QnFileName::QnCopyFile(const wchar_t* source, const wchar_t* de
         return QnFileNameStatus::Success;
 
     const std::string folder = std::filesystem::path{to}.parent_path().string();
-    const Posix::FileDescriptor input{::open(from.c_str(), O_RDONLY | O_CLOEXEC)};
+    const Posix::FileDescriptor input{Repeated([&] { return ::open(from.c_str(), O_RDONLY | O_CLOEXEC); })};
     const TemporaryFile output{folder.empty() ? "." : folder,
                                overwrite ? TemporaryFile::Name::Random : TemporaryFile::Name::None};
     if (!input || !output || !CopyContents(input.get(), output.get()))

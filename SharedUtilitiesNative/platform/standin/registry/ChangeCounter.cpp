@@ -7,6 +7,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "linux/Repeated.h"
 #include "registry/HiveFile.h"
 
 namespace Quenlor::StandIn::Registry
@@ -18,11 +19,30 @@ static_assert(Number::is_always_lock_free, "read through a mapping that cannot b
 
 constexpr std::uint64_t NotThere = 1;
 
+/// Reads or writes the whole number, or what there is of it. @return how many bytes; negative when a call fails
+template<typename Transfer, typename Byte>
+ssize_t TransferAll(Transfer transfer, const Posix::FileDescriptor& file, Byte* bytes) noexcept
+{
+    std::size_t done = 0;
+    while (done < sizeof(std::uint64_t))
+    {
+        const auto rest = [&]
+        { return transfer(file.get(), bytes + done, sizeof(std::uint64_t) - done, static_cast<off_t>(done)); };
+        const ssize_t count = Posix::Repeated(rest);
+        if (count < 0)
+            return count;
+        if (count == 0)
+            break;
+        done += static_cast<std::size_t>(count);
+    }
+    return static_cast<ssize_t>(done);
+}
+
 // Written by a call, not through a mapping: a full disk gives an error then, and no signal. A reader that sees half of
 // the number sees it before the change is done, when the state before is still the right answer.
 bool Store(const Posix::FileDescriptor& file, std::uint64_t number) noexcept
 {
-    return ::pwrite(file.get(), &number, sizeof number, 0) == static_cast<ssize_t>(sizeof number);
+    return TransferAll(::pwrite, file, reinterpret_cast<const char*>(&number)) >= 0;
 }
 } // namespace
 
@@ -58,11 +78,15 @@ std::uint64_t ChangeCounter::Read() const noexcept
 }
 
 ChangeAnnouncement::ChangeAnnouncement(const std::string& path, mode_t mode)
-    : m_file{::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode)}
+    : m_file{Posix::Repeated(
+          [&] { return ::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode); })}
 {
     if (!m_file)
         ThrowSystemError();
-    if (::pread(m_file.get(), &m_number, sizeof m_number, 0) != static_cast<ssize_t>(sizeof m_number))
+    const ssize_t length = TransferAll(::pread, m_file, reinterpret_cast<char*>(&m_number));
+    if (length < 0) // to start again at 0 could lead to a number that a reader has seen before
+        ThrowSystemError();
+    if (length < static_cast<ssize_t>(sizeof m_number))
     {
         m_number = 0;
         if (::fchmod(m_file.get(), mode) != 0) // new: whatever the umask says

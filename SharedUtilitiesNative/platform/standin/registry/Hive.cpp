@@ -73,25 +73,29 @@ const Key* Hive::Find(std::string_view path)
     return m_lastKey;
 }
 
-bool Hive::IsWritable() const
+LSTATUS Hive::CheckWritable() const
 try
 {
-    return !m_path.empty() && CanReplace(FollowLinks(m_path));
+    if (m_path.empty())
+        return ERROR_ACCESS_DENIED;
+    CheckReplaceable(FollowLinks(m_path));
+    return ERROR_SUCCESS;
 }
-catch (const std::system_error&)
+catch (const std::system_error& error)
 {
-    return false;
+    return StatusOf(error);
 }
 
 LSTATUS Hive::Change(const std::function<LSTATUS(Key&)>& edit)
 try
 {
-    if (!IsWritable())
-        return ERROR_ACCESS_DENIED;
+    LSTATUS status = CheckWritable();
+    if (status != ERROR_SUCCESS)
+        return status;
     m_file = FollowLinks(m_path);
     MakeFolder(FolderOf(m_file), IsPrivate() ? 0700 : 0755);
     const FileLock lock{m_file + LockSuffix};
-    LSTATUS status = Refresh();
+    status = Refresh();
     if (status != ERROR_SUCCESS)
         return status;
     status = edit(m_root);

@@ -44,7 +44,7 @@ public:
     std::uint64_t Generation() const noexcept { return m_generation; }
     const std::vector<RegistryFileProblem>& Problems() const noexcept { return m_problems; }
 
-    bool IsWritable() const; ///< Whether this process has the right to change it.
+    LSTATUS CheckWritable() const; ///< 0 if this process has the right to change it.
 
     /// Changes the newest state of the hive: either all that `edit` does is on disk when this returns 0, or nothing is
     /// changed. Nothing is written if `edit` returns another code than 0; that code is returned then. Only if the disk

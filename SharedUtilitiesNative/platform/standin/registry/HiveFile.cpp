@@ -9,19 +9,13 @@
 #include <tuple>
 #include <unistd.h>
 
+#include "linux/Repeated.h"
+
 namespace Quenlor::StandIn::Registry
 {
 namespace
 {
-/// Makes the call again as long as a signal interrupts it.
-template<typename Call>
-auto Repeated(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
+using Posix::Repeated;
 
 /// Throws when the call fails.
 template<typename Call>
@@ -166,20 +160,19 @@ void AppendToFile(const std::string& path, std::string_view text, mode_t mode)
     Sync(Open(FolderOf(path), O_RDONLY | O_DIRECTORY));
 }
 
-bool CanReplace(const std::string& path)
+void CheckReplaceable(const std::string& path)
 {
     const auto canWrite = [](const std::string& name)
     { return ::faccessat(AT_FDCWD, name.c_str(), W_OK, AT_EACCESS) == 0; };
     if (!canWrite(path) && !MeansMissing(errno))
-        return false;
+        ThrowSystemError();
     std::string folder = FolderOf(path);
     while (!canWrite(folder))
     {
         if (errno != ENOENT || folder == "/")
-            return false;
+            ThrowSystemError();
         folder = FolderOf(folder);
     }
-    return true;
 }
 
 FileLock::FileLock(const std::string& path) : m_file{Open(path, O_RDWR | O_CREAT | O_NOFOLLOW, S_IRUSR | S_IWUSR)}

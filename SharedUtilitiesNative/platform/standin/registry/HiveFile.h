@@ -45,9 +45,9 @@ std::string FolderOf(const std::string& path);
 /// Appends to a file and returns when the text is on disk.
 void AppendToFile(const std::string& path, std::string_view text, mode_t mode);
 
-/// Whether this process may replace the file: it may write its folder (the nearest one that exists) and the file
-/// itself. A file without write permission counts as protected although it could be replaced.
-bool CanReplace(const std::string& path);
+/// Throws if this process may not replace the file: it must be allowed to write its folder (the nearest one that
+/// exists) and the file itself. A file without write permission counts as protected although it could be replaced.
+void CheckReplaceable(const std::string& path);
 
 /// Holds a lock against all other processes; waits until it is free.
 class FileLock final

@@ -159,8 +159,9 @@ KeyPlace& PlaceToWrite(OpenKey& key)
 
 LSTATUS AddHandle(RegistryState& state, OpenKey& key, REGSAM access, PHKEY result)
 {
-    if ((access & RightsToWrite) != 0 && !PlaceToWrite(key).InHive().IsWritable())
-        return ERROR_ACCESS_DENIED;
+    const LSTATUS status = (access & RightsToWrite) != 0 ? PlaceToWrite(key).InHive().CheckWritable() : ERROR_SUCCESS;
+    if (status != ERROR_SUCCESS)
+        return status;
     key.access = access;
     *result = state.Handles().Add(std::move(key));
     return ERROR_SUCCESS;

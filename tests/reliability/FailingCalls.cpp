@@ -1,0 +1,181 @@
+#include "reliability/FailingCalls.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <iterator>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <type_traits>
+#include <unistd.h>
+
+namespace
+{
+constexpr std::string_view Transfers[] = {"read", "write", "pread", "pwrite"};
+constexpr std::string_view Waits[] = {"open", "mkostemp", "fsync", "flock", "close"};
+
+FailingCalls::Plan g_plan;
+const char* g_calls[4096]; // no container: this may run before anything is constructed
+std::size_t g_count = 0;
+bool g_isInUse = false;
+
+bool Has(const auto& names, std::string_view name)
+{
+    return std::ranges::find(names, name) != std::end(names);
+}
+
+/// Counts a call. @return what happens to it; 0 for nothing
+int FaultOf(const char* name)
+{
+    if (!g_isInUse)
+        return 0;
+    g_calls[g_count++ % std::size(g_calls)] = name;
+    const bool isTurn = g_count == g_plan.first || (g_plan.isLasting && g_count > g_plan.first && g_plan.first != 0);
+    if (!isTurn || !FailingCalls::CanHappen(g_plan.fault, name))
+        return 0;
+    if (g_plan.fault == FailingCalls::Killed)
+        ::raise(SIGKILL);
+    return g_plan.fault;
+}
+
+/// The function that this library stands before.
+template<auto Function>
+auto Next(const char* name)
+{
+    static const auto next = reinterpret_cast<decltype(Function)>(::dlsym(RTLD_NEXT, name));
+    return next;
+}
+
+template<typename Result>
+Result Fail(int error)
+{
+    errno = error;
+    if constexpr (std::is_same_v<Result, void*>)
+        return MAP_FAILED;
+    else if constexpr (std::is_pointer_v<Result>)
+        return nullptr;
+    else
+        return -1;
+}
+
+template<auto Function, typename... Arguments>
+auto Attempt(const char* name, Arguments... arguments)
+{
+    using Result = decltype(Function(arguments...));
+    const int fault = FaultOf(name);
+    return fault ? Fail<Result>(fault) : Next<Function>(name)(arguments...);
+}
+
+template<auto Function, typename Data, typename... Position>
+ssize_t AttemptTransfer(const char* name, int file, Data data, std::size_t length, Position... position)
+{
+    const int fault = FaultOf(name);
+    if (fault > 0)
+        return Fail<ssize_t>(fault);
+    return Next<Function>(name)(file, data, fault == FailingCalls::HalfTransfer ? (length + 1) / 2 : length,
+                                position...);
+}
+mode_t ModeOf(int flags, std::va_list rest)
+{
+    const bool hasMode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+    return hasMode ? va_arg(rest, mode_t) : 0;
+}
+} // namespace
+
+void FailingCalls::Begin(const Plan& plan)
+{
+    g_plan = plan;
+    g_count = 0;
+    g_isInUse = true;
+}
+
+std::vector<std::string> FailingCalls::End()
+{
+    g_plan = {};
+    if (g_count > std::size(g_calls))
+        std::abort();
+    return {g_calls, g_calls + g_count};
+}
+
+bool FailingCalls::CanHappen(int fault, const std::string& call)
+{
+    if (fault == EINTR)
+        return Has(Waits, call) || Has(Transfers, call);
+    return fault != HalfTransfer || Has(Transfers, call);
+}
+
+// One line each, as the compiler wants them declared.
+// clang-format off
+extern "C"
+{
+ssize_t read(int file, void* data, std::size_t length) { return AttemptTransfer<&read>("read", file, data, length); }
+ssize_t write(int file, const void* data, std::size_t length) { return AttemptTransfer<&write>("write", file, data, length); }
+ssize_t pread(int file, void* data, std::size_t length, off_t at) { return AttemptTransfer<&pread>("pread", file, data, length, at); }
+ssize_t pwrite(int file, const void* data, std::size_t length, off_t at) { return AttemptTransfer<&pwrite>("pwrite", file, data, length, at); }
+
+int chmod(const char* path, mode_t mode) noexcept { return Attempt<&chmod>("chmod", path, mode); }
+int faccessat(int folder, const char* path, int mode, int flags) noexcept { return Attempt<&faccessat>("faccessat", folder, path, mode, flags); }
+int fchmod(int file, mode_t mode) noexcept { return Attempt<&fchmod>("fchmod", file, mode); }
+int fchown(int file, uid_t user, gid_t group) noexcept { return Attempt<&fchown>("fchown", file, user, group); }
+int flock(int file, int operation) noexcept { return Attempt<&flock>("flock", file, operation); }
+int fstat(int file, struct stat* status) noexcept { return Attempt<&fstat>("fstat", file, status); }
+int futimens(int file, const struct timespec* times) noexcept { return Attempt<&futimens>("futimens", file, times); }
+int link(const char* from, const char* to) noexcept { return Attempt<&link>("link", from, to); }
+int linkat(int first, const char* from, int second, const char* to, int flags) noexcept { return Attempt<&linkat>("linkat", first, from, second, to, flags); }
+int lstat(const char* path, struct stat* status) noexcept { return Attempt<&lstat>("lstat", path, status); }
+int mkdir(const char* path, mode_t mode) noexcept { return Attempt<&mkdir>("mkdir", path, mode); }
+int mkostemp(char* path, int flags) { return Attempt<&mkostemp>("mkostemp", path, flags); }
+void* mmap(void* at, std::size_t length, int protection, int flags, int file, off_t from) noexcept { return Attempt<&mmap>("mmap", at, length, protection, flags, file, from); }
+DIR* opendir(const char* path) { return Attempt<&opendir>("opendir", path); }
+struct dirent* readdir(DIR* folder) { return Attempt<&readdir>("readdir", folder); }
+ssize_t readlink(const char* path, char* target, std::size_t length) noexcept { return Attempt<&readlink>("readlink", path, target, length); }
+int rename(const char* from, const char* to) noexcept { return Attempt<&rename>("rename", from, to); }
+int renameat2(int first, const char* from, int second, const char* to, unsigned flags) noexcept { return Attempt<&renameat2>("renameat2", first, from, second, to, flags); }
+int stat(const char* path, struct stat* status) noexcept { return Attempt<&stat>("stat", path, status); }
+int unlink(const char* path) noexcept { return Attempt<&unlink>("unlink", path); }
+}
+// clang-format on
+
+extern "C" int fsync(int file)
+{
+    const int fault = FaultOf("fsync");
+    if (fault)
+        return Fail<int>(fault);
+    return g_isInUse ? 0 : Next<&fsync>("fsync")(file);
+}
+
+extern "C" int close(int file)
+{
+    const int result = Next<&close>("close")(file); // whatever it answers, the descriptor is gone
+    const int fault = FaultOf("close");
+    return fault ? Fail<int>(fault) : result;
+}
+
+extern "C" int openat(int folder, const char* path, int flags, ...)
+{
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = ModeOf(flags, rest);
+    va_end(rest);
+    const int fault = FaultOf("open");
+    if (!fault && !g_plan.hasUnnamedFiles && (flags & O_TMPFILE) == O_TMPFILE)
+        return Fail<int>(EOPNOTSUPP);
+    return fault ? Fail<int>(fault) : Next<&openat>("openat")(folder, path, flags, mode);
+}
+
+extern "C" int open(const char* path, int flags, ...)
+{
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = ModeOf(flags, rest);
+    va_end(rest);
+    return openat(AT_FDCWD, path, flags, mode);
+}

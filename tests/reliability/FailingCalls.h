@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// A library that stands before the C library: the calls of this process to the file system are counted, and can be made
+// to fail. It must come first among the shared libraries of the program.
+
+namespace FailingCalls
+{
+// What happens to a call, if not an error of errno.h.
+inline constexpr int HalfTransfer = -1; ///< Reads and writes do half of what they are asked for.
+inline constexpr int Killed = -2;       ///< The process ends as with SIGKILL instead.
+
+struct Plan
+{
+    std::size_t first = 0;  ///< The first call that it happens to, counted from 1; 0 for none.
+    bool isLasting = false; ///< It happens to all later ones as well.
+    int fault = 0;
+    bool hasUnnamedFiles = true; ///< Whether the file system knows O_TMPFILE.
+};
+
+/// From now on nothing waits for the disk, which makes an attack of a thousand steps a matter of seconds.
+void Begin(const Plan& plan);
+
+/// @return the calls since Begin, in order
+std::vector<std::string> End();
+
+/// EINTR can come of the calls that wait, half a transfer of those that transfer, the rest of all.
+bool CanHappen(int fault, const std::string& call);
+} // namespace FailingCalls

@@ -1,0 +1,171 @@
+#include <atomic>
+#include <filesystem>
+#include <map>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <sys/mman.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "RegistryHelper.h"
+#include "configfiles/UserFile.h"
+#include "registry/Hives.h"
+#include "reliability/Processes.h"
+#include "support/Files.h"
+#include "support/ScratchMachine.h"
+
+// Many processes at one hive and at one file. FRAXO_WRITERS, FRAXO_WRITES, FRAXO_READERS and FRAXO_RACE_ROUNDS say how
+// many.
+
+namespace
+{
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+using namespace Quenlor::StandIn::Registry;
+namespace fs = std::filesystem;
+
+constexpr int MostWriters = 64;
+
+/// What the processes know of each other.
+struct Shared
+{
+    std::atomic<int> written[MostWriters] = {}; ///< The last number that a writer has been told is stored.
+    std::atomic<bool> isOver = false;
+    std::atomic<std::size_t> reads = 0;
+    std::atomic<std::size_t> torn = 0;
+    std::atomic<std::size_t> outdated = 0;
+};
+
+class ManyAtOnceTest : public ::testing::Test
+{
+protected:
+    ManyAtOnceTest()
+    {
+        void* const page = ::mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        m_shared = new (page) Shared;
+    }
+    ~ManyAtOnceTest() override { ::munmap(m_shared, sizeof(Shared)); }
+
+    static std::string Name(int writer, int write) { return std::to_string(writer) + '.' + std::to_string(write); }
+
+    int Write(int writer, int writes)
+    {
+        for (int write = 1; write <= writes; ++write)
+        {
+            if (!RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Shared", Name(writer, write), write))
+                return 1;
+            m_shared->written[writer] = write;
+        }
+        return 0;
+    }
+
+    /// Looks through a handle that stays open at what each writer has stored last, and at the hive as a whole.
+    int Read(int writers)
+    {
+        HKEY key = nullptr;
+        ::RegOpenKeyExA(HKEY_CURRENT_USER, "Shared", 0, KEY_READ, &key);
+        std::size_t most = 0;
+        for (int writer = 0; !m_shared->isOver; writer = (writer + 1) % writers)
+        {
+            const int write = m_shared->written[writer];
+            const LSTATUS status =
+                ::RegQueryValueExA(key, Name(writer, write).c_str(), nullptr, nullptr, nullptr, nullptr);
+            m_shared->outdated += write != 0 && status != ERROR_SUCCESS;
+
+            std::size_t values = 0;
+            const auto count = [&](const Key& root)
+            {
+                const Key* const found = root.Find("Shared");
+                values = found && found->FindValue("first") ? found->Values().size() : 0;
+            };
+            std::vector<RegistryFileProblem> problems;
+            const bool isWhole = ReadHive(HKEY_CURRENT_USER, count) == ERROR_SUCCESS &&
+                                 HiveProblems(HKEY_CURRENT_USER, problems) == ERROR_SUCCESS && problems.empty();
+            m_shared->torn += !isWhole || values == 0 || values < most;
+            most = std::max(values, most);
+            ++m_shared->reads;
+        }
+        return 0;
+    }
+
+    ScratchMachine m_machine;
+    Shared* m_shared = nullptr;
+};
+
+TEST_F(ManyAtOnceTest, WritersLoseNothingAndReadersSeeWholeHives)
+{
+    const int writers = std::min(CountFrom("FRAXO_WRITERS", 32), MostWriters);
+    const int writes = CountFrom("FRAXO_WRITES", 10);
+    m_machine.WriteNumber(HKEY_CURRENT_USER, "Shared", "first", 1);
+    std::vector<pid_t> readers, children;
+    for (int reader = CountFrom("FRAXO_READERS", 8); reader > 0; --reader)
+        readers.push_back(Start([&] { return Read(writers); }));
+    for (int writer = 0; writer < writers; ++writer)
+        children.push_back(Start([&] { return Write(writer, writes); }));
+    for (const pid_t child : children)
+        EXPECT_EQ(ExitCode(child), 0);
+    m_shared->isOver = true;
+    for (const pid_t reader : readers)
+        EXPECT_EQ(ExitCode(reader), 0);
+
+    std::size_t lost = 0;
+    for (int writer = 0; writer < writers; ++writer)
+    {
+        for (int write = 1; write <= writes; ++write)
+            lost += RegistryHelper::GetIntValue(HKEY_CURRENT_USER, "Shared", Name(writer, write), 0) != write;
+    }
+    EXPECT_GT(m_shared->reads, 0U);
+    Conclude("many writers and readers",
+             {{"writers", writers}, {"writes", writers * writes}, {"reads", m_shared->reads}},
+             {{"lost", lost}, {"torn reads", m_shared->torn}, {"outdated reads", m_shared->outdated}});
+}
+
+TEST_F(ManyAtOnceTest, CopiesAreWholeAndTheEditOfTheFirstIsKept)
+{
+    constexpr int processes = 16;
+    const std::string content(1'000'000, 'd');
+    const fs::path installed = m_machine.Root() / "Default.ini";
+    const fs::path copy = m_machine.Root() / "user" / "folder" / "User.ini"; // no folder is there at first
+    const fs::path edit = m_machine.Root() / "edit.ini";
+    WriteFile(installed, content);
+    const int rounds = CountFrom("FRAXO_RACE_ROUNDS", 10);
+    std::size_t torn = 0, failed = 0, lost = 0, left = 0;
+    for (int round = 0; round < rounds; ++round)
+    {
+        fs::remove_all(copy.parent_path().parent_path());
+        WriteFile(edit, "edited");
+        int gate[2];
+        ASSERT_EQ(::pipe(gate), 0);
+        const auto provide = [&]
+        {
+            char none;
+            ::close(gate[1]);
+            if (::read(gate[0], &none, 1) != 0) // until the parent opens the gate for all at once
+                return 1;
+            Provide({copy.string(), installed.string()});
+            const std::string seen = ReadFile(copy);
+            if (seen != content && seen != "edited")
+                return 2;
+            std::error_code error;
+            fs::rename(edit, copy, error); // done by the first, which takes the edit away
+            return 0;
+        };
+        std::vector<pid_t> children;
+        for (int process = 0; process < processes; ++process)
+            children.push_back(Start(provide));
+        ::close(gate[0]);
+        ::close(gate[1]);
+        for (const pid_t child : children)
+        {
+            const int code = ExitCode(child);
+            torn += code == 2;
+            failed += code != 0 && code != 2;
+        }
+        lost += ReadFile(copy) != "edited";
+        left += TemporaryFiles(copy.parent_path()).size();
+    }
+    Conclude("many copies", {{"rounds", rounds}, {"processes", processes}},
+             {{"lost edits", lost}, {"torn reads", torn}, {"failures", failed}, {"files left behind", left}});
+}
+} // namespace

@@ -1,0 +1,57 @@
+#include <barrier>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "Catalogue.h"
+#include "Report.h"
+#include "support/Files.h"
+#include "support/InstallationTest.h"
+
+namespace
+{
+using namespace FraxoInfo;
+
+/// Alone in its process, so that the first calls of all are among these.
+using Threads = InstallationTest;
+
+TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
+{
+    const Bases bases = Install();
+    WriteFile(NativePath(bases.root + R"(Default\Plugins\Plugins.ini)"), "[USER-TOOLS]\n");
+    m_machine.WriteData(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Language)", "InstalledLanguages", REG_MULTI_SZ,
+                        {"de\0en\0", 7});
+    // Text that the first of them turns into numbers, other ones than the defaults.
+    const char* const flags[][2] = {
+        {"EnableFeed", "0"}, {"FEEDCategory0", "1"}, {"FEEDZone0", "1"}, {"ShowOnStartup", "1"}};
+    for (const auto& [name, text] : flags)
+        m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.00\RSSSettings)", name, text);
+
+    constexpr int count = 8;
+    std::vector<std::vector<std::string>> answers(count);
+    std::barrier together{count};
+    const auto askAll = [&](std::vector<std::string>& mine)
+    {
+        for (const Operation& operation : Catalogue())
+        {
+            together.arrive_and_wait();
+            const Answer answer = AskFor(operation, true);
+            mine.push_back(std::string{operation.name} + ": " + ToText(answer.value) + answer.failure);
+        }
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (std::vector<std::string>& mine : answers)
+            threads.emplace_back(askAll, std::ref(mine));
+    }
+    for (const std::vector<std::string>& mine : answers)
+    {
+        for (std::size_t i = 0; i < mine.size(); ++i)
+            EXPECT_EQ(mine[i], answers.front()[i]);
+    }
+    EXPECT_THAT(answers.front(), ::testing::IsSupersetOf({"IsRssFeedEnabled: false", "GetInstalledLanguages: de\nen"}));
+}
+} // namespace
