@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <io.h>
+#include <share.h>
 
 #include <Quenlor/QnFileName.h>
 
@@ -14,7 +15,10 @@ InputFile::InputFile(const wchar_t* path)
 {
     QnFileName name;
     name.SetName(path);
-    m_descriptor = ::_wopen(name.ToNativePath().c_str(), _O_RDONLY | _O_TEXT | _O_NOINHERIT | _O_SEQUENTIAL);
+    // Others may write the file meanwhile, as they may when the C++ library has it open.
+    if (::_wsopen_s(&m_descriptor, name.ToNativePath().c_str(), _O_RDONLY | _O_TEXT | _O_NOINHERIT | _O_SEQUENTIAL,
+                    _SH_DENYNO, 0) != 0)
+        m_descriptor = -1;
 }
 
 InputFile::~InputFile()

@@ -17,7 +17,7 @@ public:
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile();
 
-    bool IsOpen() const noexcept { return m_descriptor >= 0; }
+    bool IsOpen() const noexcept { return m_descriptor >= 0; } ///< False when it is missing as well.
 
     /// The length of the whole file in bytes as far as the system knows it; 0 when it does not.
     std::size_t Length() const noexcept;
