@@ -23,6 +23,7 @@ using Posix::Repeated;
 using namespace std::chrono_literals;
 
 constexpr char TemporaryPrefix[] = ".quenlor-copy-";
+constexpr char OpenFiles[] = "/proc/self/fd/"; // a container may lack it
 
 std::string Native(const wchar_t* path, bool& exists)
 {
@@ -60,7 +61,7 @@ public:
 
     TemporaryFile(const std::string& folder, Name name)
     {
-        if (name == Name::None)
+        if (name == Name::None && ::access(OpenFiles, X_OK) == 0) // by which such a file gets its name
             m_file = Posix::FileDescriptor{
                 Repeated([&] { return ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR); })};
         if (m_file)
@@ -101,7 +102,7 @@ private:
     {
         if (m_name.empty())
         {
-            const std::string self = "/proc/self/fd/" + std::to_string(m_file.get());
+            const std::string self = OpenFiles + std::to_string(m_file.get());
             return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, destination.c_str(), AT_SYMLINK_FOLLOW) == 0;
         }
         if (::renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, destination.c_str(), RENAME_NOREPLACE) == 0)

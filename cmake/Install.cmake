@@ -1,0 +1,73 @@
+# What `cmake --install` puts where: the components Runtime, Development and Tools.
+include(CMakePackageConfigHelpers)
+
+# A folder of our own below the common one, since names like IniReader.h are not ours alone.
+set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/SharedUtilitiesNative)
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/SharedUtilitiesNative)
+set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+set(libraries SharedUtilitiesNative Quenlor5)
+if(NOT BUILD_SHARED_LIBS)
+    list(APPEND libraries Win32Subset)
+    if(NOT WIN32)
+        list(APPEND libraries PosixSupport)
+    endif()
+elseif(NOT WIN32)
+    set_target_properties(SharedUtilitiesNative PROPERTIES INSTALL_RPATH $ORIGIN) # Quenlor5 lies beside it
+endif()
+install(TARGETS ${libraries} EXPORT SharedUtilitiesNativeTargets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
+    INCLUDES DESTINATION ${include_dir})
+
+install(DIRECTORY SharedUtilitiesNative/include/ SharedUtilitiesNative/platform/include/
+        ${PROJECT_BINARY_DIR}/SharedUtilitiesNative/include/
+        ${PROJECT_BINARY_DIR}/SharedUtilitiesNative/platform/include/
+    DESTINATION ${include_dir} COMPONENT Development
+    FILES_MATCHING PATTERN "*.h"
+    PATTERN Win32.h EXCLUDE) # no public header includes it
+
+install(EXPORT SharedUtilitiesNativeTargets NAMESPACE SharedUtilitiesNative::
+    DESTINATION ${package_dir} COMPONENT Development)
+configure_package_config_file(cmake/SharedUtilitiesNativeConfig.cmake.in SharedUtilitiesNativeConfig.cmake
+    INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
+# Until 1.0 a new minor version may break its users.
+write_basic_package_version_file(SharedUtilitiesNativeConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES
+        ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNativeConfig.cmake
+        ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNativeConfigVersion.cmake
+    DESTINATION ${package_dir} COMPONENT Development)
+
+# For pkg-config, which knows nothing of targets, the private libraries of the static form are spelled out.
+set(PC_REQUIRES)
+set(PC_DEFINITIONS)
+set(PC_LIBRARIES -lSharedUtilitiesNative -lQuenlor5)
+if(NOT BUILD_SHARED_LIBS)
+    set(PC_REQUIRES pugixml)
+    set(PC_DEFINITIONS -DSHAREDUTILITIES_STATIC_DEFINE -DQUENLOR_STATIC_DEFINE)
+    if(WIN32)
+        get_target_property(system_libraries Win32Subset INTERFACE_LINK_LIBRARIES)
+        list(TRANSFORM system_libraries PREPEND -l)
+        list(APPEND PC_LIBRARIES ${system_libraries})
+    else()
+        set(PC_LIBRARIES -lSharedUtilitiesNative -lWin32Subset -lQuenlor5 -lPosixSupport)
+    endif()
+endif()
+list(JOIN PC_DEFINITIONS " " PC_DEFINITIONS)
+list(JOIN PC_LIBRARIES " " PC_LIBRARIES)
+string(REGEX REPLACE "[^/]+" ".." PC_PREFIX ${pkgconfig_dir}) # the way back, so that the tree can be moved
+configure_file(cmake/SharedUtilitiesNative.pc.in SharedUtilitiesNative.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNative.pc
+    DESTINATION ${pkgconfig_dir} COMPONENT Development)
+
+if(SHAREDUTILITIES_BUILD_TOOLS)
+    install(TARGETS fraxoinfo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
+    if(NOT WIN32)
+        install(TARGETS fraxoreg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
+        install(FILES tools/fraxoinfo/fraxoinfo.1 tools/fraxoreg/fraxoreg.1
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tools)
+        install(FILES tools/fraxoinfo/fraxoinfo.bash RENAME fraxoinfo
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT Tools)
+    endif()
+endif()
