@@ -1,15 +1,10 @@
 // Any file gives the same answers as a plain line-by-line reader.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <sys/mman.h>
-#include <unistd.h>
-
+#include "Fuzz.h"
 #include "IniReader.h"
 #include "ini/ReferenceIniReader.h"
 
@@ -17,12 +12,6 @@ using namespace Quenlor::Fraxo::SharedUtilities::Native;
 
 namespace
 {
-void Check(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
 /// The pairs of a section, the failure of a checked look-up included.
 template<typename Reader>
 std::vector<std::string> Pairs(const Reader& reader, const std::string& section)
@@ -58,14 +47,9 @@ void Compare(const IniReader& reader, const ReferenceIniReader& reference)
 }
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const int file = ::memfd_create("input.ini", MFD_CLOEXEC);
-    static const std::string path = "/proc/self/fd/" + std::to_string(file);
-    Check(::ftruncate(file, 0) == 0 && ::pwrite(file, data, size, 0) == static_cast<ssize_t>(size));
-
+    const std::string path = FileOf(TextOf(data, size));
     IniReader reader;
     ReferenceIniReader reference;
     Check(reader.LoadFile(path) && reference.LoadFile(path));

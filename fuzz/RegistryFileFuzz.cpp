@@ -1,11 +1,9 @@
 // Whatever a registry file holds, what was understood of it survives being written and read again, in both forms.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "Fuzz.h"
 #include "registry/RegistryFileReader.h"
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryTree.h"
@@ -22,20 +20,12 @@ RegistryFileResult Load(std::string_view text, Key& tree)
     TreeLoader loader{HKEY_CURRENT_USER, tree};
     return ReadRegistryFile(text, RegistryFileDialect::Hive, loader);
 }
-
-void Check(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 } // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     Key first;
-    Load({reinterpret_cast<const char*>(data), size}, first);
+    Load(TextOf(data, size), first);
     const std::string written = WriteRegistryFile(first, Root, RegistryFileForm::Hive);
 
     Key second;

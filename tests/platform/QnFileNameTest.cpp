@@ -50,9 +50,11 @@ TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
         {LR"(C:\a\b\)", LR"(C:\a\b\)"}, // callers append file names to it
         {LR"(C:a\..\b)", LR"(C:b)"},
         {LR"(\\server\share\..\x)", LR"(\\server\share\x)"},
-        {L"//server/share//x", LR"(\\server\share\x)"},
+        {L"//server//share//x", LR"(\\server\share\x)"},
+        {LR"(\\server\/)", LR"(\\server\)"},
         {LR"(..\a\..\..\b)", LR"(..\..\b)"},
         {LR"(a\..)", L"."},
+        {LR"(a\..\C:\b)", LR"(.\C:\b)"}, // stays relative
         {L"/usr//lib/../bin", LR"(\usr\bin)"},
         {LR"(\\?\C:\a\..\b)", LR"(\\?\C:\a\..\b)"},
         {L"", L""},
@@ -70,9 +72,9 @@ TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
 
 TEST(IsAbsolutePath, WantsARootBehindTheDevice)
 {
-    for (const wchar_t* path : {LR"(C:\a)", L"z:/a", LR"(\\server\share)"})
+    for (const wchar_t* path : {LR"(C:\a)", L"z:/a", LR"(\\server\share)", LR"(\/server\share)"})
         EXPECT_TRUE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
-    for (const wchar_t* path : {L"", L"a", LR"(a\b)", L"C:", L"C:a", LR"(\a)", LR"(..\a)"})
+    for (const wchar_t* path : {L"", L"a", LR"(a\b)", L"C:", L"C:a", LR"(\a)", LR"(\\)", LR"(..\a)"})
         EXPECT_FALSE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
     QnFileName executable;
     ASSERT_EQ(QnGetModuleFileName(executable, nullptr), QuenlorStatus::Success);

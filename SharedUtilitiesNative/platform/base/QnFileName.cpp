@@ -43,9 +43,8 @@ std::size_t DeviceLength(std::wstring_view path) noexcept
     if (!StartsWithTwoSeparators(path) || path.length() == 2 || IsSeparator(path[2]))
         return 0;
     const std::size_t serverEnd = path.find_first_of(Separators, 2);
-    if (serverEnd == std::wstring_view::npos)
-        return path.length();
-    return std::min(path.find_first_of(Separators, serverEnd + 1), path.length());
+    const std::size_t share = path.find_first_not_of(Separators, serverEnd);
+    return std::min(path.find_first_of(Separators, share), path.length());
 }
 
 /// A path cut at its seams; the four parts joined are the path again.
@@ -103,14 +102,15 @@ std::vector<std::wstring_view> Resolve(const std::vector<std::wstring_view>& com
     return resolved;
 }
 
-std::wstring WithBackslashes(std::wstring_view text)
+std::wstring NormaliseDevice(std::wstring_view device)
 {
-    std::wstring result{text};
-    for (wchar_t& character : result)
-    {
-        if (character == L'/')
-            character = L'\\';
-    }
+    if (!StartsWithTwoSeparators(device))
+        return std::wstring{device};
+    std::wstring result = L"\\";
+    for (const std::wstring_view component : Components(device))
+        (result += L'\\') += component;
+    if (IsSeparator(device.back())) // behind a server without a share
+        result += L'\\';
     return result;
 }
 
@@ -121,10 +121,12 @@ std::wstring Normalise(std::wstring_view path)
     const bool isServer = StartsWithTwoSeparators(device);
     const bool isRooted = isServer || (!rest.empty() && IsSeparator(rest.front()));
 
-    std::wstring result = WithBackslashes(device);
+    std::wstring result = NormaliseDevice(device);
     if (!rest.empty() && IsSeparator(rest.front()))
         result += L'\\';
     const std::vector<std::wstring_view> components = Resolve(Components(rest), isRooted);
+    if (result.empty() && !components.empty() && DeviceLength(components.front()) != 0)
+        result = LR"(.\)"; // what is left of a relative path must not become that of a drive
     for (std::size_t i = 0; i < components.size(); ++i)
     {
         if (i != 0)
@@ -204,7 +206,8 @@ bool QnFileName::IsAbsolutePath() const noexcept
     const std::wstring_view path{m_path.c_str(), m_path.length()};
     const bool isDrive = path.length() >= 3 && IsLetter(path[0]) && path[1] == L':' && IsSeparator(path[2]);
     const bool systemHasOneRoot = std::filesystem::path::preferred_separator == '/';
-    return isDrive || path.starts_with(LR"(\\)") || (systemHasOneRoot && path.starts_with(L'/'));
+    const bool isServer = StartsWithTwoSeparators(path) && DeviceLength(path) != 0;
+    return isDrive || isServer || (systemHasOneRoot && path.starts_with(L'/'));
 }
 
 WString QnFileName::GetDirectoryName(const wchar_t* path)

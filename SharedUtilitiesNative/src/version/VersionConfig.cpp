@@ -1,7 +1,7 @@
 #include "VersionConfig.h"
 
 #include <cstdint>
-#include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 #include <Platform/Win32.h>
@@ -66,14 +66,18 @@ const ModuleVersion& ExecutableVersion()
     return version;
 }
 
+/// Four numbers and the dots between as sscanf reads them, but also defined for numbers that no int holds.
 std::uint64_t Pack(const Utf8String& version)
 {
-    int parts[4] = {};
-    // What cannot be read stays 0, so the count of parts read does not matter.
-    static_cast<void>(std::sscanf(version.c_str(), "%d.%d.%d.%d", &parts[0], &parts[1], &parts[2], &parts[3]));
+    const char* next = version.c_str();
     std::uint64_t packed = 0;
-    for (const int part : parts)
-        packed = packed << 16 | static_cast<std::uint16_t>(part); // the cut to 16 bits is intended
+    for (int part = 0; part < 4; ++part)
+    {
+        char* end = nullptr;
+        const long long number = next ? std::strtoll(next, &end, 10) : 0; // 0 as well when there is none
+        packed = packed << 16 | static_cast<std::uint16_t>(number);       // the cut to 16 bits is intended
+        next = next && end != next && *end == '.' ? end + 1 : nullptr;
+    }
     return packed;
 }
 } // namespace

@@ -22,7 +22,7 @@ std::wstring Native(const wchar_t* path)
         return std::wstring{text};
     WString fixed; // the prefix turns the system's own clean-up off
     QnFileName::FixPathName(fixed, path);
-    if (text.starts_with(LR"(\\)"))
+    if (std::wstring_view{fixed.c_str()}.starts_with(LR"(\\)"))
         return LR"(\\?\UNC\)" + std::wstring{fixed.c_str() + 2};
     return LR"(\\?\)" + std::wstring{fixed.c_str()};
 }

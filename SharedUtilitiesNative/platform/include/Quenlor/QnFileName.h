@@ -47,7 +47,7 @@ public:
     /// Ends the path in a separator. An empty path stays empty, so that what is appended to it stays relative.
     void AppendSeparator();
 
-    /// True for `X:\`, `X:/` and `\\server`, and where the system has one root also for a leading `/`.
+    /// True for `X:\` and `\\server` with either separator, and where the system has one root also for a leading `/`.
     bool IsAbsolutePath() const noexcept;
 
     /// The path to hand to this system.
