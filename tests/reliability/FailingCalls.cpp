@@ -121,6 +121,7 @@ ssize_t write(int file, const void* data, std::size_t length) { return AttemptTr
 ssize_t pread(int file, void* data, std::size_t length, off_t at) { return AttemptTransfer<&pread>("pread", file, data, length, at); }
 ssize_t pwrite(int file, const void* data, std::size_t length, off_t at) { return AttemptTransfer<&pwrite>("pwrite", file, data, length, at); }
 
+int access(const char* path, int mode) noexcept { return Attempt<&access>("access", path, mode); }
 int chmod(const char* path, mode_t mode) noexcept { return Attempt<&chmod>("chmod", path, mode); }
 int faccessat(int folder, const char* path, int mode, int flags) noexcept { return Attempt<&faccessat>("faccessat", folder, path, mode, flags); }
 int fchmod(int file, mode_t mode) noexcept { return Attempt<&fchmod>("fchmod", file, mode); }
