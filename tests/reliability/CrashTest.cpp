@@ -25,15 +25,15 @@ namespace
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 namespace fs = std::filesystem;
 
-constexpr int Processes = 3;
+constexpr std::size_t Processes = 3;
 constexpr int Torn = 2; // more than the one write that the signal came into
 
 /// What is done over and over: with 1, with 2, and so on by each process.
 struct Work
 {
-    std::function<bool(int process, int number)> act;
+    std::function<bool(std::size_t process, int number)> act;
     /// The highest number that is on disk as a whole, given that of the last round and the last one that was reported.
-    std::function<int(int process, int before, int reported)> reached;
+    std::function<int(std::size_t process, int before, int reported)> reached;
     /// Puts everything in order for the next round. @return how many files should not be there
     std::function<std::size_t()> tidy;
 };
@@ -53,7 +53,7 @@ protected:
         {
             std::vector<pid_t> children;
             std::vector<int> pipes;
-            for (int process = 0; process < Processes; ++process)
+            for (std::size_t process = 0; process < Processes; ++process)
             {
                 int ends[2];
                 ASSERT_EQ(::pipe(ends), 0);
@@ -75,7 +75,7 @@ protected:
                 ::kill(child, SIGKILL);
                 EXPECT_EQ(ExitCode(child), -1) << "it failed before it was killed";
             }
-            for (int process = 0; process < Processes; ++process)
+            for (std::size_t process = 0; process < Processes; ++process)
             {
                 const int before = last[process];
                 int reported = before;
@@ -97,13 +97,13 @@ protected:
 
 TEST_F(CrashTest, AWriterLeavesAWholeHive)
 {
-    const auto name = [](int process) { return "n" + std::to_string(process); };
+    const auto name = [](std::size_t process) { return "n" + std::to_string(process); };
     const std::string filler(20'000, 'x'); // makes the writing of the file a larger part of the time
     m_machine.WriteText(HKEY_CURRENT_USER, "Key", "filler", filler);
     const fs::path hive = m_machine.Root() / "Registry" / "HKEY_CURRENT_USER.reg";
-    const auto set = [&](int process, int number)
+    const auto set = [&](std::size_t process, int number)
     { return RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Key", name(process), number); };
-    const auto get = [&](int process, int, int)
+    const auto get = [&](std::size_t process, int, int)
     { return RegistryHelper::GetIntValue(HKEY_CURRENT_USER, "Key", name(process), 0); };
     const auto tidy = [&]
     {
@@ -135,12 +135,12 @@ TEST_P(ProvisioningCrashTest, LeavesWholeCopies)
     FailingCalls::Begin({.hasUnnamedFiles = GetParam()});
     const bool isTidy = HasUnnamedFiles();
 
-    const auto path = [&](int process, int number)
+    const auto path = [&](std::size_t process, int number)
     { return folder / (std::to_string(process) + '-' + std::to_string(number) + ".ini"); };
-    const auto provide = [&](int process, int number) {
+    const auto provide = [&](std::size_t process, int number) {
         return Provide({path(process, number).string(), installed.string()}).length() != 0;
     };
-    const auto reached = [&](int process, int before, int reported)
+    const auto reached = [&](std::size_t process, int before, int reported)
     {
         int number = before;
         for (; exists(path(process, number + 1)); ++number)
