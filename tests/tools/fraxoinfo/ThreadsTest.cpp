@@ -1,5 +1,6 @@
-#include <barrier>
+#include <condition_variable>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -14,6 +15,28 @@
 namespace
 {
 using namespace FraxoInfo;
+
+/// Holds all until the last one has come, over and over; std::barrier of mingw's GCC 12 loses wake-ups.
+class MeetingPoint final
+{
+public:
+    explicit MeetingPoint(int count) : m_count{count} {}
+
+    void ArriveAndWait()
+    {
+        std::unique_lock lock{m_mutex};
+        const int round = m_arrived++ / m_count;
+        if (m_arrived % m_count == 0)
+            m_isComplete.notify_all();
+        m_isComplete.wait(lock, [&] { return m_arrived / m_count > round; });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_isComplete;
+    const int m_count;
+    int m_arrived = 0;
+};
 
 /// Alone in its process, so that the first calls of all are among these.
 using Threads = InstallationTest;
@@ -32,12 +55,12 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
 
     constexpr int count = 8;
     std::vector<std::vector<std::string>> answers(count);
-    std::barrier together{count};
+    MeetingPoint together{count};
     const auto askAll = [&](std::vector<std::string>& mine)
     {
         for (const Operation& operation : Catalogue())
         {
-            together.arrive_and_wait();
+            together.ArriveAndWait();
             const Answer answer = AskFor(operation, true);
             mine.push_back(std::string{operation.name} + ": " + ToText(answer.value) + answer.failure);
         }
