@@ -6,12 +6,15 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include "IniReader.h"
 #include "configfiles/UserFile.h"
+#include "standin/OrdinaryUser.h"
 #include "standin/Processes.h"
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
@@ -21,6 +24,8 @@
 namespace
 {
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
+using ::testing::StrEq;
+using ::testing::ThrowsMessage;
 using Clock = std::chrono::steady_clock;
 
 /// The user's folder is missing as well, so that processes also meet while making it.
@@ -113,6 +118,26 @@ TEST_F(ProvisioningProcessesTest, AKilledOneLeavesAWholeFileOrNone)
         EXPECT_TRUE(ReadFile(m_path) == m_content) << "what was left behind is no obstacle";
     }
 }
+
+TEST_F(ProvisioningProcessesTest, ACopyIsReadableByItsOwnerAloneWhateverItsDefaultAndTheUmaskAre)
+{
+    const mode_t former = ::umask(0);
+    Provide(m_file);
+    ::umask(former);
+    EXPECT_EQ(status(m_path).permissions(), std::filesystem::perms{0600});
+}
+
+TEST_F(ProvisioningProcessesTest, AFolderThatIsClosedToThisUserHoldsNothingAndTakesNothing)
+{
+    WriteFile(m_path, "[Main]\nKey=v\n");
+    permissions(m_folder, std::filesystem::perms::none);
+    const OrdinaryUser user{m_machine.Root()};
+    IniReader reader;
+    EXPECT_FALSE(reader.LoadFile(m_path.string()));
+    EXPECT_THAT([this] { Provide(m_file); },
+                ThrowsMessage<std::runtime_error>(StrEq("default.ini file could not be copied.")));
+}
+
 TEST_F(ProvisioningProcessesTest, ALinkToNowhereInTheFilesPlaceIsAFailure)
 {
     create_directories(m_folder);

@@ -32,10 +32,10 @@ struct AppenderSettings
     AppenderType type = AppenderType::Console;
     std::string pattern = "%Y-%m-%d %H:%M:%S.%e [%P:%t] %l %n: %v";
     LogLevel threshold = LogLevel::Trace;
-    bool toStandardOutput = false;               ///< A console: else to standard error.
-    std::string path{};                          ///< A file: with its variables.
-    std::uintmax_t maxSize = 10U * 1024U * 1024; ///< A rolling file: in bytes.
-    unsigned count = 3;                          ///< A rolling file: how many full files are kept.
+    bool toStandardOutput = false;                             ///< A console: else to standard error.
+    std::string path{};                                        ///< A file: with its variables.
+    std::uintmax_t maxSize = std::uintmax_t{10} * 1024 * 1024; ///< A rolling file: in bytes.
+    unsigned count = 3;                                        ///< A rolling file: how many full files are kept.
 };
 
 /// One `<logger>`, or the root.

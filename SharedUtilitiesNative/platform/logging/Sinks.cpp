@@ -33,7 +33,7 @@ class DebuggerSink final : public Sink
 class FileSink : public Sink
 {
 public:
-    FileSink(const QnFileName& file, std::string place) : m_file{file}, m_place{std::move(place)} {}
+    FileSink(QnFileName file, std::string place) : m_file{std::move(file)}, m_place{std::move(place)} {}
 
 protected:
     const QnFileName& File() const noexcept { return m_file; }

@@ -41,7 +41,7 @@ std::string Expand(std::string_view text, const Variables& variables)
             return expanded;
         const std::size_t end = text.find('}', start);
         if (end == std::string_view::npos)
-            throw std::runtime_error("\"${\" without \"}\"");
+            throw std::runtime_error(R"("${" without "}")");
         expanded += ValueOf(text.substr(start + 2, end - start - 2), variables);
         text.remove_prefix(end + 1);
     }
