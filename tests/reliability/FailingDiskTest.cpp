@@ -255,13 +255,4 @@ TEST_P(FailingDiskTest, LosesNothingAndSaysSo)
 
 INSTANTIATE_TEST_SUITE_P(, FailingDiskTest, ::testing::ValuesIn(Operations),
                          [](const auto& row) { return row.param.name; });
-
-TEST(UserFile, IsNotMadeWhereALinkToNowhereIs)
-{
-    const Place place;
-    fs::create_directories(place.copy.parent_path());
-    WriteFile(place.installed, "default");
-    create_symlink(place.user / "nowhere", place.copy);
-    EXPECT_FALSE(Provided(place));
-}
 } // namespace

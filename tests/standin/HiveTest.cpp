@@ -12,6 +12,7 @@
 #include "registry/Hive.h"
 #include "registry/HiveLocation.h"
 #include "registry/Hives.h"
+#include "standin/OrdinaryUser.h"
 #include "standin/ScratchRegistry.h"
 
 namespace
@@ -24,27 +25,6 @@ using ::testing::StartsWith;
 
 constexpr DWORD None = 4711;
 const std::string Header = "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER]\n";
-
-/// Gives up the rights of root, which no permission holds back, for its life.
-class OrdinaryUser final
-{
-public:
-    explicit OrdinaryUser(const fs::path& scratch)
-    {
-        if (::geteuid() != 0)
-            return;
-        fs::permissions(scratch, fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec);
-        m_isSwitched = ::seteuid(65534) == 0;
-    }
-    ~OrdinaryUser()
-    {
-        if (m_isSwitched && ::seteuid(0) != 0)
-            std::abort();
-    }
-
-private:
-    bool m_isSwitched = false;
-};
 
 void Put(const char* name, const char* value)
 {

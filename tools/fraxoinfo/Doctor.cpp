@@ -51,6 +51,14 @@ bool ExamineRoot(Findings& findings)
                             "Install the product, or repair its installation."});
         return false;
     }
+    if (!PathOf(root).IsAbsolutePath())
+    {
+        findings.push_back(
+            {"The installation root is not an absolute path: " + Text(root) +
+                 ". What is found below it depends on the current folder.",
+             "Correct \"RootDir\" in the installation record, or FRAXO_PRO_ROOT_DIRECTORY where it is set."});
+        return false;
+    }
     if (Exists(root))
         return true;
     findings.push_back({"The installation root does not exist: " + Text(root),

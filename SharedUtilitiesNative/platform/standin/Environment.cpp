@@ -8,7 +8,7 @@ errno_t getenv_s(std::size_t* required, char* buffer, std::size_t size, const ch
 {
     if (!required || !name || (!buffer && size != 0))
         return EINVAL;
-    const char* const value = std::getenv(name);
+    const char* const value = ::secure_getenv(name); // variables move the root and folders: not in set-user-ID programs
     *required = value ? std::strlen(value) + 1 : 0;
     if (buffer && size != 0)
         buffer[0] = '\0';

@@ -25,7 +25,8 @@ constexpr char ProductIni[] = "FraxoPro22.00.00.ini";
 class Installation : public InstallationTest
 {
 public:
-    using InstallationTest::InstallationKey; // damage is done from outside
+    using InstallationTest::Install; // damage is done from outside
+    using InstallationTest::InstallationKey;
     using InstallationTest::m_machine;
 
     Installation()
@@ -96,6 +97,7 @@ TEST_P(DamagedInstallation, GivesOneFindingThatNamesTheDamage)
 INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
     Damage{"Record", [](Installation& it) { it.m_machine.DeleteKey(HKEY_CLASSES_ROOT, it.InstallationKey); }, R"(no installation record: HKEY_CLASSES_ROOT\FraxoPro\22.00.00)"},
     Damage{"Root", [](Installation& it) { remove_all(it.Root()); }, "root does not exist"},
+    Damage{"RelativeRoot", [](Installation& it) { it.Install("relative"); }, R"(root is not an absolute path: relative\)"},
     Damage{"DefaultBelowTheRoot", [](Installation& it) { remove(it.Root() / "FRAXO/default.stp"); }, "GetStWizardDefaultStpPath"},
     Damage{"EmptyUsersFile", [](Installation& it) { WriteFile(it.UserDefaults() / "LiveLoad.veh", ""); }, "file is empty"},
     Damage{"FolderInPlaceOfAUsersFile", [](Installation& it) { create_directories(it.UserDefaults() / "LiveLoad.veh"); }, "file cannot be read"},

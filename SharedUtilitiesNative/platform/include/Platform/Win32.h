@@ -259,6 +259,7 @@ int GetDeviceCaps(HDC context, int index); ///< Knows LOGPIXELSX alone.
 
 // ---- C runtime -----------------------------------------------------------------------------------------------------
 
+/// A program that runs with more rights than its caller sees no variable: they are the caller's.
 errno_t getenv_s(std::size_t* required, char* buffer, std::size_t size, const char* name);
 errno_t _putenv_s(const char* name, const char* value); ///< An empty value removes the variable.
 

@@ -67,6 +67,7 @@ public:
     /// @}
 
     friend bool operator==(const Utf8String&, const Utf8String&) noexcept = default;
+    // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that a default of this kind is compared with is no pointer
     friend std::strong_ordering operator<=>(const Utf8String&, const Utf8String&) noexcept = default;
 
 private:

@@ -98,7 +98,7 @@ std::string FollowLinks(std::string path)
         if (length < 0)
             ThrowSystemError();
         const std::string target{buffer.data(), static_cast<std::size_t>(length)};
-        path = target.starts_with('/') ? target : FolderOf(path) + '/' + target;
+        path = target.starts_with('/') ? target : FolderOf(path).append("/").append(target);
     }
     errno = ELOOP;
     ThrowSystemError();

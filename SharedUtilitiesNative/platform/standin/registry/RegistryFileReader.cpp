@@ -104,7 +104,7 @@ bool TakeQuoted(std::string_view& text, std::string& unescaped)
         if (special == std::string_view::npos)
             return false;
         unescaped.append(text, 0, special);
-        const bool isQuote = text[special] == '"';
+        const bool isQuote = text[special] == '"'; // cppcheck-suppress containerOutOfBounds
         text.remove_prefix(special + 1);
         if (isQuote)
             return true;

@@ -1,0 +1,112 @@
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "IniReader.h"
+#include "configfiles/UserFile.h"
+#include "logging/Configuration.h"
+#include "support/Files.h"
+#include "support/ScratchMachine.h"
+
+// What each reader of files says to what is no file of its kind, or no file at all.
+
+namespace
+{
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+namespace fs = std::filesystem;
+using ::testing::HasSubstr;
+
+constexpr std::size_t TenMegabytes = std::size_t{10} * 1024 * 1024;
+constexpr char Nothing[] = "default";
+
+struct BadFile
+{
+    const char* name;
+    void (*make)(const fs::path& path);
+    const char* value;        ///< Of the key "Key" in the section "Main", or nothing.
+    bool exists = true;       ///< For an INI file that is enough to count as loaded.
+    const char* fault = "";   ///< Of a logging configuration; none when it counts as missing.
+    const char* message = ""; ///< When it is the default of a user's file; none when it can be copied.
+};
+
+constexpr char NotFound[] = "bad file not found. The installation of FRAXO.Pro may be corrupt.";
+constexpr char NotCopied[] = "bad file could not be copied.";
+
+// clang-format off
+const BadFile Files[] = {
+    {"a line of 10 MB", [](const fs::path& path) { WriteFile(path, "[Main]\nLong=" + std::string(TenMegabytes, 'x') + "\nKey=v\n"); }, "v", true, "No document element"},
+    {"10 MB without an end of line", [](const fs::path& path) { WriteFile(path, "[Main]=" + std::string(TenMegabytes, 'x')); }, Nothing, true, "No document element"},
+    {"10 MB of brackets", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '[')); }, Nothing, true, "No document element"},
+    {"10 MB of NULs", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '\0')); }, Nothing, true, "No document element"},
+    {"elements in each other", [](const fs::path& path) { std::string text; for (int i = 0; i < 100000; ++i) text += "<a>"; WriteFile(path, text); }, Nothing, true, "mismatch"},
+    {"a program", [](const fs::path& path) { WriteFile(path, std::string{"\x7F" "ELF\2\1\1\0\0\n\xFF\xFE\n[Main]\nKey=v\n", 28}); }, "v", true, "not in UTF-8"},
+    {"nothing", [](const fs::path& path) { WriteFile(path, ""); }, Nothing, true, "No document element"},
+    {"a folder", [](const fs::path& path) { create_directory(path); }, Nothing, true, "the file cannot be read", NotCopied},
+    {"a link to nowhere", [](const fs::path& path) { create_symlink("nowhere", path); }, Nothing, false, "", NotFound},
+    {"a link to itself", [](const fs::path& path) { create_symlink(path.filename(), path); }, Nothing, false, "", NotFound},
+    {"missing", [](const fs::path&) {}, Nothing, false, "", NotFound},
+};
+// clang-format on
+
+std::string PrivateProfileValue(const fs::path& file)
+{
+    char buffer[16];
+    ::GetPrivateProfileStringA("Main", "Key", Nothing, buffer, sizeof buffer, file.string().c_str());
+    return buffer;
+}
+
+std::string FaultOf(const fs::path& path)
+{
+    Quenlor::QnFileName file;
+    file.SetName(path.wstring().c_str());
+    std::vector<Quenlor::NativeLogging::Fault> faults;
+    const bool isRead = ReadConfiguration(file, faults).has_value();
+    EXPECT_FALSE(isRead);
+    return faults.empty() ? "" : faults.front().text;
+}
+
+std::string MessageOf(const UserFile& file)
+{
+    try
+    {
+        Provide(file);
+    }
+    catch (const std::runtime_error& failure)
+    {
+        return failure.what();
+    }
+    return "";
+}
+
+TEST(BadFiles, GetTheDocumentedAnswerOfEachReader)
+{
+    for (const BadFile& row : Files)
+    {
+        SCOPED_TRACE(row.name);
+        const ScratchMachine machine;
+        const fs::path path = machine.Root() / "bad";
+        try
+        {
+            row.make(path);
+        }
+        catch (const fs::filesystem_error&) // not every system lets everybody make links
+        {
+            continue;
+        }
+        IniReader reader;
+        EXPECT_EQ(reader.LoadFile(path.wstring()), row.exists);
+        EXPECT_EQ(reader.GetStringValue("Main", "Key", Nothing), row.value);
+        EXPECT_EQ(reader.LoadSection(path.wstring(), "Main"), row.exists);
+        EXPECT_EQ(reader.GetStringValue("Main", "Key", Nothing), row.value);
+        EXPECT_EQ(PrivateProfileValue(path), row.value);
+        EXPECT_THAT(FaultOf(path),
+                    row.fault[0] ? ::testing::Matcher<std::string>{HasSubstr(row.fault)} : ::testing::Eq(""));
+        const std::string folder = machine.Folder("");
+        EXPECT_EQ(MessageOf({folder + R"(user\copy)", folder + "bad"}), row.message);
+    }
+}
+} // namespace

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <unistd.h>
+
+/// Gives up the rights of root, which no permission holds back, for its life.
+class OrdinaryUser final
+{
+public:
+    explicit OrdinaryUser(const std::filesystem::path& scratch)
+    {
+        if (::geteuid() != 0)
+            return;
+        using std::filesystem::perms;
+        permissions(scratch, perms::owner_all | perms::group_exec | perms::others_exec);
+        m_isSwitched = ::seteuid(65534) == 0;
+    }
+    ~OrdinaryUser()
+    {
+        if (m_isSwitched && ::seteuid(0) != 0)
+            std::abort();
+    }
+
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    bool m_isSwitched = false;
+};
