@@ -1,3 +1,4 @@
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -6,7 +7,6 @@
 #include <random>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include <Quenlor/QnFileName.h>
 #include <gtest/gtest.h>
@@ -25,17 +25,22 @@ namespace
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 namespace fs = std::filesystem;
 
-constexpr std::size_t Processes = 3;
-constexpr int Torn = 2; // more than the one write that the signal came into
+constexpr int Torn = 1'000'000'000;
 
-/// What is done over and over: with 1, with 2, and so on by each process.
+/// Stores 1, then 2 and so on until it is killed.
+struct Writer
+{
+    std::string name;
+    int stored = 0;
+    pid_t process = 0;
+    int reports[2] = {};
+};
+
 struct Work
 {
-    std::function<bool(std::size_t process, int number)> act;
-    /// The highest number that is on disk as a whole, given that of the last round and the last one that was reported.
-    std::function<int(std::size_t process, int before, int reported)> reached;
-    /// Puts everything in order for the next round. @return how many files should not be there
-    std::function<std::size_t()> tidy;
+    std::function<bool(const Writer&, int number)> store;
+    std::function<int(const Writer&)> find;  ///< The highest number that is stored whole, no less than `stored`.
+    std::function<std::size_t()> leftBehind; ///< How many files should not be there, when all has been put in order.
 };
 
 class CrashTest : public ::testing::Test
@@ -46,49 +51,41 @@ protected:
     static void Attack(const std::string& name, const Work& work)
     {
         const int rounds = CountFrom("FRAXO_KILL_ROUNDS", 100);
+        std::array<Writer, 3> writers = {Writer{"a"}, Writer{"b"}, Writer{"c"}};
         std::mt19937 random{22};
-        std::vector<int> last(Processes, 0);
-        std::size_t reports = 0, lost = 0, torn = 0, left = 0;
+        std::size_t writes = 0, lost = 0, torn = 0, left = 0;
         for (int round = 0; round < rounds; ++round)
         {
-            std::vector<pid_t> children;
-            std::vector<int> pipes;
-            for (std::size_t process = 0; process < Processes; ++process)
+            for (Writer& writer : writers)
             {
-                int ends[2];
-                ASSERT_EQ(::pipe(ends), 0);
-                const auto workOn = [&]
+                ASSERT_EQ(::pipe(writer.reports), 0);
+                const auto storeAll = [&]
                 {
-                    for (int number = last[process] + 1;; ++number)
-                    {
-                        if (!work.act(process, number) || ::write(ends[1], &number, sizeof number) < 0)
-                            return 1;
-                    }
+                    int number = writer.stored + 1;
+                    while (work.store(writer, number) && ::write(writer.reports[1], &number, sizeof number) > 0)
+                        ++number;
+                    return 1;
                 };
-                children.push_back(Start(workOn));
-                ::close(ends[1]);
-                pipes.push_back(ends[0]);
+                writer.process = Start(storeAll);
+                ::close(writer.reports[1]);
             }
-            std::this_thread::sleep_for(std::chrono::microseconds{random() % 20'000});
-            for (const pid_t child : children)
+            std::this_thread::sleep_for(std::chrono::microseconds{random() % 10'000});
+            for (Writer& writer : writers)
             {
-                ::kill(child, SIGKILL);
-                EXPECT_EQ(ExitCode(child), -1) << "it failed before it was killed";
+                ::kill(writer.process, SIGKILL);
+                EXPECT_EQ(ExitCode(writer.process), -1) << "it failed before it was killed";
+                int reported = writer.stored;
+                while (::read(writer.reports[0], &reported, sizeof reported) == sizeof reported)
+                    ++writes;
+                ::close(writer.reports[0]);
+                const int found = work.find(writer);
+                lost += found < reported;
+                torn += found > reported + 1; // at most what the signal came into
+                writer.stored = found;
             }
-            for (std::size_t process = 0; process < Processes; ++process)
-            {
-                const int before = last[process];
-                int reported = before;
-                while (::read(pipes[process], &reported, sizeof reported) == sizeof reported)
-                    ++reports;
-                ::close(pipes[process]);
-                last[process] = work.reached(process, before, reported);
-                lost += last[process] < reported;
-                torn += last[process] >= reported + Torn;
-            }
-            left += work.tidy();
+            left += work.leftBehind();
         }
-        Conclude(name, {{"rounds", rounds}, {"acknowledged writes", reports}},
+        Conclude(name, {{"rounds", rounds}, {"acknowledged writes", writes}},
                  {{"lost", lost}, {"torn", torn}, {"files left behind", left}});
     }
 
@@ -97,75 +94,62 @@ protected:
 
 TEST_F(CrashTest, AWriterLeavesAWholeHive)
 {
-    const auto name = [](std::size_t process) { return "n" + std::to_string(process); };
     const std::string filler(20'000, 'x'); // makes the writing of the file a larger part of the time
     m_machine.WriteText(HKEY_CURRENT_USER, "Key", "filler", filler);
     const fs::path hive = m_machine.Root() / "Registry" / "HKEY_CURRENT_USER.reg";
-    const auto set = [&](std::size_t process, int number)
-    { return RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Key", name(process), number); };
-    const auto get = [&](std::size_t process, int, int)
-    { return RegistryHelper::GetIntValue(HKEY_CURRENT_USER, "Key", name(process), 0); };
-    const auto tidy = [&]
+    const auto set = [](const Writer& writer, int number)
+    { return RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Key", writer.name, number); };
+    const auto get = [](const Writer& writer)
+    { return RegistryHelper::GetIntValue(HKEY_CURRENT_USER, "Key", writer.name, 0); };
+    const auto leftBehind = [&]
     {
         EXPECT_EQ(RegistryHelper::GetStringValue(HKEY_CURRENT_USER, "Key", "filler", ""), filler);
-        EXPECT_TRUE(set(Processes, get(Processes, 0, 0) + 1)) << "no lock is held";
+        EXPECT_TRUE(set({"test"}, get({"test"}) + 1)) << "no lock is held";
         return TemporaryFiles(hive.parent_path()).size() + exists(fs::path{hive} += ".skipped");
     };
-    Attack("killed writers", {set, get, tidy});
+    Attack("killed writers", {set, get, leftBehind});
 }
 
 /// Where the file system knows files without a name, and where it does not.
-class ProvisioningCrashTest : public CrashTest, public ::testing::WithParamInterface<bool>
+class CopyCrashTest : public CrashTest, public ::testing::WithParamInterface<bool>
 {
-protected:
-    bool HasUnnamedFiles() const
-    {
-        const int file = ::open(m_machine.Root().c_str(), O_TMPFILE | O_WRONLY, 0600);
-        ::close(file);
-        return file >= 0;
-    }
 };
 
-TEST_P(ProvisioningCrashTest, LeavesWholeCopies)
+TEST_P(CopyCrashTest, LeavesWholeCopies)
 {
-    const std::string content(100'000, 'd');
-    const fs::path installed = m_machine.Root() / "Default.ini";
-    const fs::path folder = m_machine.Root() / "user" / "folder"; // missing as well, so that it is made meanwhile
-    WriteFile(installed, content);
     FailingCalls::Begin({.hasUnnamedFiles = GetParam()});
-    const bool isTidy = HasUnnamedFiles();
+    const bool isTidy = ::close(::open(m_machine.Root().c_str(), O_TMPFILE | O_WRONLY, 0600)) == 0;
+    const fs::path installed = m_machine.Root() / "Default.ini";
+    const std::string content(66'000, 'd');
+    WriteFile(installed, content);
+    const fs::path folder = m_machine.Root() / "user" / "folder"; // missing as well, so that it is made meanwhile
+    const auto path = [&](const Writer& writer, int number) { return folder / (writer.name + std::to_string(number)); };
 
-    const auto path = [&](std::size_t process, int number)
-    { return folder / (std::to_string(process) + '-' + std::to_string(number) + ".ini"); };
-    const auto provide = [&](std::size_t process, int number) {
-        return Provide({path(process, number).string(), installed.string()}).length() != 0;
+    const auto provide = [&](const Writer& writer, int number) {
+        return Provide({path(writer, number).string(), installed.string()}).length() != 0;
     };
-    const auto reached = [&](std::size_t process, int before, int reported)
+    const auto find = [&](const Writer& writer)
     {
-        int number = before;
-        for (; exists(path(process, number + 1)); ++number)
-        {
-            if (ReadFile(path(process, number + 1)) != content)
-                return reported + Torn;
-        }
+        int number = writer.stored;
+        while (number < Torn && exists(path(writer, number + 1)))
+            number = ReadFile(path(writer, number + 1)) == content ? number + 1 : Torn;
         return number;
     };
-    const auto tidy = [&]
+    const auto leftBehind = [&]
     {
-        using Quenlor::QnFileName;
-        create_directories(folder);
-        if (!isTidy) // the first copy an hour later removes what was left
+        AgeTemporaryFiles(folder);
+        if (!isTidy) // what was left is removed by the next copy of the kind
         {
-            AgeTemporaryFiles(folder);
-            QnFileName::QnCopyFile(installed.wstring().c_str(), (folder / "0").wstring().c_str(), true);
+            create_directories(folder);
+            Quenlor::QnFileName::QnCopyFile(installed.wstring().c_str(), (folder / "0").wstring().c_str(), true);
         }
         const std::size_t left = TemporaryFiles(folder).size();
         fs::remove_all(folder.parent_path());
         return left;
     };
-    Attack(GetParam() ? "killed copies" : "killed copies that need a name", {provide, reached, tidy});
+    Attack(isTidy ? "killed copies" : "killed copies that need a name", {provide, find, leftBehind});
 }
 
-INSTANTIATE_TEST_SUITE_P(, ProvisioningCrashTest, ::testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(, CopyCrashTest, ::testing::Bool(),
                          [](const auto& row) { return row.param ? "WithoutAName" : "WithAName"; });
 } // namespace

@@ -151,7 +151,7 @@ std::ptrdiff_t OpenFiles()
 class FailingDiskTest : public ::testing::TestWithParam<Operation>
 {
 protected:
-    FailingDiskTest() { WriteFile(m_place.installed, std::string(70'000, 'd')); }
+    FailingDiskTest() { WriteFile(m_place.installed, std::string(66'000, 'd')); }
 
     fs::path Target() const { return m_place.*GetParam().target; }
     bool IsCopy() const { return Target() == m_place.copy; }

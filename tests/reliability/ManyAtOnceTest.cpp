@@ -1,6 +1,6 @@
 #include <atomic>
 #include <filesystem>
-#include <map>
+#include <functional>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -46,6 +46,14 @@ protected:
         m_shared = new (page) Shared;
     }
     ~ManyAtOnceTest() override { ::munmap(m_shared, sizeof(Shared)); }
+
+    static std::vector<pid_t> StartAll(int count, const std::function<int(int)>& body)
+    {
+        std::vector<pid_t> processes;
+        for (int i = 0; i < count; ++i)
+            processes.push_back(Start([&] { return body(i); }));
+        return processes;
+    }
 
     static std::string Name(int writer, int write) { return std::to_string(writer) + '.' + std::to_string(write); }
 
@@ -98,13 +106,9 @@ TEST_F(ManyAtOnceTest, WritersLoseNothingAndReadersSeeWholeHives)
     const int writers = std::min(CountFrom("FRAXO_WRITERS", 32), MostWriters);
     const int writes = CountFrom("FRAXO_WRITES", 10);
     m_machine.WriteNumber(HKEY_CURRENT_USER, "Shared", "first", 1);
-    std::vector<pid_t> readers, children;
-    for (int reader = CountFrom("FRAXO_READERS", 8); reader > 0; --reader)
-        readers.push_back(Start([&] { return Read(writers); }));
-    for (int writer = 0; writer < writers; ++writer)
-        children.push_back(Start([&] { return Write(writer, writes); }));
-    for (const pid_t child : children)
-        EXPECT_EQ(ExitCode(child), 0);
+    const auto readers = StartAll(CountFrom("FRAXO_READERS", 8), [&](int) { return Read(writers); });
+    for (const pid_t writer : StartAll(writers, [&](int writer) { return Write(writer, writes); }))
+        EXPECT_EQ(ExitCode(writer), 0);
     m_shared->isOver = true;
     for (const pid_t reader : readers)
         EXPECT_EQ(ExitCode(reader), 0);
@@ -137,7 +141,7 @@ TEST_F(ManyAtOnceTest, CopiesAreWholeAndTheEditOfTheFirstIsKept)
         WriteFile(edit, "edited");
         int gate[2];
         ASSERT_EQ(::pipe(gate), 0);
-        const auto provide = [&]
+        const auto provide = [&](int)
         {
             char none;
             ::close(gate[1]);
@@ -151,9 +155,7 @@ TEST_F(ManyAtOnceTest, CopiesAreWholeAndTheEditOfTheFirstIsKept)
             fs::rename(edit, copy, error); // done by the first, which takes the edit away
             return 0;
         };
-        std::vector<pid_t> children;
-        for (int process = 0; process < processes; ++process)
-            children.push_back(Start(provide));
+        const std::vector<pid_t> children = StartAll(processes, provide);
         ::close(gate[0]);
         ::close(gate[1]);
         for (const pid_t child : children)

@@ -238,24 +238,6 @@ TEST_F(HiveTest, FilesHaveTheirPermissionsWhateverTheUmask)
     EXPECT_FALSE(fs::exists(With(MachineHive(), ".skipped"))) << "an empty file is an empty hive";
 }
 
-TEST_F(HiveTest, NoDescriptorAndNoFileIsLeftBehind)
-{
-    const auto openFiles = [] { return std::distance(fs::directory_iterator{"/proc/self/fd"}, {}); };
-    Write(UserHive(), Header + "malformed\n");
-    Write(With(UserHive(), ".new"), "left by a writer that was killed");
-    fs::create_directories(MachineHive());
-    const auto before = openFiles();
-    for (DWORD i = 0; i < 5; ++i)
-    {
-        EXPECT_EQ(Set(HKEY_CURRENT_USER, i), ERROR_SUCCESS);
-        EXPECT_EQ(Get(HKEY_CURRENT_USER), i);
-        EXPECT_EQ(::RegDeleteValueA(HKEY_CURRENT_USER, "missing"), ERROR_FILE_NOT_FOUND);
-        EXPECT_EQ(Set(HKEY_LOCAL_MACHINE, i), ERROR_REGISTRY_IO_FAILED);
-    }
-    EXPECT_EQ(openFiles(), before);
-    EXPECT_FALSE(fs::exists(With(UserHive(), ".new")));
-}
-
 // ---- places ---------------------------------------------------------------------------------------------------------
 
 TEST_F(HiveTest, LieWhereTheEnvironmentSays)
