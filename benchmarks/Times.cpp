@@ -42,6 +42,7 @@ private:
 void Run(const Measurement& measurement, benchmark::State& state)
 {
     const Operation operation = measurement.begin();
+    operation(); // all is measured warm
     for ([[maybe_unused]] const auto iteration : state)
         operation();
 }
