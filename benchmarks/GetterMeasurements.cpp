@@ -107,7 +107,7 @@ void AddGetters(Measurements& measurements)
     const std::string task = "getter";
     for (const FraxoInfo::Operation& operation : FraxoInfo::Catalogue())
     {
-        if (operation.name == "IsExeRunning") // looks at every process of the machine
+        if (operation.name.starts_with("IsExeRunning")) // looks at every process of the machine
             continue;
         const auto begin = [=]() -> Operation
         {
