@@ -18,6 +18,7 @@ namespace
 {
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 using ::testing::HasSubstr;
 
 constexpr std::size_t TenMegabytes = std::size_t{10} * 1024 * 1024;
@@ -43,7 +44,7 @@ const BadFile Files[] = {
     {"10 MB of brackets", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '[')); }, Nothing, true, "No document element"},
     {"10 MB of NULs", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '\0')); }, Nothing, true, "No document element"},
     {"elements in each other", [](const fs::path& path) { std::string text; for (int i = 0; i < 100000; ++i) text += "<a>"; WriteFile(path, text); }, Nothing, true, "mismatch"},
-    {"a program", [](const fs::path& path) { WriteFile(path, std::string{"\x7F" "ELF\2\1\1\0\0\n\xFF\xFE\n[Main]\nKey=v\n", 28}); }, "v", true, "not in UTF-8"},
+    {"a program", [](const fs::path& path) { WriteFile(path, "\x7F" "ELF\2\1\1\0\0\n\xFF\xFE\n[Main]\nKey=v\n"s); }, "v", true, "not in UTF-8"},
     {"nothing", [](const fs::path& path) { WriteFile(path, ""); }, Nothing, true, "No document element"},
     {"a folder", [](const fs::path& path) { create_directory(path); }, Nothing, true, "the file cannot be read", NotCopied},
     {"a link to nowhere", [](const fs::path& path) { create_symlink("nowhere", path); }, Nothing, false, "", NotFound},

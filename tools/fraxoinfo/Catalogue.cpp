@@ -51,6 +51,7 @@ Value ToValue(double number)
 Value ToValue(const std::set<Quenlor::Utf8String>& texts)
 {
     std::vector<std::string> list;
+    list.reserve(texts.size());
     for (const Quenlor::Utf8String& text : texts)
         list.push_back(text.ToStdString());
     return list;
