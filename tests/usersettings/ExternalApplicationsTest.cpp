@@ -160,7 +160,9 @@ TEST_F(ProductClasses, FoundationIsWhatItsLastVersionRecordedUnchecked)
 TEST_F(ProductClasses, WordsVersionIsTheNumberBehindItsNameOnce)
 {
     constexpr std::pair<const char*, int> rows[] = {
-        {"Word.Application.16", 16}, {"Word.Application.Word.Application.16", 0}, {"16", 0}, {"Word.Application.", 0}};
+        {"Word.Application.16", 16}, {"Word.Application.Word.Application.16", 0}, {"16", 0},
+        {"Word.Application.", 0},    {"Word.Application.\xEF\xBC\x91", 0}, // a full-width digit
+    };
     for (const auto& [progId, number] : rows)
     {
         m_machine.WriteText(HKEY_CLASSES_ROOT, R"(Word.Application\CurVer)", "", progId);

@@ -1,11 +1,11 @@
 #include "core/NumberConversion.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
-
-#include <Quenlor/QnStringUtilities.h>
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -47,6 +47,9 @@ float ToFloat(const std::string& text)
 
 int LeadingNumber(const Utf8String& text)
 {
-    return QnStringUtilities::Wtoi(WString{text.c_str(), false}.c_str());
+    const int errnoOfCaller = errno;
+    const long number = std::strtol(text.c_str(), nullptr, 10);
+    errno = errnoOfCaller;
+    return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

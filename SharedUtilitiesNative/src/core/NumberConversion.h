@@ -18,5 +18,6 @@ int ToInt(const std::string& text);
 float ToFloat(const std::string& text);
 
 /// Like ToInt where a number is not required: 0 when there is none, the nearest end of the range when it does not fit.
+/// Only the digits and white space of ASCII count, which on Windows the wide functions do not keep to.
 int LeadingNumber(const Utf8String& text);
 } // namespace Quenlor::Fraxo::SharedUtilities::Native
