@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include <Quenlor/InputFile.h>
 #include <Quenlor/QnFileName.h>
@@ -84,9 +85,10 @@ IniReader::Contents::Sections& IniReader::Contents::United() const
 {
     if (!m_sections.IsMade())
     {
-        m_sections = Sections{m_parts.size()};
+        Sections sections{m_parts.size()};
         for (const Part& part : m_parts)
-            m_sections[part.section].Append(part.lines);
+            sections[part.section].Append(part.lines);
+        m_sections = std::move(sections); // all of them or, when memory runs out on the way, none
     }
     return m_sections;
 }
@@ -95,8 +97,9 @@ const Ini::Section* IniReader::Contents::Find(std::string_view section) const
 {
     if (!m_lastSection || m_lastName != section)
     {
-        m_lastSection = United().Find(section);
-        m_lastName = section;
+        const Ini::Section* const found = United().Find(section);
+        m_lastName = section; // may throw, and the two belong together
+        m_lastSection = found;
     }
     return m_lastSection;
 }
