@@ -53,10 +53,9 @@ std::optional<std::string> FindIgnoringCase(const std::string& folder, std::stri
 /// How much of a path is there in its own spelling, up to a separator; the whole of it is not.
 std::size_t ExistingLength(const std::string& path)
 {
-    std::size_t end = path.find_last_not_of('/');
-    do
-        end = path.rfind('/', end);
-    while (end != path.npos && end != 0 && !Exists(path.substr(0, end--)));
+    std::size_t end = path.rfind('/', path.find_last_not_of('/'));
+    while (end != path.npos && end != 0 && !Exists(path.substr(0, end)))
+        end = path.rfind('/', end - 1);
     return end == path.npos ? 0 : end;
 }
 
