@@ -74,6 +74,9 @@ protected:
             {
                 ::kill(writer.process, SIGKILL);
                 EXPECT_EQ(ExitCode(writer.process), -1) << "it failed before it was killed";
+            }
+            for (Writer& writer : writers)
+            {
                 int reported = writer.stored;
                 while (::read(writer.reports[0], &reported, sizeof reported) == sizeof reported)
                     ++writes;
