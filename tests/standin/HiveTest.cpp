@@ -160,6 +160,18 @@ TEST_F(HiveTest, MalformedLinesAreSkippedAndSavedBeforeTheHiveIsWritten)
 
 // ---- failures -------------------------------------------------------------------------------------------------------
 
+TEST_F(HiveTest, DeletionsAreDoneWhereTheyStand)
+{
+    const std::string key = "[HKEY_CURRENT_USER\\Key]\n";
+    for (const auto& [edit, number] :
+         {std::pair{"\"n\"=-\n", None}, std::pair{"\"n\"=-\n\"n\"=dword:2\n", DWORD{2}},
+          std::pair{"[-HKEY_CURRENT_USER\\KEY]\n", None}, std::pair{"[-HKEY_LOCAL_MACHINE\\Key]\n", DWORD{1}}})
+    {
+        Write(UserHive(), Header + key + "\"n\"=dword:1\n" + edit);
+        EXPECT_EQ(Get(HKEY_CURRENT_USER), number) << edit;
+    }
+}
+
 TEST_F(HiveTest, OneThatIsUnusableIsLeftAlone)
 {
     fs::create_directories(UserHive());
