@@ -33,8 +33,8 @@ public:
     static Utf8String GetNativeCodesIniPath(); ///< The machine's file that GetCodesIniPath copies.
     static Utf8String GetDesignCodesIniDirectory(); ///< LanguageHelper::GetCurrentLanguageDirectory().
 
-    /// The connected project's own sections; copied from the section database. The database of FRAXO_PRO_SECTIONS_
-    /// DIRECTORY is followed by the file name as it stands: that variable needs its separator at the end.
+    /// The connected project's own sections; copied from the section database. Where that is the value of
+    /// FRAXO_PRO_SECTIONS_DIRECTORY, the file name follows it as it stands: the variable needs a separator at its end.
     static Utf8String GetDbSectionCustomIniPath();
     static Utf8String GetDbSectionCustomDbiPath(); ///< The index beside it, which is never copied.
 
