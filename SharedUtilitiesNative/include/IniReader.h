@@ -48,7 +48,7 @@ public:
     /// continued, see GetKeyValuePairListBySection.
     /// @return whether the file exists. One that cannot be opened does, and has no values.
     bool LoadFile(const std::wstring& path);
-    bool LoadFile(const std::string& path); ///< The path in UTF-8.
+    bool LoadFile(const std::string& path); ///< The path in UTF-8, as IniConfig answers it.
 
     /// Replaces all values by those of one section, which ends at the next header of any name: a later section of the
     /// same name is not read. Section "" has no header and is never found. The key order stays as it is.
