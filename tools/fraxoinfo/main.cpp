@@ -209,8 +209,7 @@ int Run(int argc, char** argv)
         "  fraxoinfo doctor             what is wrong with the installation, and what to do\n\n"
         "No file of the product is created or changed without --provision. As in any application, a number that\n"
         "an earlier release stored as text becomes a number when it is read, and the shell's folder for this\n"
-        "user is made if it is missing. What depends on the executable's folder or version is answered for fraxoinfo\n"
-        "itself.\n"
+        "user is made if it is missing. What depends on the executable's folder or version is fraxoinfo's own.\n"
         "Exit status: 0 success, 1 an operation failed, something needs attention or differs, 2 wrong use.");
     const auto release = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber();
     app.set_version_flag("--version", std::string{"fraxoinfo, release "} + release.c_str());
