@@ -193,7 +193,15 @@ void AddCommands(CLI::App& app, Arguments& arguments, int& status)
 int Run(int argc, char** argv)
 {
     CLI::App app{"Prints what the shared utilities answer on this machine: every location and setting, or one."};
-    app.footer(
+    const auto release = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber();
+    app.set_version_flag("--version", std::string{"fraxoinfo, release "} + release.c_str());
+    Arguments arguments;
+    int status = Success;
+    app.add_option("operation", arguments.operation, "The operation to ask for, with or without its class");
+    app.add_flag("--json", arguments.asJson, "Print JSON");
+    app.add_flag("--provision", arguments.provide, "Make the user's missing files from the installed defaults");
+    AddCommands(app, arguments, status);
+    app.footer( // behind the commands, which would take it over
         "Examples:\n"
         "  fraxoinfo                    every answer, grouped by class\n"
         "  fraxoinfo GetFRAXOProRoot    one answer, bare, for scripts\n"
@@ -211,14 +219,8 @@ int Run(int argc, char** argv)
         "an earlier release stored as text becomes a number when it is read, and the shell's folder for this\n"
         "user is made if it is missing. What depends on the executable's folder or version is fraxoinfo's own.\n"
         "Exit status: 0 success, 1 an operation failed, something needs attention or differs, 2 wrong use.");
-    const auto release = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber();
-    app.set_version_flag("--version", std::string{"fraxoinfo, release "} + release.c_str());
-    Arguments arguments;
-    int status = Success;
-    app.add_option("operation", arguments.operation, "The operation to ask for, with or without its class");
-    app.add_flag("--json", arguments.asJson, "Print JSON");
-    app.add_flag("--provision", arguments.provide, "Make the user's missing files from the installed defaults");
-    AddCommands(app, arguments, status);
+    app.failure_message([](const CLI::App* command, const CLI::Error& error)
+                        { return "fraxoinfo: " + CLI::FailureMessage::simple(command, error); });
 
     FraxoInfo::UseColours(FraxoInfo::CanShowColours());
     try
