@@ -37,6 +37,7 @@ write_basic_package_version_file(SharedUtilitiesNativeConfigVersion.cmake COMPAT
 install(FILES
         ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNativeConfig.cmake
         ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNativeConfigVersion.cmake
+        cmake/VersionResource.cmake cmake/version.$<IF:$<BOOL:${WIN32}>,rc,S>.in
     DESTINATION ${package_dir} COMPONENT Development)
 
 # For pkg-config, which knows nothing of targets, the private libraries of the static form are spelled out.

@@ -7,6 +7,7 @@
 #include <IniReader.h>
 #include <LanguageHelper.h>
 #include <Logger.h>
+#include <VersionConfig.h>
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 
@@ -22,7 +23,8 @@ int main()
 
         std::cout << "settings   " << settings.c_str() << '\n'
                   << "auto save  every " << minutes << " minutes\n"
-                  << "language   " << LanguageHelper::GetCurrentLanguage().c_str() << std::endl;
+                  << "language   " << LanguageHelper::GetCurrentLanguage().c_str() << '\n'
+                  << "version    " << VersionConfig::GetProductVersion().c_str() << std::endl;
         if (auto* const logger = Logger::Get())
             logger->Info("read " + settings.ToStdString());
         return 0;
