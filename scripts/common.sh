@@ -57,12 +57,16 @@ quietly() {
     fi
 }
 
+# configure PRESET: if that has not been done.
+configure() {
+    [ -f "build/$1/build.ninja" ] || quietly "build/$1.configure.log" cmake --preset "$1" ||
+        fail "configuring '$1' failed"
+}
+
 # build PRESET [TARGET]: configures it if needed, and builds it, or one target of it.
 build() {
     say "Building ($1)"
-    if [ ! -f "build/$1/build.ninja" ]; then
-        quietly "build/$1.configure.log" cmake --preset "$1" || fail "configuring '$1' failed"
-    fi
+    configure "$1"
     quietly "build/$1.build.log" cmake --build --preset "$1" ${2:+--target "$2"} || fail "building '$1' failed"
 }
 

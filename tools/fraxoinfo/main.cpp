@@ -233,7 +233,7 @@ int Run(int argc, char** argv)
     }
     if (!app.get_subcommands().empty())
         return status;
-    if (!arguments.operation.empty())
+    if (app.count("operation") != 0) // an empty name is a name as well: a script has lost one
         return PrintOne(arguments.operation, arguments.asJson, arguments.provide);
     const auto answers = FraxoInfo::AskForEverything(arguments.provide);
     Print(arguments.asJson ? FraxoInfo::FormatJson(answers) : FraxoInfo::FormatTable(answers));

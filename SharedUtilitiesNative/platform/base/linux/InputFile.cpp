@@ -1,12 +1,12 @@
 #include <Quenlor/InputFile.h>
 
-#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <Quenlor/QnStringUtilities.h>
 
 #include "linux/NativePath.h"
+#include "linux/Repeated.h"
 
 namespace Quenlor
 {
@@ -31,9 +31,7 @@ std::size_t InputFile::Length() const noexcept
 
 std::size_t InputFile::Read(char* buffer, std::size_t size) noexcept
 {
-    ssize_t count = ::read(m_descriptor, buffer, size);
-    while (count < 0 && errno == EINTR)
-        count = ::read(m_descriptor, buffer, size);
+    const ssize_t count = Posix::Repeated([&] { return ::read(m_descriptor, buffer, size); });
     return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 } // namespace Quenlor

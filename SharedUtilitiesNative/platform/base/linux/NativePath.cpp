@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 
 #include "linux/CaseFolding.h"
+#include "linux/Repeated.h"
 
 namespace Quenlor::Posix
 {
@@ -115,7 +116,7 @@ std::string NativePath(std::string_view path, bool& exists)
 FileDescriptor OpenForReading(std::string_view path)
 {
     const auto open = [](const std::string& native)
-    { return FileDescriptor{::open(native.c_str(), O_RDONLY | O_CLOEXEC)}; };
+    { return FileDescriptor{Repeated([&] { return ::open(native.c_str(), O_RDONLY | O_CLOEXEC); })}; };
     const std::string native = WithSlashes(path);
     FileDescriptor file = open(native);
     if (file || native.empty() || errno != ENOENT)

@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "linux/Repeated.h"
+
 namespace Quenlor::NativeLogging
 {
 namespace
@@ -31,9 +33,8 @@ std::error_code LogFile::Append(std::string_view text) noexcept
 {
     while (!text.empty()) // once, unless the disk is full
     {
-        const ssize_t written = ::write(static_cast<int>(m_handle), text.data(), text.length());
-        if (written < 0 && errno == EINTR)
-            continue;
+        const ssize_t written =
+            Posix::Repeated([&] { return ::write(static_cast<int>(m_handle), text.data(), text.length()); });
         if (written < 0)
             return LastError();
         text.remove_prefix(static_cast<std::size_t>(written));
