@@ -9,6 +9,7 @@
 
 #include "Catalogue.h"
 #include "Report.h"
+#include "SettledOperations.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
 
@@ -62,7 +63,8 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
         {
             together.ArriveAndWait();
             const Answer answer = AskFor(operation, true);
-            mine.push_back(std::string{operation.name} + ": " + ToText(answer.value) + answer.failure);
+            if (IsSettled(operation))
+                mine.push_back(std::string{operation.name} + ": " + ToText(answer.value) + answer.failure);
         }
     };
     {
