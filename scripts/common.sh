@@ -42,7 +42,8 @@ install_for_sanitizers() {
 
 install_for_windows() {
     install_for_linux
-    require_packages g++-mingw-w64-x86-64-posix googletest wine wine64
+    # Without its preloader, Wine ends at once and silently when the random heap lies where Windows keeps its shared data.
+    require_packages g++-mingw-w64-x86-64-posix googletest wine wine64 wine64-preloader
 }
 
 # quietly LOG COMMAND...: what the command prints goes to a terminal, or else to the log, which is shown if it fails.
