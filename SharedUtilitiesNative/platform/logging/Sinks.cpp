@@ -170,6 +170,7 @@ spdlog::level::level_enum ToSpdlog(LogLevel level) noexcept
 void Sink::Close()
 {
     const std::scoped_lock lock{mutex_};
+    m_isClosed = true;
     CloseFile();
 }
 
@@ -178,6 +179,8 @@ void Sink::sink_it_(const spdlog::details::log_msg& record)
     spdlog::memory_buf_t line;
     formatter_->format(record, line);
     Write({line.data(), line.size()});
+    if (m_isClosed)
+        CloseFile();
 }
 
 std::unique_ptr<Sink> MakeSink(const AppenderSettings& appender, const QnFileName& file, std::string place)

@@ -17,7 +17,8 @@ spdlog::level::level_enum ToSpdlog(LogLevel level) noexcept;
 class Sink : public spdlog::sinks::base_sink<std::mutex>
 {
 public:
-    /// Gives files back, since no more records are to be expected. One that comes all the same is written.
+    /// Gives files back, since no more records are to be expected. One that comes all the same is written, and keeps
+    /// nothing open: another thread chose the sink before its configuration was replaced.
     void Close();
 
 private:
@@ -26,6 +27,8 @@ private:
 
     void sink_it_(const spdlog::details::log_msg& record) final;
     void flush_() final {} // every record is handed to the system at once
+
+    bool m_isClosed = false;
 };
 
 /// The sink of an appender; null for one that writes nowhere. No file is opened before the first record.
