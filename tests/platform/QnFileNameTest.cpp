@@ -3,10 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
+#include "support/Files.h"
 #include "support/ScratchMachine.h"
 
 namespace
@@ -123,16 +122,9 @@ protected:
         return name.AppendToPath(path);
     }
 
-    static void Write(const QnFileName& file, const std::string& text)
-    {
-        std::ofstream{file.ToNativePath(), std::ios::binary} << text;
-    }
+    static void Write(const QnFileName& file, const std::string& text) { WriteFile(file.ToNativePath(), text); }
 
-    static std::string Read(const QnFileName& file)
-    {
-        std::ifstream stream{file.ToNativePath(), std::ios::binary};
-        return {std::istreambuf_iterator<char>{stream}, {}};
-    }
+    static std::string Read(const QnFileName& file) { return ReadFile(file.ToNativePath()); }
 
     ScratchMachine m_machine;
 };

@@ -110,18 +110,18 @@ TEST_F(HiveTest, ACounterThatIsUnfitOrLeftOddHidesNothing)
     for (const std::string& counter : {std::string{"\x07\0\0\0\0\0\0\0", 8}, std::string{}, std::string{"abc"}})
     {
         fs::remove(With(UserHive(), ".changes"));
-        Write(With(UserHive(), ".changes"), counter);
+        WriteFile(With(UserHive(), ".changes"), counter);
         fs::last_write_time(UserHive(), fs::last_write_time(UserHive()) + std::chrono::seconds{1}); // has it read again
         const HKEY key = OpenKey();
 
         // As by a writer that is killed before it can say so.
-        Write(With(UserHive(), ".by-hand"), Header + "[HKEY_CURRENT_USER\\Key]\n\"n\"=dword:17\n");
+        WriteFile(With(UserHive(), ".by-hand"), Header + "[HKEY_CURRENT_USER\\Key]\n\"n\"=dword:17\n");
         fs::rename(With(UserHive(), ".by-hand"), UserHive());
         DWORD number = None;
         EXPECT_EQ(GetNumber(key, "n", number), ERROR_SUCCESS);
         EXPECT_EQ(number, 0x17U);
         EXPECT_EQ(SetByOther(1), ERROR_SUCCESS);
-        const std::string repaired = Content(With(UserHive(), ".changes"));
+        const std::string repaired = ReadFile(With(UserHive(), ".changes"));
         ASSERT_EQ(repaired.size(), 8U);
         EXPECT_EQ(repaired[0] % 2, 0);
         EXPECT_EQ(::RegCloseKey(key), ERROR_SUCCESS);
@@ -135,7 +135,7 @@ TEST_F(HiveTest, MalformedLinesAreSkippedAndSavedBeforeTheHiveIsWritten)
     const std::string original = Header + "\"bad\"=dword:x\n[HKEY_LOCAL_MACHINE\\Foreign]\n\"f\"=\"x\"\n"
                                           "[HKEY_CURRENT_USER\\Key]\n\"n\"=dword:1\n";
     const fs::path saved = With(UserHive(), ".skipped");
-    Write(UserHive(), original);
+    WriteFile(UserHive(), original);
     EXPECT_EQ(Get(HKEY_CURRENT_USER), 1U);
     std::vector<RegistryFileProblem> problems;
     EXPECT_EQ(HiveProblems(HKEY_CURRENT_USER, problems), ERROR_SUCCESS);
@@ -143,19 +143,19 @@ TEST_F(HiveTest, MalformedLinesAreSkippedAndSavedBeforeTheHiveIsWritten)
 
     fs::create_directory(saved);
     EXPECT_EQ(Set(HKEY_CURRENT_USER, 2), ERROR_REGISTRY_IO_FAILED);
-    EXPECT_EQ(Content(UserHive()), original) << "not before the text is safe";
+    EXPECT_EQ(ReadFile(UserHive()), original) << "not before the text is safe";
     fs::remove(saved);
 
     EXPECT_EQ(SetNumber(HKEY_CURRENT_USER, "Key", "m", 1), ERROR_SUCCESS);
-    const std::string skipped = Content(saved);
+    const std::string skipped = ReadFile(saved);
     EXPECT_THAT(skipped, HasSubstr("; line 4: a dword that is not 1 to 8 hexadecimal digits\n\"bad\"=dword:x\n"));
     EXPECT_THAT(skipped, HasSubstr("\n\"f\"=\"x\"\n"));
     EXPECT_EQ(Mode(saved), 0600U);
     EXPECT_EQ(Get(HKEY_CURRENT_USER), 1U);
 
-    Write(UserHive(), "no registry file\n"); // all of it is skipped, and added to what was saved before
+    WriteFile(UserHive(), "no registry file\n"); // all of it is skipped, and added to what was saved before
     EXPECT_EQ(Set(HKEY_CURRENT_USER, 2), ERROR_SUCCESS);
-    EXPECT_THAT(Content(saved), ::testing::AllOf(StartsWith(skipped), EndsWith("\nno registry file\n\n")));
+    EXPECT_THAT(ReadFile(saved), ::testing::AllOf(StartsWith(skipped), EndsWith("\nno registry file\n\n")));
 }
 
 // ---- failures -------------------------------------------------------------------------------------------------------
@@ -167,7 +167,7 @@ TEST_F(HiveTest, DeletionsAreDoneWhereTheyStand)
          {std::pair{"\"n\"=-\n", None}, std::pair{"\"n\"=-\n\"n\"=dword:2\n", DWORD{2}},
           std::pair{"[-HKEY_CURRENT_USER\\KEY]\n", None}, std::pair{"[-HKEY_LOCAL_MACHINE\\Key]\n", DWORD{1}}})
     {
-        Write(UserHive(), Header + key + "\"n\"=dword:1\n" + edit);
+        WriteFile(UserHive(), Header + key + "\"n\"=dword:1\n" + edit);
         EXPECT_EQ(Get(HKEY_CURRENT_USER), number) << edit;
     }
 }
@@ -178,7 +178,7 @@ TEST_F(HiveTest, OneThatIsUnusableIsLeftAlone)
     EXPECT_EQ(Set(HKEY_CURRENT_USER, 1), ERROR_REGISTRY_IO_FAILED);
     EXPECT_TRUE(fs::is_directory(UserHive()));
 
-    Write(MachineHive(), "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Key]\n\"n\"=dword:1\n");
+    WriteFile(MachineHive(), "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Key]\n\"n\"=dword:1\n");
     fs::permissions(MachineHive().parent_path(), fs::perms::all); // so that only the file itself is protected
     for (const bool isReadable : {false, true})
     {
@@ -197,13 +197,13 @@ TEST_F(HiveTest, OneThatIsUnusableIsLeftAlone)
 TEST_F(HiveTest, AnEditIsDoneWhollyOrNotAtAll)
 {
     ASSERT_EQ(Set(HKEY_CURRENT_USER, 1), ERROR_SUCCESS);
-    const std::string before = Content(UserHive());
+    const std::string before = ReadFile(UserHive());
     EXPECT_EQ(ChangeHive(HKEY_CURRENT_USER, [](Key& root) { return root.Clear(), ERROR_BADKEY; }), ERROR_BADKEY);
     EXPECT_EQ(Get(HKEY_CURRENT_USER), 1U);
     const auto fail = [](Key& root) -> LSTATUS { throw(root.Clear(), std::runtime_error{"no"}); };
     EXPECT_THROW(ChangeHive(HKEY_CURRENT_USER, fail), std::runtime_error);
     EXPECT_EQ(Get(HKEY_CURRENT_USER), 1U);
-    EXPECT_EQ(Content(UserHive()), before);
+    EXPECT_EQ(ReadFile(UserHive()), before);
 }
 
 // ---- files ----------------------------------------------------------------------------------------------------------
@@ -243,7 +243,7 @@ TEST_F(HiveTest, FilesHaveTheirPermissionsWhateverTheUmask)
             fs::remove_all(file.parent_path());
         }
     }
-    Write(MachineHive(), "");
+    WriteFile(MachineHive(), "");
     fs::permissions(MachineHive(), fs::perms{0640});
     EXPECT_EQ(Set(HKEY_LOCAL_MACHINE, 1), ERROR_SUCCESS);
     EXPECT_EQ(Mode(MachineHive()), 0640U) << "chosen by the administrator";

@@ -2,13 +2,13 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 
 #include <Platform/Win32.h>
 #include <gtest/gtest.h>
+
+#include "support/Files.h"
 
 /// A registry of its own for each test: QUENLOR_REGISTRY_DIR names a folder that does not exist yet.
 class ScratchRegistry : public ::testing::Test
@@ -28,18 +28,6 @@ protected:
     std::filesystem::path MachineHive() const { return m_scratch / "hives/HKEY_LOCAL_MACHINE.reg"; }
 
     static std::filesystem::path With(std::filesystem::path file, const char* suffix) { return file += suffix; }
-
-    static std::string Content(const std::filesystem::path& file)
-    {
-        std::ifstream stream{file, std::ios::binary};
-        return {std::istreambuf_iterator<char>{stream}, {}};
-    }
-
-    static void Write(const std::filesystem::path& file, std::string_view content)
-    {
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream{file, std::ios::binary} << content;
-    }
 
     static LSTATUS SetNumber(HKEY root, const char* subKey, const char* name, DWORD number)
     {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -28,8 +28,9 @@ inline void WriteFile(const std::filesystem::path& file, std::string_view conten
 
 inline std::string ReadFile(const std::filesystem::path& file)
 {
-    std::ifstream stream{file, std::ios::binary};
-    return {std::istreambuf_iterator<char>{stream}, {}};
+    std::ostringstream content;
+    content << std::ifstream{file, std::ios::binary}.rdbuf();
+    return content.str();
 }
 
 inline bool IsEmptyFolder(const std::filesystem::path& folder)
