@@ -1,11 +1,12 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
 #include <random>
 #include <string>
 #include <string_view>
 #include <system_error>
+
+#include "support/Files.h"
 
 /// An empty folder for one test, removed at the end.
 class TemporaryFolder final
@@ -32,7 +33,7 @@ public:
     std::filesystem::path Write(std::string_view text, const std::filesystem::path& name = "test.ini") const
     {
         const std::filesystem::path file = m_path / name;
-        std::ofstream{file, std::ios::binary}.write(text.data(), static_cast<std::streamsize>(text.length()));
+        WriteFile(file, text);
         return file;
     }
 
