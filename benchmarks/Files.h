@@ -8,7 +8,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "linux/FileDescriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace Benchmarks
 {

@@ -95,7 +95,7 @@ void AddFeatureSwitch(Measurements& measurements)
         {
             IniReader reader;
             reader.LoadFile(path);
-        };
+            };
     };
     measurements.push_back({task, task, Role::Ours, ask});
     measurements.push_back({task, "loading its file", Role::Floor, load});
@@ -123,7 +123,7 @@ void AddGetters(Measurements& measurements)
         {
             struct stat status;
             Use(static_cast<std::size_t>(::stat(path.c_str(), &status)));
-        };
+            };
     };
     measurements.push_back({task, "stat", Role::Floor, stat});
     AddFeatureSwitch(measurements);

@@ -68,7 +68,7 @@ void AddLookUp(Measurements& measurements, const IniShape& shape)
             {
                 for (const Question& question : questions)
                     Use(question());
-            };
+                };
         };
         measurements.push_back({"GetStringValue, " + shape.name, kind.name, kind.role, begin, 1000});
     }
@@ -89,7 +89,7 @@ void AddLoadAndAskForAll(Measurements& measurements, const IniShape& shape)
                     for (int key = 0; key < shape.keys; ++key)
                         Use(file->Value(IniShape::Section(section), IniShape::Key(key)).length());
                 }
-            };
+                };
         };
         measurements.push_back({"load and ask for all, " + shape.name, kind.name, kind.role, begin});
     }
@@ -113,7 +113,7 @@ void AddLoadSection(Measurements& measurements)
         {
             IniReader reader;
             reader.LoadSection(path, section);
-        };
+            };
     };
     const auto scan = [=]() -> Operation
     {
@@ -123,10 +123,10 @@ void AddLoadSection(Measurements& measurements)
             ReadPieces(path, length,
                        [](std::string_view piece)
                        {
-                           CountBrackets(piece, '[');
-                           CountBrackets(piece, ']');
-                       });
-        };
+                CountBrackets(piece, '[');
+                CountBrackets(piece, ']');
+            });
+            };
     };
     measurements.push_back({task, "IniReader", Role::Ours, load});
     measurements.push_back({task, "reading and searching as far", Role::Floor, scan});
@@ -164,13 +164,12 @@ void CheckIniReaders()
         std::erase_if(IniReaderKinds(),
                       [&](const IniReaderKind& kind)
                       {
-                          const bool isCorrect =
-                              ReadsCorrectly(kind, shape, LineEnd::Lf) && ReadsCorrectly(kind, shape, LineEnd::CrLf);
-                          if (!isCorrect)
-                              std::fprintf(stderr, "%s is left out: it misreads %s\n", kind.name.c_str(),
-                                           shape.name.c_str());
-                          return !isCorrect;
-                      });
+            const bool isCorrect =
+                ReadsCorrectly(kind, shape, LineEnd::Lf) && ReadsCorrectly(kind, shape, LineEnd::CrLf);
+            if (!isCorrect)
+                std::fprintf(stderr, "%s is left out: it misreads %s\n", kind.name.c_str(), shape.name.c_str());
+            return !isCorrect;
+        });
     }
 }
 

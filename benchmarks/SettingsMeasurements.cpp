@@ -86,7 +86,7 @@ void AddRead(Measurements& measurements)
             {
                 struct stat status;
                 Use(static_cast<std::size_t>(::stat(path.c_str(), &status)));
-            };
+                };
         };
         measurements.push_back({ReadTask, "stat", Role::Floor, floor});
     }
@@ -102,7 +102,7 @@ void AddWrite(Measurements& measurements, int count)
             {
                 static int number = 0; // never the value that is there
                 store->Write(name, SettingsStore::Value(++number % 1000));
-            };
+                };
         };
         measurements.push_back({WriteTask(count), kind.name, kind.role, begin});
         if (kind.role != Role::Ours)
@@ -133,7 +133,7 @@ void AddReload(Measurements& measurements, int count)
                 const timespec times[] = {{++seconds, 0}, {seconds, 0}};
                 ::utimensat(AT_FDCWD, hive.c_str(), times, 0);
                 Use(store->Read(SettingsStore::Name(0)).length());
-            };
+                };
         };
         measurements.push_back({"read a changed hive of " + std::to_string(count), kind.name, kind.role, begin});
     }
@@ -165,12 +165,11 @@ void CheckSettingsStores()
     std::erase_if(SettingsStoreKinds(),
                   [](const SettingsStoreKind& kind)
                   {
-                      const bool isCorrect = SeesOtherProcesses(kind);
-                      if (!isCorrect)
-                          std::fprintf(stderr, "%s is left out: it does not see what another process writes\n",
-                                       kind.name.c_str());
-                      return !isCorrect;
-                  });
+        const bool isCorrect = SeesOtherProcesses(kind);
+        if (!isCorrect)
+            std::fprintf(stderr, "%s is left out: it does not see what another process writes\n", kind.name.c_str());
+        return !isCorrect;
+    });
 }
 
 void WriteSetting(const std::string& kind, const std::string& folder, const std::string& name, const std::string& value)

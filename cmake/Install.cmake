@@ -10,7 +10,7 @@ set(libraries SharedUtilitiesNative Quenlor5)
 if(NOT BUILD_SHARED_LIBS)
     list(APPEND libraries Win32Subset)
     if(NOT WIN32)
-        list(APPEND libraries PosixSupport)
+        list(APPEND libraries Posix)
     endif()
 elseif(NOT WIN32)
     set_target_properties(SharedUtilitiesNative PROPERTIES INSTALL_RPATH $ORIGIN) # Quenlor5 lies beside it
@@ -21,9 +21,10 @@ install(TARGETS ${libraries} EXPORT SharedUtilitiesNativeTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
     INCLUDES DESTINATION ${include_dir})
 
-install(DIRECTORY SharedUtilitiesNative/include/ SharedUtilitiesNative/platform/include/
+install(DIRECTORY SharedUtilitiesNative/include/ SharedUtilitiesNative/platform/quenlor5/include/
+        SharedUtilitiesNative/platform/win32/include/
         ${PROJECT_BINARY_DIR}/SharedUtilitiesNative/include/
-        ${PROJECT_BINARY_DIR}/SharedUtilitiesNative/platform/include/
+        ${PROJECT_BINARY_DIR}/SharedUtilitiesNative/platform/quenlor5/include/
     DESTINATION ${include_dir} COMPONENT Development
     FILES_MATCHING PATTERN "*.h"
     PATTERN Win32.h EXCLUDE) # no public header includes it
@@ -52,7 +53,7 @@ if(NOT BUILD_SHARED_LIBS)
         list(TRANSFORM system_libraries PREPEND -l)
         list(APPEND PC_LIBRARIES ${system_libraries})
     else()
-        set(PC_LIBRARIES -lSharedUtilitiesNative -lWin32Subset -lQuenlor5 -lPosixSupport)
+        set(PC_LIBRARIES -lSharedUtilitiesNative -lWin32Subset -lQuenlor5 -lPosix)
     endif()
 endif()
 list(JOIN PC_DEFINITIONS " " PC_DEFINITIONS)

@@ -6,9 +6,9 @@
 
 #include <spdlog/pattern_formatter.h>
 
-#include "Configuration.h"
 #include "Fuzz.h"
-#include "LoggerPlan.h"
+#include "logging/Configuration.h"
+#include "logging/LoggerPlan.h"
 
 using namespace Quenlor;
 using namespace Quenlor::NativeLogging;

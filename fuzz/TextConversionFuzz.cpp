@@ -8,7 +8,7 @@
 #include <string>
 
 #include "Fuzz.h"
-#include "linux/WideText.h"
+#include "posix/WideText.h"
 #include "registry/RegistryText.h"
 
 using namespace Quenlor;

@@ -35,7 +35,7 @@ public:
             const std::unique_ptr<char, Free> text{
                 ::g_key_file_get_string(m_file.get(), section.c_str(), key.c_str(), nullptr)};
             return std::strlen(text.get());
-        };
+            };
     }
 
 private:

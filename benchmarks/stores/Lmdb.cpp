@@ -45,9 +45,9 @@ public:
         Change(
             [&](MDB_txn* transaction)
             {
-                for (int i = 0; i < count; ++i)
-                    Put(transaction, Name(i), Value(i));
-            });
+            for (int i = 0; i < count; ++i)
+                Put(transaction, Name(i), Value(i));
+        });
     }
 
     std::string Read(const std::string& name) override

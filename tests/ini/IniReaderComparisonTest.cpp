@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "ini/ReferenceIniReader.h"
-#include "ini/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace
 {

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ini/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace
 {

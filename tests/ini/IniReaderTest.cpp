@@ -9,7 +9,7 @@
 
 #include <gmock/gmock.h>
 
-#include "ini/TemporaryFolder.h"
+#include "support/TemporaryFolder.h"
 
 namespace
 {

@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "DirectoryConfig.h"
-#include "platform/logging/LoggingTest.h"
+#include "platform/quenlor5/logging/LoggingTest.h"
 
 namespace
 {

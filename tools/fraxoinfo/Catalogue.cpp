@@ -259,9 +259,10 @@ const Operation* Find(std::string_view name)
     const std::size_t qualifier = name.find("::");
     const std::string_view className = qualifier == std::string_view::npos ? "" : name.substr(0, qualifier);
     const std::string_view plainName = className.empty() ? name : name.substr(qualifier + 2);
-    const auto found = std::ranges::find_if(
-        Operations, [&](const Operation& operation)
-        { return operation.name == plainName && (className.empty() || operation.className == className); });
+    const auto found = std::ranges::find_if(Operations,
+                                            [&](const Operation& operation) {
+        return operation.name == plainName && (className.empty() || operation.className == className);
+    });
     return found == std::end(Operations) ? nullptr : &*found;
 }
 } // namespace FraxoInfo

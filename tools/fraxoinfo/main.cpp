@@ -171,8 +171,9 @@ void AddCommands(CLI::App& app, Arguments& arguments, int& status)
     add("features", "List the feature switches and what decided each", PrintFeatures);
     add("applications", "Show which other products were found, and why", PrintApplications);
     add("log", "Show how a program's log is set up, and validate its configuration",
-        [&] { return PrintLog(arguments.program); })
-        ->add_option("executable", arguments.program, "The program's executable; fraxoinfo's own if not given");
+        [&] {
+        return PrintLog(arguments.program);
+    })->add_option("executable", arguments.program, "The program's executable; fraxoinfo's own if not given");
 
     CLI::App* const report = add("report", "Write a file to attach to a support case",
                                  [&] { return WriteReport(arguments.file, arguments.withPersonalData); });

@@ -98,11 +98,11 @@ ExitStatus Run(const Arguments& arguments, const Console& console)
     ChangeHive(place.root,
                [&](Key& hive)
                {
-                   Key& target = hive.Create(place.path);
-                   if (hasValue)
-                       target.SetValue(name, type, data);
-                   return ERROR_SUCCESS;
-               });
+        Key& target = hive.Create(place.path);
+        if (hasValue)
+            target.SetValue(name, type, data);
+        return ERROR_SUCCESS;
+    });
     console.out << Completed;
     return Success;
 }

@@ -61,8 +61,8 @@ Deletion OfValue(const KeyName& key, const std::string& name)
     return {"Permanently delete the registry value " + ShownName(name) + " ", place, HasValue(key, name),
             [=](Key& hive)
             {
-                Key* const found = hive.Find(place.path);
-                return found && found->DeleteValue(name);
+        Key* const found = hive.Find(place.path);
+        return found && found->DeleteValue(name);
             }};
 }
 
@@ -72,10 +72,10 @@ Deletion OfAllValues(const KeyName& key)
     return {"Delete all values under the registry key " + key.FullName() + " ", place, HasKey(key),
             [=](Key& hive)
             {
-                Key* const found = hive.Find(place.path);
-                while (found && !found->Values().empty())
-                    found->DeleteValue(std::string{found->Values().back()->name});
-                return found != nullptr;
+        Key* const found = hive.Find(place.path);
+        while (found && !found->Values().empty())
+            found->DeleteValue(std::string{found->Values().back()->name});
+        return found != nullptr;
             }};
 }
 

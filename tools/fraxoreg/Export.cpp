@@ -51,9 +51,9 @@ ExitStatus Run(const Arguments& arguments, const Console& console)
     ReadKey(key,
             [&](const Key& found)
             {
-                const RegistryFileForm form = isStandardOutput ? RegistryFileForm::Hive : RegistryFileForm::Windows;
-                text = WriteRegistryFile(found, key.FullName(), form);
-            });
+        const RegistryFileForm form = isStandardOutput ? RegistryFileForm::Hive : RegistryFileForm::Windows;
+        text = WriteRegistryFile(found, key.FullName(), form);
+    });
     if (isStandardOutput)
     {
         console.out << text;

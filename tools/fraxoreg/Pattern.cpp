@@ -1,6 +1,6 @@
 #include "Pattern.h"
 
-#include "linux/CaseFolding.h"
+#include "posix/CaseFolding.h"
 
 namespace FraxoReg
 {

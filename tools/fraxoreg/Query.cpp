@@ -6,7 +6,7 @@
 #include "RegistryAccess.h"
 #include "ValueText.h"
 #include "Verbs.h"
-#include "linux/CaseFolding.h"
+#include "posix/CaseFolding.h"
 #include "registry/Hives.h"
 #include "registry/RegistryPath.h"
 #include "registry/RegistryText.h"
@@ -274,18 +274,18 @@ ExitStatus Run(const Arguments& arguments, const Console& console)
     ReadKey(name,
             [&](const Key& key)
             {
-                const bool isMissing = asksForOne && !key.FindValue(arguments.Text("v").value_or(""));
-                if (isMissing && !arguments.Has("ve"))
-                    throw NotFound();
-                console.out << '\n';
-                listing.Print(key, name.FullName());
-                if (isMissing)
-                {
-                    listing.PrintKey(name.FullName());
-                    listing.PrintValue({}, REG_SZ, "(value not set)");
-                    console.out << '\n';
-                }
-            });
+        const bool isMissing = asksForOne && !key.FindValue(arguments.Text("v").value_or(""));
+        if (isMissing && !arguments.Has("ve"))
+            throw NotFound();
+        console.out << '\n';
+        listing.Print(key, name.FullName());
+        if (isMissing)
+        {
+            listing.PrintKey(name.FullName());
+            listing.PrintValue({}, REG_SZ, "(value not set)");
+            console.out << '\n';
+        }
+    });
     if (!listing.IsSearch())
         return Success;
     console.out << "End of search: " << listing.MatchCount() << " match(es) found.\n";

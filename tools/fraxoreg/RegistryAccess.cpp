@@ -65,9 +65,9 @@ bool Holds(const KeyName& name, Predicate holds)
     Read(name.root,
          [&](const Key& hive)
          {
-             const Key* const key = hive.Find(name.path);
-             result = key && holds(*key);
-         });
+        const Key* const key = hive.Find(name.path);
+        result = key && holds(*key);
+    });
     return result;
 }
 
@@ -98,11 +98,11 @@ void ReadMerged(const KeyName& name, const std::function<void(const Key&)>& read
         Read(root,
              [&](const Key& hive)
              {
-                 const Key* const key = hive.Find(place.path);
-                 exists = exists || key;
-                 if (key)
-                     CopyMissing(merged, *key);
-             });
+            const Key* const key = hive.Find(place.path);
+            exists = exists || key;
+            if (key)
+                CopyMissing(merged, *key);
+        });
     }
     if (!exists)
         throw NotFound();
@@ -140,11 +140,11 @@ void ReadKey(const KeyName& name, const std::function<void(const Key&)>& read)
     Read(name.root,
          [&](const Key& hive)
          {
-             const Key* const key = hive.Find(name.path);
-             exists = key;
-             if (key)
-                 read(*key);
-         });
+        const Key* const key = hive.Find(name.path);
+        exists = key;
+        if (key)
+            read(*key);
+    });
     if (!exists)
         throw NotFound();
 }

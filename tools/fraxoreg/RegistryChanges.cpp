@@ -23,12 +23,12 @@ public:
         ChangeHive(root,
                    [this](Key& hive)
                    {
-                       if (TextOf(hive) != m_after)
-                           throw Failure{"Another program has changed it meanwhile."};
-                       hive.Clear();
-                       CopyMissing(hive, m_before);
-                       return ERROR_SUCCESS;
-                   });
+            if (TextOf(hive) != m_after)
+                throw Failure{"Another program has changed it meanwhile."};
+            hive.Clear();
+            CopyMissing(hive, m_before);
+            return ERROR_SUCCESS;
+        });
     }
 
 private:
@@ -107,13 +107,13 @@ private:
         std::erase_if(change.values,
                       [&](ValueChange& value)
                       {
-                          const bool isMachines = !value.content && !userKey->FindValue(value.name);
-                          if (isMachines)
-                              deletions.values.push_back(std::move(value));
-                          else
-                              Make(value, *userKey, m_unused);
-                          return isMachines;
-                      });
+            const bool isMachines = !value.content && !userKey->FindValue(value.name);
+            if (isMachines)
+                deletions.values.push_back(std::move(value));
+            else
+                Make(value, *userKey, m_unused);
+            return isMachines;
+        });
         m_placed.push_back(std::move(change));
         if (!deletions.values.empty())
             m_placed.push_back(std::move(deletions));
@@ -212,20 +212,20 @@ void ChangeList::ApplyTo(HKEY root, ChangeCounts& counts, Undo* undo) const
     ChangeHive(root,
                [&](Key& hive)
                {
-                   if (undo)
-                       undo->RememberBefore(hive);
-                   for (const KeyChange& change : m_changes)
-                   {
-                       Key* const key = change.key.root == root ? KeyToWrite(change, hive, counts) : nullptr;
-                       for (std::size_t i = 0; key && i < change.values.size(); ++i)
-                       {
-                           Make(change.values[i], *key, counts);
-                           m_progress("Writing", counts.valuesWritten);
-                       }
-                   }
-                   if (undo)
-                       undo->RememberAfter(hive);
-                   return ERROR_SUCCESS;
-               });
+        if (undo)
+            undo->RememberBefore(hive);
+        for (const KeyChange& change : m_changes)
+        {
+            Key* const key = change.key.root == root ? KeyToWrite(change, hive, counts) : nullptr;
+            for (std::size_t i = 0; key && i < change.values.size(); ++i)
+            {
+                Make(change.values[i], *key, counts);
+                m_progress("Writing", counts.valuesWritten);
+            }
+        }
+        if (undo)
+            undo->RememberAfter(hive);
+        return ERROR_SUCCESS;
+    });
 }
 } // namespace FraxoReg

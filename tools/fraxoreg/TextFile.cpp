@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "Failure.h"
-#include "linux/FileDescriptor.h"
+#include "posix/FileDescriptor.h"
 
 namespace FraxoReg
 {

@@ -62,9 +62,9 @@ Utf8String ProductFolderBelow(int shellFolder, const char* failure)
     Trace(
         [&]
         {
-            return Inquiry{Inquiry::Source::System, NameOf(shellFolder),
-                           isKnown ? std::optional{std::string{folder}} : std::nullopt};
-        });
+        return Inquiry{Inquiry::Source::System, NameOf(shellFolder),
+                       isKnown ? std::optional{std::string{folder}} : std::nullopt};
+    });
     if (!isKnown)
         throw std::runtime_error(failure);
     // The shell's narrow text is taken for UTF-8: what is on users' disks was made that way.

@@ -224,12 +224,12 @@ int IniReader::GetKeyValuePairListBySection(const std::string& section, std::vec
         keys->ForEachKeyValueLine(
             [&](std::string_view line)
             {
-                const std::string_view key = Ini::KeyOf(line);
-                const std::string_view* const value = values->Find(key);
-                if (!value)
-                    throw std::out_of_range(NoSuchKey);
-                pairs.push_back({std::string{key}, std::string{*value}});
-            });
+            const std::string_view key = Ini::KeyOf(line);
+            const std::string_view* const value = values->Find(key);
+            if (!value)
+                throw std::out_of_range(NoSuchKey);
+            pairs.push_back({std::string{key}, std::string{*value}});
+        });
     }
     return static_cast<int>(pairs.size());
 }

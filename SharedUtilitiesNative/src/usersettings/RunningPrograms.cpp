@@ -51,9 +51,9 @@ bool UserSettingsConfig::IsExeRunning(const Utf8String& exe)
     Trace(
         [&]
         {
-            return Inquiry{Inquiry::Source::System, "the running processes",
-                           isRunning ? std::optional{exe.ToStdString()} : std::nullopt};
-        });
+        return Inquiry{Inquiry::Source::System, "the running processes",
+                       isRunning ? std::optional{exe.ToStdString()} : std::nullopt};
+    });
     return isRunning;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -137,13 +137,12 @@ TEST_P(HostileVariable, GivesAnAnswerOrADocumentedFailureAndNoMoreThanItHolds)
 
 INSTANTIATE_TEST_SUITE_P(Planting, HostileVariable,
                          ::testing::Values(HostileValue{"VeryLong", std::string(30000, 'x')},
-                                           HostileValue{"VeryDeep",
-                                                        []
+                                           HostileValue{"VeryDeep", []
                                                         {
-                                                            std::string deep;
-                                                            for (int i = 0; i < 5000; ++i)
-                                                                deep += R"(..\x/)";
-                                                            return deep;
+    std::string deep;
+    for (int i = 0; i < 5000; ++i)
+        deep += R"(..\x/)";
+    return deep;
                                                         }()},
                                            HostileValue{"NotUtf8", "\xFF\xC0\x80\xED\xA0\x80/x"},
                                            HostileValue{"Relative", R"(x\y)"}, HostileValue{"Upwards", R"(..\..\x)"},

@@ -1,0 +1,65 @@
+#include "posix/CaseFolding.h"
+
+#include <clocale>
+#include <cwctype>
+#include <iterator>
+#include <utf8.h>
+
+namespace Quenlor::Posix
+{
+namespace
+{
+/// The C library's own Unicode table. Null where the system lacks it: then only ASCII letters have capitals.
+locale_t UnicodeLocale() noexcept
+{
+    static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    return unicode;
+}
+
+constexpr bool IsAscii(char character) noexcept
+{
+    return static_cast<unsigned char>(character) < 0x80;
+}
+
+constexpr char ToUpperAscii(char character) noexcept
+{
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
+}
+} // namespace
+
+char32_t ToUpper(char32_t character) noexcept
+{
+    if (character < 0x80)
+        return static_cast<char32_t>(ToUpperAscii(static_cast<char>(character)));
+    const locale_t unicode = UnicodeLocale();
+    if (!unicode)
+        return character;
+    const auto upper = static_cast<char32_t>(::towupper_l(static_cast<wint_t>(character), unicode));
+    return upper < 0x80 ? character : upper; // as on Windows: no letter folds into ASCII, dotless i among them
+}
+
+std::string FoldCase(std::string_view name)
+{
+    std::string folded;
+    folded.reserve(name.size());
+    for (auto next = name.begin(); next != name.end();)
+    {
+        if (IsAscii(*next))
+        {
+            folded += ToUpperAscii(*next++);
+            continue;
+        }
+        const auto start = next;
+        try
+        {
+            utf8::append(ToUpper(utf8::next(next, name.end())), std::back_inserter(folded));
+        }
+        catch (const utf8::exception&)
+        {
+            next = std::next(start);
+            folded += *start;
+        }
+    }
+    return folded;
+}
+} // namespace Quenlor::Posix

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "posix/FileDescriptor.h"
+
+namespace Quenlor::Posix
+{
+/// A path of the library (UTF-8, `\` or `/` between the parts) as this system takes it, see QnFileName::ToNativePath.
+/// @param exists tells whether something of that name is there
+std::string NativePath(std::string_view path, bool& exists);
+
+/// Opens the file that NativePath would name. No other call comes before the open, which itself tells whether the
+/// exact spelling is there. None when it cannot be opened.
+FileDescriptor OpenForReading(std::string_view path);
+} // namespace Quenlor::Posix

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <Quenlor/NativeLogging.h>
+#include <Quenlor/QnFileName.h>
+
+#include "logging/Faults.h"
+
+namespace Quenlor::NativeLogging
+{
+enum class AppenderType
+{
+    Console,
+    File,
+    RollingFile,
+    Debugger,
+    Null,
+};
+
+/// One `<appender>`.
+struct AppenderSettings
+{
+    std::string name;
+    std::size_t line = 0;
+    AppenderType type = AppenderType::Console;
+    std::string pattern = "%Y-%m-%d %H:%M:%S.%e [%P:%t] %l %n: %v";
+    LogLevel threshold = LogLevel::Trace;
+    bool toStandardOutput = false;      ///< A console: else to standard error.
+    std::string path{};                 ///< A file: with its variables.
+    std::uintmax_t maxSize = 10U << 20; ///< A rolling file: in bytes.
+    unsigned count = 3;                 ///< A rolling file: how many full files are kept.
+};
+
+/// One `<logger>`, or the root.
+struct LoggerSettings
+{
+    std::optional<LogLevel> level; ///< None: that of the parent.
+    bool isAdditive = true;
+    std::vector<std::size_t> appenders; ///< Positions in Configuration::appenders.
+};
+
+/// What a configuration file says, apart from its faults.
+struct Configuration
+{
+    QnFileName file;
+    std::vector<AppenderSettings> appenders;
+    std::map<std::string, LoggerSettings> loggers; ///< By LoggerKey; the root is always there, with a level.
+};
+
+/// Loggers are found whatever the letter case of their name: on Windows that of the program's name is the caller's.
+std::string LoggerKey(std::string_view name);
+
+/// The name of a level, as configurations and records spell it.
+std::string_view NameOf(LogLevel level);
+
+/// What holds without a configuration file: warnings and worse go to standard error.
+Configuration DefaultConfiguration();
+
+/// Reads a configuration file, and tells what is wrong with it. What is faulty is left out, the rest counts. Opens no
+/// log file.
+/// @return none when the file is missing, which is no fault, or when nothing can be read from it
+std::optional<Configuration> ReadConfiguration(const QnFileName& file, std::vector<Fault>& faults);
+} // namespace Quenlor::NativeLogging

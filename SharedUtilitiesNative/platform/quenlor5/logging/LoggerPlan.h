@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "logging/Configuration.h"
+#include "logging/Variables.h"
+
+namespace Quenlor::NativeLogging
+{
+/// An appender as one logger uses it.
+struct PlannedAppender
+{
+    std::size_t position; ///< In Configuration::appenders.
+    QnFileName file;      ///< Empty when it writes no file.
+};
+
+/// What a logger does under a configuration.
+struct LoggerPlan
+{
+    LogLevel level = LogLevel::Off;
+    std::vector<PlannedAppender> appenders; ///< Each once, also when it is reached in several ways.
+};
+
+/// Plans the logger that `variables` names. Appenders whose file name cannot be made are left out.
+LoggerPlan PlanLogger(const Configuration& configuration, const Variables& variables, std::vector<Fault>& faults);
+
+/// The file that an appender writes for a logger: absolute, or else in the folder of the configuration file. An empty
+/// name for an appender without a file.
+/// @return none when the name cannot be made, which is a fault
+std::optional<QnFileName> FileOf(const AppenderSettings& appender, const Configuration& configuration,
+                                 const Variables& variables, std::vector<Fault>& faults);
+} // namespace Quenlor::NativeLogging

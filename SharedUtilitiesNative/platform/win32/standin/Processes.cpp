@@ -1,0 +1,95 @@
+#include <Platform/Win32.h>
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "KernelHandles.h"
+#include "posix/WideText.h"
+
+namespace
+{
+namespace fs = std::filesystem;
+
+struct Process
+{
+    DWORD id;
+    std::wstring fileName;
+};
+
+struct ProcessList final : KernelObject
+{
+    std::vector<Process> processes;
+    std::size_t next = 0;
+};
+
+/// The name of the file that a process was started from; empty when the process is gone, is none of this user's, or
+/// is a part of the system's kernel.
+std::wstring ExecutableName(const fs::path& process)
+{
+    constexpr std::string_view Deleted = " (deleted)"; // replaced by an update, say, while it runs
+    std::error_code unreadable;
+    std::string file = fs::read_symlink(process / "exe", unreadable).filename().string();
+    if (file.ends_with(Deleted))
+        file.erase(file.length() - Deleted.length());
+    return Quenlor::Posix::WideOf(file);
+}
+
+std::vector<Process> ReadProcesses()
+{
+    std::vector<Process> processes;
+    std::error_code failure;
+    for (fs::directory_iterator entry{"/proc", failure}; !failure && entry != fs::directory_iterator{};
+         entry.increment(failure))
+    {
+        const std::string name = entry->path().filename().string();
+        DWORD id = 0;
+        if (std::from_chars(name.data(), name.data() + name.length(), id).ptr != name.data() + name.length())
+            continue; // something else than a process
+        if (std::wstring file = ExecutableName(entry->path()); !file.empty())
+            processes.push_back({id, std::move(file)});
+    }
+    return processes;
+}
+
+/// Hands out the next process of the list.
+BOOL Next(ProcessList* list, PROCESSENTRY32W* entry)
+{
+    if (!list || !entry || entry->dwSize < sizeof *entry || list->next == list->processes.size())
+        return FALSE;
+    const Process& process = list->processes[list->next++];
+    entry->th32ProcessID = process.id;
+    const std::size_t length = std::min(process.fileName.length(), std::size(entry->szExeFile) - 1);
+    *std::copy_n(process.fileName.begin(), length, entry->szExeFile) = L'\0';
+    return TRUE;
+}
+} // namespace
+
+HANDLE CreateToolhelp32Snapshot(DWORD what, DWORD)
+{
+    if (what != TH32CS_SNAPPROCESS)
+        return INVALID_HANDLE_VALUE;
+    auto list = std::make_unique<ProcessList>();
+    list->processes = ReadProcesses();
+    return HandleOf(std::move(list));
+}
+
+BOOL Process32FirstW(HANDLE snapshot, PROCESSENTRY32W* entry)
+{
+    auto* const list = ObjectBehind<ProcessList>(snapshot);
+    if (list)
+        list->next = 0;
+    return Next(list, entry);
+}
+
+BOOL Process32NextW(HANDLE snapshot, PROCESSENTRY32W* entry)
+{
+    return Next(ObjectBehind<ProcessList>(snapshot), entry);
+}
