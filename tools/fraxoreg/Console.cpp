@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "Arguments.h"
+#include "common/StoredText.h"
 
 namespace FraxoReg
 {
@@ -29,27 +30,6 @@ bool Console::Confirm(const std::string& question) const
 
 std::string Console::Shown(std::string_view text) const
 {
-    return outIsTerminal ? EscapeControls(text) : std::string{text};
-}
-
-std::string EscapeControls(std::string_view text)
-{
-    constexpr char digits[] = "0123456789abcdef";
-    std::string escaped;
-    for (std::size_t i = 0; i < text.size(); ++i)
-    {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
-        const bool startsC1 = byte == 0xC2 && next >= 0x80 && next < 0xA0; // U+0080 to U+009F
-        if (byte >= 0x20 && byte != 0x7F && !startsC1)
-        {
-            escaped += text[i];
-            continue;
-        }
-        const unsigned char shown = startsC1 ? next : byte;
-        escaped.append("\\x").append(1, digits[shown >> 4]).append(1, digits[shown & 0xF]);
-        i += startsC1 ? 1 : 0;
-    }
-    return escaped;
+    return outIsTerminal ? Tools::Printable(text) : std::string{text};
 }
 } // namespace FraxoReg

@@ -23,9 +23,6 @@ struct Console
     std::string Shown(std::string_view text) const;
 };
 
-/// The text with `\x1b` and the like for control characters.
-std::string EscapeControls(std::string_view text);
-
 inline constexpr const char* Completed = "The operation completed successfully.\n";
 inline constexpr const char* Canceled = "The operation was canceled by the user.\n";
 } // namespace FraxoReg

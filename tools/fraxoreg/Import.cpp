@@ -7,6 +7,7 @@
 #include "RegistryChanges.h"
 #include "TextFile.h"
 #include "Verbs.h"
+#include "common/StoredText.h"
 #include "registry/RegistryFileReader.h"
 
 namespace FraxoReg
@@ -93,7 +94,7 @@ std::string Described(const RegistryFileProblem& problem, const std::string& fil
         line.resize(end);
         line += "...";
     }
-    return file + ':' + std::to_string(problem.line) + ": " + problem.reason + ": " + EscapeControls(line) + '\n';
+    return file + ':' + std::to_string(problem.line) + ": " + problem.reason + ": " + Tools::Printable(line) + '\n';
 }
 
 std::string Described(const std::vector<RegistryFileProblem>& problems, const std::string& file)

@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 
 #include "FraxoReg.h"
+#include "common/StoredText.h"
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
 
@@ -98,6 +99,19 @@ protected:
 
     ScratchMachine m_machine{ScratchMachine::ClassesRoot::Merged};
 };
+
+TEST(Printable, EscapesWhatATerminalObeys)
+{
+    const std::pair<std::string, std::string> rows[] = {
+        {"a \xC3\x9F \xF0\x9F\x98\x80", "a \xC3\x9F \xF0\x9F\x98\x80"},
+        {"\x1B[2J\n\x7F\0"s, "\\x1b[2J\\x0a\\x7f\\x00"},
+        {"\xC2\x9B \xC2\xA0", "\\x9b \xC2\xA0"},          // C1 ends before the no-break space
+        {"\x9B \xC3 \xE2\x82", "\\x9b \\xc3 \\xe2\\x82"}, // not UTF-8
+    };
+    for (const auto& [stored, shown] : rows)
+        EXPECT_EQ(Tools::Printable(stored), shown);
+    EXPECT_EQ(Tools::Printable("a\n\x1B", "\n"), "a\n\\x1b");
+}
 
 // ---- query ---------------------------------------------------------------------------------------------------------
 
