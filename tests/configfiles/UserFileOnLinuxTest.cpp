@@ -2,6 +2,7 @@
 #include <stdexcept>
 #include <sys/stat.h>
 
+#include <Platform/Win32.h>
 #include <gmock/gmock.h>
 
 #include "IniReader.h"
@@ -45,6 +46,35 @@ TEST_F(UserFileTest, IsNeitherReadNorMadeInAFolderThatIsClosedToThisUser)
     EXPECT_FALSE(reader.LoadFile(m_path.string()));
     EXPECT_THAT([this] { Provide(m_file); },
                 ThrowsMessage<std::runtime_error>(StrEq("default.ini file could not be copied.")));
+}
+
+/// Whoever reads a pipe or a device waits for ever, or gets bytes without an end.
+TEST_F(UserFileTest, PipesAndDevicesAreNeverRead)
+{
+    create_directories(m_folder);
+    ASSERT_EQ(::mkfifo(m_path.c_str(), 0600), 0);
+    for (const fs::path& path : {m_path, fs::path{"/dev/zero"}})
+    {
+        IniReader reader;
+        EXPECT_TRUE(reader.LoadFile(path.string())) << "it exists";
+        EXPECT_STREQ(reader.GetStringValue("Main", "Key", "none").c_str(), "none");
+        char value[8];
+        ::GetPrivateProfileStringA("Main", "Key", "none", value, sizeof value, path.c_str());
+        EXPECT_STREQ(value, "none");
+        EXPECT_EQ(::GetFileVersionInfoSizeA(path.c_str(), nullptr), 0U);
+        const UserFile copy{(m_folder / "copy").string(), path.string()};
+        EXPECT_THAT([&] { Provide(copy); },
+                    ThrowsMessage<std::runtime_error>(path.filename().string() + " file could not be copied."));
+    }
+}
+
+TEST_F(UserFileTest, FilesBeyondTheLimitAreNotRead)
+{
+    WriteFile(m_path, "[Main]\nKey=v\n");
+    fs::resize_file(m_path, std::uintmax_t{1} << 40); // which takes no room on the disk
+    char value[8];
+    ::GetPrivateProfileStringA("Main", "Key", "none", value, sizeof value, m_path.c_str());
+    EXPECT_STREQ(value, "none");
 }
 
 TEST_F(UserFileTest, IsNotMadeWhereALinkToNowhereIs)

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
-#include <fcntl.h>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
 
 #include "posix/CaseFolding.h"
-#include "posix/RetryInterrupted.h"
+#include "posix/ReadFile.h"
 
 namespace Quenlor::Posix
 {
@@ -115,13 +114,11 @@ std::string NativePath(std::string_view path, bool& exists)
 
 FileDescriptor OpenForReading(std::string_view path)
 {
-    const auto open = [](const std::string& native)
-    { return FileDescriptor{RetryInterrupted([&] { return ::open(native.c_str(), O_RDONLY | O_CLOEXEC); })}; };
     const std::string native = WithSlashes(path);
-    FileDescriptor file = open(native);
+    FileDescriptor file = OpenFile(native);
     if (file || native.empty() || errno != ENOENT)
         return file;
     bool exists = false;
-    return open(LookUp(native, exists));
+    return OpenFile(LookUp(native, exists));
 }
 } // namespace Quenlor::Posix

@@ -11,7 +11,7 @@ namespace Quenlor::Posix
 /// @param exists tells whether something of that name is there
 std::string NativePath(std::string_view path, bool& exists);
 
-/// Opens the file that NativePath would name. No other call comes before the open, which itself tells whether the
-/// exact spelling is there. None when it cannot be opened.
+/// Opens the file that NativePath would name, as OpenFile does. No other call comes before the open, which itself shows
+/// whether the exact spelling is there.
 FileDescriptor OpenForReading(std::string_view path);
 } // namespace Quenlor::Posix

@@ -1,14 +1,13 @@
 #include <Platform/Win32.h>
 
 #include <algorithm>
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 
 #include "posix/CaseFolding.h"
 #include "posix/NativePath.h"
+#include "posix/ReadFile.h"
 
 using Quenlor::Posix::FoldCase;
 
@@ -31,16 +30,6 @@ std::string_view WithoutQuotes(std::string_view value)
     const bool isQuoted =
         value.length() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
     return isQuoted ? value.substr(1, value.length() - 2) : value;
-}
-
-/// Empty for what cannot be read, a folder for one.
-std::string ReadFile(const char* path)
-{
-    bool exists = false;
-    const std::ifstream file{Quenlor::Posix::NativePath(path, exists), std::ios::binary};
-    std::ostringstream content;
-    content << file.rdbuf(); // which turns a failure into a state of the stream, unlike an iterator
-    return content.str();
 }
 
 /// The first value of that name in the first section of that name; later ones are never looked at, as on Windows.
@@ -78,7 +67,8 @@ DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR name, LPCSTR whenMissing, 
     buffer[0] = '\0';
     if (!section || !name || !path)
         return 0;
-    const std::string content = ReadFile(path);
+    const Quenlor::Posix::FileDescriptor file = Quenlor::Posix::OpenForReading(path);
+    const std::string content = file ? Quenlor::Posix::ReadAll(file).value_or("") : "";
     const std::string_view value =
         FindValue(content, Trimmed(section), Trimmed(name)).value_or(TrimmedRight(whenMissing ? whenMissing : ""));
     const std::size_t length = value.copy(buffer, size - 1);

@@ -13,6 +13,7 @@
 
 #include "posix/FileDescriptor.h"
 #include "posix/NativePath.h"
+#include "posix/ReadFile.h"
 #include "posix/RetryInterrupted.h"
 
 namespace Quenlor
@@ -181,7 +182,7 @@ QnFileNameStatus QnFileName::QnCopyFile(const wchar_t* source, const wchar_t* de
         return QnFileNameStatus::Success;
 
     const std::string folder = std::filesystem::path{to}.parent_path().string();
-    const Posix::FileDescriptor input{RetryInterrupted([&] { return ::open(from.c_str(), O_RDONLY | O_CLOEXEC); })};
+    const Posix::FileDescriptor input = Posix::OpenFile(from);
     const TemporaryFile output{folder.empty() ? "." : folder,
                                overwrite ? TemporaryFile::Name::Random : TemporaryFile::Name::None};
     if (!input || !output || !CopyContents(input.get(), output.get()))

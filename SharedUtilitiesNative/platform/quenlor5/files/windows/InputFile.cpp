@@ -6,7 +6,9 @@
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
+#include <utility>
 
+#include <Platform/Win32.h>
 #include <Quenlor/QnFileName.h>
 
 namespace Quenlor
@@ -19,6 +21,8 @@ InputFile::InputFile(const wchar_t* path)
     if (::_wsopen_s(&m_descriptor, name.ToNativePath().c_str(), _O_RDONLY | _O_TEXT | _O_NOINHERIT | _O_SEQUENTIAL,
                     _SH_DENYNO, 0) != 0)
         m_descriptor = -1;
+    else if (::GetFileType(reinterpret_cast<HANDLE>(::_get_osfhandle(m_descriptor))) != FILE_TYPE_DISK)
+        ::_close(std::exchange(m_descriptor, -1)); // a pipe or a device, which could keep the reader waiting for ever
 }
 
 InputFile::~InputFile()
