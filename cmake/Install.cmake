@@ -35,10 +35,15 @@ configure_package_config_file(cmake/SharedUtilitiesNativeConfig.cmake.in SharedU
     INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
 # Until 1.0 a new minor version may break its users.
 write_basic_package_version_file(SharedUtilitiesNativeConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+file(APPEND ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNativeConfigVersion.cmake "
+if(PACKAGE_FIND_VERSION_MAJOR EQUAL ${SHAREDUTILITIES_RELEASE}) # shown by find_package beside the file
+    string(APPEND PACKAGE_VERSION \" (of the package; ${SHAREDUTILITIES_RELEASE} is the product's release)\")
+endif()
+")
 install(FILES
         ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNativeConfig.cmake
         ${CMAKE_CURRENT_BINARY_DIR}/SharedUtilitiesNativeConfigVersion.cmake
-        cmake/VersionResource.cmake cmake/version.$<IF:$<BOOL:${WIN32}>,rc,S>.in
+        cmake/VersionResource.cmake cmake/version.$<IF:$<BOOL:${WIN32}>,rc,cpp>.in
     DESTINATION ${package_dir} COMPONENT Development)
 
 # For pkg-config, which knows nothing of targets, the private libraries of the static form are spelled out.

@@ -51,7 +51,7 @@ function(shared_utilities_add_library name)
         endforeach()
     endforeach()
 
-    set_target_properties(${name} PROPERTIES VERSION 22.0.0 SOVERSION 22)
+    set_target_properties(${name} PROPERTIES VERSION ${SHAREDUTILITIES_RELEASE}.0.0 SOVERSION ${SHAREDUTILITIES_RELEASE})
     add_library(SharedUtilitiesNative::${name} ALIAS ${name})
     add_library(SharedUtilitiesNative::${name}Static ALIAS ${name}Static)
     target_compile_definitions(${name}Static PUBLIC ${arg_EXPORT_MACRO}_STATIC_DEFINE)

@@ -64,11 +64,11 @@ configure() {
         fail "configuring '$1' failed"
 }
 
-# build PRESET [TARGET]: configures it if needed, and builds it, or one target of it.
+# build PRESET [TARGET...]: configures it if needed, and builds it, or only these targets.
 build() {
     say "Building ($1)"
     configure "$1"
-    quietly "build/$1.build.log" cmake --build --preset "$1" ${2:+--target "$2"} || fail "building '$1' failed"
+    quietly "build/$1.build.log" cmake --build --preset "$1" ${2:+--target "${@:2}"} || fail "building '$1' failed"
 }
 
 # What Windows programs are linked with and run in; both are made once.
