@@ -4,7 +4,7 @@
 cmake_minimum_required(VERSION 3.25)
 
 # What has nothing to do with files, or cannot fail on an open one.
-set(harmless "mem.*|str.*|wcs.*|wmem.*|bcmp|pthread_.*|secure_getenv|time|gmtime_r|newlocale|towupper_l|dlinfo|closedir|munmap")
+set(harmless "mem.*|str.*|wcs.*|wmem.*|bcmp|pthread_.*|secure_getenv|setenv|unsetenv|time|gmtime_r|newlocale|towupper_l|dlinfo|closedir|munmap")
 
 function(symbols result)
     execute_process(COMMAND ${NM} ${ARGN} OUTPUT_VARIABLE lines COMMAND_ERROR_IS_FATAL ANY)
@@ -13,7 +13,7 @@ function(symbols result)
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-list(FILTER OBJECTS INCLUDE REGEX "/(registry|posix|files/linux)/")
+list(FILTER OBJECTS INCLUDE REGEX "\\.dir/(registry|files/linux)/|/Posix\\.dir/")
 symbols(called -u ${OBJECTS})
 symbols(interposed -D --defined-only ${INTERPOSER})
 list(REMOVE_DUPLICATES called)

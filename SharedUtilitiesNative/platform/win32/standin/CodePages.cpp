@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <charconv>
-#include <cstdlib>
 #include <cwchar>
 #include <iconv.h>
 #include <memory>
@@ -10,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "posix/Environment.h"
 #include "posix/WideText.h"
 
 namespace
@@ -74,8 +74,7 @@ private:
 
 UINT AnsiCodePage()
 {
-    const char* const variable = ::secure_getenv("QUENLOR_ANSI_CODE_PAGE"); // it makes the process load a module
-    const std::string_view chosen{variable ? variable : ""};
+    const std::string chosen = Quenlor::Posix::EnvironmentVariable("QUENLOR_ANSI_CODE_PAGE").value_or("");
     UINT number = 0;
     const auto [end, error] = std::from_chars(chosen.data(), chosen.data() + chosen.length(), number);
     const bool isNumber = error == std::errc{} && end == chosen.data() + chosen.length();

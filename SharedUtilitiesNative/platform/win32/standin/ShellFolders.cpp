@@ -1,6 +1,5 @@
 #include <Platform/Win32.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <initializer_list>
@@ -8,16 +7,18 @@
 #include <sys/stat.h>
 #include <system_error>
 
+#include "posix/Environment.h"
+
 namespace
 {
-/// The first of the variables that has a value. Ignored in set-user-ID programs, whose caller must not move folders.
+/// The first of the variables that has a value.
 std::string FirstOf(std::initializer_list<const char*> variables)
 {
     for (const char* const variable : variables)
     {
-        const char* const value = ::secure_getenv(variable);
-        if (value && *value)
-            return value;
+        const std::optional<std::string> value = Quenlor::Posix::EnvironmentVariable(variable);
+        if (value && !value->empty())
+            return *value;
     }
     return {};
 }

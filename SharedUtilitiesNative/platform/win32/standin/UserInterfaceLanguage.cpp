@@ -1,7 +1,9 @@
 #include <Platform/Win32.h>
 
-#include <cstdlib>
+#include <string>
 #include <string_view>
+
+#include "posix/Environment.h"
 
 namespace
 {
@@ -22,17 +24,14 @@ constexpr Language Languages[] = {
 
 LANGID GetUserDefaultUILanguage()
 {
-    std::string_view locale;
+    std::string locale;
     for (const char* const variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
     {
-        const char* const value = std::getenv(variable);
-        if (value && *value)
-        {
-            locale = value;
+        locale = Quenlor::Posix::EnvironmentVariable(variable).value_or("");
+        if (!locale.empty())
             break;
-        }
     }
-    const std::string_view code = locale.substr(0, locale.find_first_of("_.@"));
+    const std::string_view code = std::string_view{locale}.substr(0, locale.find_first_of("_.@"));
     for (const Language& language : Languages)
     {
         if (language.code == code)

@@ -1,10 +1,10 @@
 #include "logging/System.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "posix/Environment.h"
 #include "posix/RetryInterrupted.h"
 
 namespace Quenlor::NativeLogging
@@ -52,9 +52,7 @@ void WriteToDebugger(std::string_view) {}
 
 std::optional<std::string> EnvironmentVariable(const std::string& name)
 {
-    // Ignored in set-user-ID programs, whose caller must not choose where they write.
-    const char* const value = ::secure_getenv(name.c_str());
-    return value ? std::optional<std::string>{value} : std::nullopt;
+    return Posix::EnvironmentVariable(name.c_str());
 }
 
 std::string ProcessNumber()

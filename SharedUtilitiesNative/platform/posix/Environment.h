@@ -1,0 +1,19 @@
+#pragma once
+
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace Quenlor::Posix
+{
+/// Held by all who read or change the environment: the C library's functions must not do both at once. Visible, so that
+/// the base library and the stand-in, each in a shared library of its own, have one in common.
+[[gnu::visibility("default")]] inline std::mutex EnvironmentMutex;
+
+/// The value of a variable. None in a program that runs with more rights than its caller (a set-user-ID program for
+/// one): the caller must not decide what it reads and writes.
+std::optional<std::string> EnvironmentVariable(const char* name);
+
+/// Sets a variable, or removes it when `value` is null. @return 0, or the error number
+int SetEnvironmentVariable(const char* name, const char* value);
+} // namespace Quenlor::Posix
