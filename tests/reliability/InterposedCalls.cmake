@@ -13,7 +13,7 @@ function(symbols result)
     set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-list(FILTER OBJECTS INCLUDE REGEX "\\.dir/(registry|files/linux)/|/Posix\\.dir/")
+list(FILTER OBJECTS INCLUDE REGEX "\\.dir/(\\./)?(registry|files/linux)/|/Posix\\.dir/")
 symbols(called -u ${OBJECTS})
 symbols(interposed -D --defined-only ${INTERPOSER})
 list(REMOVE_DUPLICATES called)
