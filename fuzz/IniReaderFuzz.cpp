@@ -6,7 +6,7 @@
 
 #include "Fuzz.h"
 #include "IniReader.h"
-#include "ini/ReferenceIniReader.h"
+#include "ReferenceIniReader.h"
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 

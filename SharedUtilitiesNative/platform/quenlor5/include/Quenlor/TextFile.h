@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+#include <Quenlor/QuenlorExport.h>
+
+namespace Quenlor
+{
+/// The whole text of a file.
+struct TextFile
+{
+    std::unique_ptr<char[]> bytes; // not a std::string, which would clear 10 MB before they are read
+    std::size_t length = 0;
+
+    std::string_view View() const noexcept { return {bytes.get(), length}; }
+};
+
+/// Reads a file as the C runtime reads text: on Windows CR LF becomes LF, and a Ctrl+Z ends the text; elsewhere all
+/// bytes are kept. Finds the file as QnFileName::ToNativePath would, without asking first whether it exists.
+/// @return false when it cannot be opened. What cannot be read is missing at the end of `text`.
+QUENLOR_EXPORT bool ReadTextFile(TextFile& text, const wchar_t* path);
+} // namespace Quenlor
