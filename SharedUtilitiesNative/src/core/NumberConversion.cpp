@@ -1,8 +1,6 @@
 #include "core/NumberConversion.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -43,13 +41,5 @@ float ToFloat(const std::string& text)
     if (isOutOfRange)
         throw std::out_of_range("stof argument out of range");
     return number;
-}
-
-int LeadingNumber(const Utf8String& text)
-{
-    const int errnoOfCaller = errno;
-    const long number = std::strtol(text.c_str(), nullptr, 10);
-    errno = errnoOfCaller;
-    return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

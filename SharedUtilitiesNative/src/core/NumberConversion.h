@@ -2,7 +2,9 @@
 
 #include <string>
 
+#include <Quenlor/QnStringUtilities.h>
 #include <Quenlor/Utf8String.h>
+#include <Quenlor/WString.h>
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -18,6 +20,8 @@ int ToInt(const std::string& text);
 float ToFloat(const std::string& text);
 
 /// Like ToInt where a number is not required: 0 when there is none, the nearest end of the range when it does not fit.
-/// Only the digits and white space of ASCII count, which on Windows the wide functions do not keep to.
-int LeadingNumber(const Utf8String& text);
+inline int LeadingNumber(const Utf8String& text)
+{
+    return QnStringUtilities::Wtoi(WString{text.c_str(), false}.c_str());
+}
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -4,8 +4,8 @@
 #include <string>
 
 #include <Platform/Win32.h>
-#include <Quenlor/QnStringUtilities.h>
 
+#include "core/NumberConversion.h"
 #include "registry/ProductKey.h"
 #include "registry/RegistryKey.h"
 
@@ -50,7 +50,7 @@ std::optional<StoredNumber> ReadNumber(HKEY root, const Utf8String& subKey, cons
 int ConvertStringValueToInt(HKEY root, const Utf8String& subKey, const Utf8String& name, int whenMissing)
 {
     const Utf8String text = RegistryHelper::GetStringValue(root, subKey, name, {});
-    const int number = QnStringUtilities::Wtoi(WString{text.c_str(), false}.c_str());
+    const int number = LeadingNumber(text);
     if (number == 0 && text != "0")
     {
         const std::optional<StoredNumber> now = ReadNumber(root, subKey, name);

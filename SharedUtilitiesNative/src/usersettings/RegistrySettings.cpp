@@ -34,12 +34,6 @@ struct Text
     const char* name;
 };
 
-struct NumberFlag // a number that is read as a flag
-{
-    const char* subKey;
-    const char* name;
-};
-
 // clang-format off
 constexpr Flag UseDefaultProject{Configurations, "UseDefaultProject", false};
 constexpr Flag UseRoamingConfig {Configurations, "UseRoamingProjectConfig", true};
@@ -47,6 +41,8 @@ constexpr Flag ProjectForLogging{Configurations, "UseDefaultProjectForLogging", 
 constexpr Flag RssFeed          {RssSettings,    "EnableFeed", true};
 constexpr Flag ShowPreviewer    {RssSettings,    "ShowOnStartup", false};
 constexpr Flag IsNewVersion     {BuildKey,       "IsNewVersionInstall", true};
+constexpr Flag NuclearCodes     {LicenseConfig,  "NuclearDesignCodes", false};
+constexpr Flag LumConnection    {LicenseConfig,  "LUMConnection", false};
 
 constexpr Text ProjectId  {Configurations, "DefaultProjectID"};
 constexpr Text ProjectName{Configurations, "DefaultProjectName"};
@@ -55,8 +51,6 @@ constexpr Text Font       {Configurations, "ThemeFont"};
 constexpr Text LastRead   {RssSettings,    "LastRead"};
 constexpr Text FeedUrl    {RssSettings,    "FEEDUrl"};
 
-constexpr NumberFlag NuclearDesignCodes{LicenseConfig, "NuclearDesignCodes"};
-constexpr NumberFlag LumConnection     {LicenseConfig, "LUMConnection"};
 // clang-format on
 
 constexpr char FeedCategory[] = "FEEDCategory%d";
@@ -88,16 +82,6 @@ void Write(const Text& row, const Utf8String& value)
     RegistryHelper::SetStringValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, value);
 }
 
-bool Read(const NumberFlag& row)
-{
-    return RegistryHelper::GetIntValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, 0) != 0;
-}
-
-void Write(const NumberFlag& row, bool value)
-{
-    RegistryHelper::SetIntValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, value ? 1 : 0);
-}
-
 bool ReadIndexed(const char* nameFormat, int index)
 {
     const Utf8String name = Format(nameFormat, index);
@@ -118,7 +102,7 @@ bool       UserSettingsConfig::UseDefaultProjectForLogging()    { return Read(Pr
 bool       UserSettingsConfig::IsRssFeedEnabled()               { return Read(RssFeed); }
 bool       UserSettingsConfig::GetShowPreviewerOnStartup()      { return Read(ShowPreviewer); }
 bool       UserSettingsConfig::GetIsNewVersionInstallFlag()     { return Read(IsNewVersion); }
-bool       UserSettingsConfig::IsNuclearDesignCodeEnabled()     { return Read(NuclearDesignCodes); }
+bool       UserSettingsConfig::IsNuclearDesignCodeEnabled()     { return Read(NuclearCodes); }
 bool       UserSettingsConfig::IsLumConnectionEnabled()         { return Read(LumConnection); }
 bool       UserSettingsConfig::GetRssFeedCategory(int index)    { return ReadIndexed(FeedCategory, index); }
 bool       UserSettingsConfig::GetRssFeedZone(int index)        { return ReadIndexed(FeedZone, index); }
@@ -132,7 +116,7 @@ void UserSettingsConfig::SetUseDefaultProjectForLogging(bool use)               
 void UserSettingsConfig::EnableRssFeed(bool enable)                                    { Write(RssFeed, enable); }
 void UserSettingsConfig::SetShowPreviewerOnStartup(bool show)                          { Write(ShowPreviewer, show); }
 void UserSettingsConfig::SetIsNewVersionInstallFlag(bool isNew)                        { Write(IsNewVersion, isNew); }
-void UserSettingsConfig::EnableNuclearDesignCode(bool enable)                          { Write(NuclearDesignCodes, enable); }
+void UserSettingsConfig::EnableNuclearDesignCode(bool enable)                          { Write(NuclearCodes, enable); }
 void UserSettingsConfig::EnableLumConnection(bool enable)                              { Write(LumConnection, enable); }
 void UserSettingsConfig::SetRssFeedCategory(int index, bool selected)                  { WriteIndexed(FeedCategory, index, selected); }
 void UserSettingsConfig::SetRssFeedZone(int index, bool selected)                      { WriteIndexed(FeedZone, index, selected); }

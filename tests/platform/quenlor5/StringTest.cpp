@@ -128,8 +128,10 @@ TEST(Wtoi, ReadsTheNumberAtTheStart)
 {
     // clang-format off
     const std::pair<const wchar_t*, int> rows[] = {
-        {L"", 0}, {nullptr, 0}, {L"-", 0}, {L"12abc", 12}, {L"  -7", -7}, {L"+5", 5},
-        {L"99999999999", INT_MAX}, {L"-99999999999", INT_MIN}};
+        {L"", 0}, {nullptr, 0}, {L"-", 0}, {L"+-1", 0}, {L"12abc", 12}, {L" \t\n\v\f\r-7", -7}, {L"+5", 5},
+        {L"2147483647", INT_MAX}, {L"-2147483648", INT_MIN}, {L"-2147483647", -INT_MAX},
+        {L"99999999999999999999", INT_MAX}, {L"-99999999999999999999", INT_MIN},
+        {L"\u0663", 0}, {L"1\uFF12", 1}, {L"\u20031", 0}, {L"\u00A01", 0}};
     // clang-format on
     for (const auto& [text, number] : rows)
         EXPECT_EQ(QnStringUtilities::Wtoi(text), number);

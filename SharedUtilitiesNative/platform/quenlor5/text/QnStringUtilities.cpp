@@ -1,9 +1,8 @@
 #include <Quenlor/QnStringUtilities.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
-#include <cwchar>
+#include <cstdint>
 #include <iterator>
 #include <string_view>
 #include <type_traits>
@@ -153,11 +152,18 @@ void QnStringUtilities::Split(const char* text, const char* delimiters, const ch
 
 int QnStringUtilities::Wtoi(const wchar_t* text)
 {
+    // Not wcstol: which digits and white space it knows depends on the system and the locale.
     if (!text)
         return 0;
-    const int errorBefore = errno;
-    const long number = std::wcstol(text, nullptr, 10);
-    errno = errorBefore;
-    return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
+    while (*text == L' ' || (*text >= L'\t' && *text <= L'\r'))
+        ++text;
+    const bool isNegative = *text == L'-';
+    if (*text == L'-' || *text == L'+')
+        ++text;
+    constexpr std::int64_t Beyond = std::int64_t{INT_MAX} + 1;
+    std::int64_t number = 0;
+    for (; *text >= L'0' && *text <= L'9'; ++text)
+        number = std::min(number * 10 + (*text - L'0'), Beyond);
+    return static_cast<int>(isNegative ? -number : std::min<std::int64_t>(number, INT_MAX));
 }
 } // namespace Quenlor

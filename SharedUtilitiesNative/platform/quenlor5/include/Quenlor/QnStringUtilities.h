@@ -40,7 +40,8 @@ public:
     static void Split(const char* text, const char* delimiters, const char* escapes, std::vector<Utf8String>& pieces);
 
     /// The decimal number at the start of `text` (white space and a sign may precede it); 0 when there is none.
-    /// A number beyond the range of int gives the nearest end of the range.
+    /// A number beyond the range of int gives the nearest end of the range. Only ASCII digits and ASCII white space
+    /// are understood, on every system and in every locale.
     static int Wtoi(const wchar_t* text);
 };
 } // namespace Quenlor
