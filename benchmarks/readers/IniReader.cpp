@@ -1,6 +1,6 @@
 #include <IniReader.h>
 
-#include "IniFile.h"
+#include "IniFiles.h"
 
 namespace Benchmarks
 {
@@ -8,26 +8,21 @@ namespace
 {
 using Quenlor::Fraxo::SharedUtilities::Native::IniReader;
 
-class OurIniFile final : public IniFile
+class File
 {
 public:
-    explicit OurIniFile(const std::string& path) { m_reader.LoadFile(path); }
+    explicit File(const std::string& path) { m_reader.LoadFile(path); }
 
-    std::string Value(const std::string& section, const std::string& key) const override
+    std::string Value(const std::string& section, const std::string& key) const
     {
-        return m_reader.GetStringValue(section, key, {});
-    }
-
-    Question Ask(const std::string& section, const std::string& key) const override
-    {
-        return [this, section, key, none = std::string{}]
-        { return m_reader.GetStringValue(section, key, none).length(); };
+        return m_reader.GetStringValue(section, key, m_none);
     }
 
 private:
     IniReader m_reader;
+    std::string m_none;
 };
 
-const RegisterIniReader<OurIniFile> registration{"IniReader", "", Role::Ours};
+const bool added = AddReader<File>("IniReader");
 } // namespace
 } // namespace Benchmarks

@@ -1,30 +1,22 @@
 #include <INIReader.h>
 
-#include "IniFile.h"
+#include "IniFiles.h"
 
 namespace Benchmarks
 {
 namespace
 {
-class InihFile final : public IniFile
+class File
 {
 public:
-    explicit InihFile(const std::string& path) : m_file{path} {}
+    explicit File(const std::string& path) : m_file{path} {}
 
-    std::string Value(const std::string& section, const std::string& key) const override
-    {
-        return m_file.Get(section, key, "");
-    }
-
-    Question Ask(const std::string& section, const std::string& key) const override
-    {
-        return [this, section, key, none = std::string{}] { return m_file.Get(section, key, none).length(); };
-    }
+    std::string Value(const std::string& section, const std::string& key) const { return m_file.Get(section, key, {}); }
 
 private:
     ::INIReader m_file;
 };
 
-const RegisterIniReader<InihFile> registration{"inih", PEER_VERSION};
+const bool added = AddReader<File>("inih");
 } // namespace
 } // namespace Benchmarks

@@ -1,47 +1,41 @@
 #include <QSettings>
-#include <optional>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "IniFile.h"
+#include "IniFiles.h"
 
 namespace Benchmarks
 {
 namespace
 {
 /// Makes the file look changed: QSettings gives back what it read before from one that is not.
-void Touch(const std::string& path)
+const QString& Touched(const QString& path)
 {
     static time_t seconds = 1'000'000'000;
     const timespec times[] = {{++seconds, 0}, {seconds, 0}};
-    ::utimensat(AT_FDCWD, path.c_str(), times, 0);
+    ::utimensat(AT_FDCWD, path.toStdString().c_str(), times, 0);
+    return path;
 }
 
-class QtIniFile final : public IniFile
+class File
 {
 public:
-    explicit QtIniFile(const std::string& path)
+    explicit File(const std::string& path)
+        : m_file{std::make_unique<QSettings>(Touched(QString::fromStdString(path)), QSettings::IniFormat)}
     {
-        Touch(path);
-        m_file.emplace(QString::fromStdString(path), QSettings::IniFormat);
     }
 
-    std::string Value(const std::string& section, const std::string& key) const override
+    std::string Value(const std::string& section, const std::string& key) const
     {
         return m_file->value(QString::fromStdString(section + '/' + key)).toString().toStdString();
     }
 
-    Question Ask(const std::string& section, const std::string& key) const override
-    {
-        return [this, name = QString::fromStdString(section + '/' + key)]
-        { return static_cast<std::size_t>(m_file->value(name).toString().length()); };
-    }
-
 private:
-    std::optional<QSettings> m_file;
+    std::unique_ptr<QSettings> m_file;
 };
 
-const RegisterIniReader<QtIniFile> registration{"QSettings", PEER_VERSION};
+const bool added = AddReader<File>("QSettings");
 } // namespace
 } // namespace Benchmarks

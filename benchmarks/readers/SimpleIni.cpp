@@ -1,33 +1,27 @@
-#define SI_NO_CONVERSION // narrow files are all we ask for
+#define SI_IMPLEMENTATION // the header has all of it
+#define SI_NO_CONVERSION  // narrow files are all we ask for
 #include <SimpleIni.h>
 
-#include <cstring>
-
-#include "IniFile.h"
+#include "IniFiles.h"
 
 namespace Benchmarks
 {
 namespace
 {
-class SimpleIniFile final : public IniFile
+class File
 {
 public:
-    explicit SimpleIniFile(const std::string& path) { m_file.LoadFile(path.c_str()); }
+    explicit File(const std::string& path) { m_file.LoadFile(path.c_str()); }
 
-    std::string Value(const std::string& section, const std::string& key) const override
+    std::string Value(const std::string& section, const std::string& key) const
     {
         return m_file.GetValue(section.c_str(), key.c_str(), "");
-    }
-
-    Question Ask(const std::string& section, const std::string& key) const override
-    {
-        return [this, section, key] { return std::strlen(m_file.GetValue(section.c_str(), key.c_str(), "")); };
     }
 
 private:
     CSimpleIniCaseA m_file;
 };
 
-const RegisterIniReader<SimpleIniFile> registration{"SimpleIni", PEER_VERSION};
+const bool added = AddReader<File>("SimpleIni");
 } // namespace
 } // namespace Benchmarks

@@ -1,7 +1,7 @@
 #include <fstream>
 #include <map>
 
-#include "IniFile.h"
+#include "IniFiles.h"
 
 namespace Benchmarks
 {
@@ -15,10 +15,10 @@ std::string Trimmed(const std::string& text)
 }
 
 /// What one writes in half an hour.
-class StreamAndMap final : public IniFile
+class File
 {
 public:
-    explicit StreamAndMap(const std::string& path)
+    explicit File(const std::string& path)
     {
         std::ifstream file{path};
         std::string section;
@@ -35,7 +35,7 @@ public:
         }
     }
 
-    std::string Value(const std::string& section, const std::string& key) const override
+    std::string Value(const std::string& section, const std::string& key) const
     {
         const auto keys = m_values.find(section);
         if (keys == m_values.end())
@@ -44,15 +44,10 @@ public:
         return value == keys->second.end() ? std::string{} : value->second;
     }
 
-    Question Ask(const std::string& section, const std::string& key) const override
-    {
-        return [this, section, key] { return Value(section, key).length(); };
-    }
-
 private:
     std::map<std::string, std::map<std::string, std::string>> m_values;
 };
 
-const RegisterIniReader<StreamAndMap> registration{"ifstream and map", ""};
+const bool added = AddReader<File>("ifstream and map");
 } // namespace
 } // namespace Benchmarks

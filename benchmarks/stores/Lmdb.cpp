@@ -1,7 +1,7 @@
 #include <lmdb.h>
 #include <stdexcept>
 
-#include "SettingsStore.h"
+#include "Settings.h"
 
 namespace Benchmarks
 {
@@ -19,10 +19,10 @@ MDB_val Bytes(const std::string& text)
 }
 
 /// One database. Reads renew one transaction.
-class LmdbStore final : public SettingsStore
+class Store
 {
 public:
-    explicit LmdbStore(const std::filesystem::path& folder)
+    explicit Store(const std::filesystem::path& folder)
     {
         Check(::mdb_env_create(&m_environment));
         Check(::mdb_env_set_mapsize(m_environment, std::size_t{256} * 1024 * 1024));
@@ -32,25 +32,27 @@ public:
         ::mdb_txn_reset(m_reading);
     }
 
-    ~LmdbStore() override
+    ~Store()
     {
         ::mdb_txn_abort(m_reading);
         ::mdb_env_close(m_environment);
     }
-    LmdbStore(const LmdbStore&) = delete;
-    LmdbStore& operator=(const LmdbStore&) = delete;
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
 
-    void Fill(int count) override
+    void Select() const {}
+
+    void Fill(int count)
     {
         Change(
             [&](MDB_txn* transaction)
             {
             for (int i = 0; i < count; ++i)
-                Put(transaction, Name(i), Value(i));
+                Put(transaction, SettingName(i), SettingValue(i));
         });
     }
 
-    std::string Read(const std::string& name) override
+    std::string Read(const std::string& name)
     {
         Check(::mdb_txn_renew(m_reading));
         MDB_val key = Bytes(name);
@@ -62,7 +64,7 @@ public:
         return value;
     }
 
-    void Write(const std::string& name, const std::string& value) override
+    void Write(const std::string& name, const std::string& value)
     {
         Change([&](MDB_txn* transaction) { Put(transaction, name, value); });
     }
@@ -89,6 +91,6 @@ private:
     MDB_txn* m_reading = nullptr;
 };
 
-const RegisterSettingsStore<LmdbStore> registration{"LMDB", PEER_VERSION};
+const bool added = AddStore<Store>("LMDB");
 } // namespace
 } // namespace Benchmarks

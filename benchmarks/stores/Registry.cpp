@@ -1,53 +1,52 @@
-#include "stores/Registry.h"
-
 #include <RegistryHelper.h>
 #include <cstdlib>
 #include <fstream>
 
-#include <Platform/Win32.h>
+#include <fcntl.h>
+#include <sys/stat.h>
 
-#include "SettingsStore.h"
+#include "Settings.h"
 
 namespace Benchmarks
 {
-void UseRegistry(const std::filesystem::path& folder)
-{
-    ::setenv("QUENLOR_REGISTRY_DIR", folder.c_str(), 1);
-}
-
-std::filesystem::path UserHive(const std::filesystem::path& folder)
-{
-    return folder / "HKEY_CURRENT_USER.reg";
-}
-
 namespace
 {
 using Quenlor::Utf8String;
 using Quenlor::Fraxo::SharedUtilities::Native::RegistryHelper;
 
-/// The user's settings in the registry of `folder`, which it makes that of the process.
-class RegistryStore final : public SettingsStore
+/// The user's settings in the registry.
+class Store
 {
 public:
-    explicit RegistryStore(const std::filesystem::path& folder) : m_folder{folder} { UseRegistry(folder); }
+    explicit Store(const std::filesystem::path& folder) : m_folder{folder} {}
 
-    void Fill(int count) override
+    void Select() const { ::setenv("QUENLOR_REGISTRY_DIR", m_folder.c_str(), 1); }
+
+    void Fill(int count) const
     {
-        std::ofstream hive{UserHive(m_folder)};
+        Select();
+        std::ofstream hive{m_folder / "HKEY_CURRENT_USER.reg"};
         hive << "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\" << m_key.c_str() << "]\n";
         for (int i = 0; i < count; ++i)
-            hive << '"' << Name(i) << "\"=\"" << Value(i) << "\"\n";
+            hive << '"' << SettingName(i) << "\"=\"" << SettingValue(i) << "\"\n";
     }
 
-    std::string Read(const std::string& name) override
+    Utf8String Read(const std::string& name) const
     {
-        const Utf8String value = RegistryHelper::GetStringValue(HKEY_CURRENT_USER, m_key, name, m_none);
-        return {value.data(), value.length()};
+        return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, m_key, name, m_none);
     }
 
-    void Write(const std::string& name, const std::string& value) override
+    void Write(const std::string& name, const std::string& value) const
     {
         RegistryHelper::SetStringValue(HKEY_CURRENT_USER, m_key, name, value);
+    }
+
+    /// As a change by another program does.
+    void MakeLookChanged() const
+    {
+        static time_t seconds = 1'000'000'000;
+        const timespec times[] = {{++seconds, 0}, {seconds, 0}};
+        ::utimensat(AT_FDCWD, (m_folder / "HKEY_CURRENT_USER.reg").c_str(), times, 0);
     }
 
 private:
@@ -56,6 +55,22 @@ private:
     Utf8String m_none;
 };
 
-const RegisterSettingsStore<RegistryStore> registration{"RegistryHelper", "", Role::Ours};
+bool AddReadingAfterAChange(int count)
+{
+    const char* const subject = "RegistryHelper";
+    Add("read a setting of " + std::to_string(count) + ", file changed/" + subject,
+        [=](benchmark::State& state)
+        {
+        const Store& store = Open<Store>(subject, count);
+        for ([[maybe_unused]] const auto iteration : state)
+        {
+            store.MakeLookChanged();
+            benchmark::DoNotOptimize(store.Read(SettingName(0)));
+        }
+    });
+    return true;
+}
+
+const bool added = AddStore<Store>("RegistryHelper") && AddReadingAfterAChange(100) && AddReadingAfterAChange(10'000);
 } // namespace
 } // namespace Benchmarks

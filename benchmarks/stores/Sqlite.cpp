@@ -1,7 +1,7 @@
 #include <sqlite3.h>
 #include <stdexcept>
 
-#include "SettingsStore.h"
+#include "Settings.h"
 
 namespace Benchmarks
 {
@@ -15,10 +15,10 @@ struct Close
 using Statement = std::unique_ptr<sqlite3_stmt, Close>;
 
 /// One table in a database with a write-ahead log; statements are prepared once.
-class SqliteStore final : public SettingsStore
+class Store
 {
 public:
-    explicit SqliteStore(const std::filesystem::path& folder)
+    explicit Store(const std::filesystem::path& folder)
     {
         sqlite3* database = nullptr;
         ::sqlite3_open((folder / "settings.sqlite").c_str(), &database);
@@ -30,15 +30,17 @@ public:
         m_write = Prepare("INSERT OR REPLACE INTO settings VALUES (?1, ?2)");
     }
 
-    void Fill(int count) override
+    void Select() const {}
+
+    void Fill(int count)
     {
         Execute("BEGIN");
         for (int i = 0; i < count; ++i)
-            Write(Name(i), Value(i));
+            Write(SettingName(i), SettingValue(i));
         Execute("COMMIT");
     }
 
-    std::string Read(const std::string& name) override
+    std::string Read(const std::string& name)
     {
         Bind(m_read, 1, name);
         std::string value;
@@ -49,7 +51,7 @@ public:
         return value;
     }
 
-    void Write(const std::string& name, const std::string& value) override
+    void Write(const std::string& name, const std::string& value)
     {
         Bind(m_write, 1, name);
         Bind(m_write, 2, value);
@@ -82,6 +84,6 @@ private:
     Statement m_write;
 };
 
-const RegisterSettingsStore<SqliteStore> registration{"SQLite", PEER_VERSION};
+const bool added = AddStore<Store>("SQLite");
 } // namespace
 } // namespace Benchmarks

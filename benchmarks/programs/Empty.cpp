@@ -1,2 +1,0 @@
-// Built twice: with the C++ library alone, and with ours as well.
-int main() {}
