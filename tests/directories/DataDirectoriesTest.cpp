@@ -120,5 +120,7 @@ TEST_F(GetProjectConfigurationDirectory, IsNamedAfterTheProjectInUse)
     EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(Default\)");
     UseProject("abc", true);
     EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(abc\)");
+    UseProject(R"(..\..\abc)", true); // not checked, see docs/security.md
+    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(..\..\abc\)");
 }
 } // namespace

@@ -4,9 +4,12 @@
 
 #include <Quenlor/QnFileName.h>
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "VersionConfig.h"
+#include "support/Files.h"
 #include "support/InstallationTest.h"
 #include "support/Printers.h"
 
@@ -28,10 +31,7 @@ std::string ExecutableFolder()
 
 std::string Capitals(std::string text)
 {
-    WString wide{text.c_str(), false};
-    QnFileName name;
-    name.SetName(wide.ToUpperCase().c_str());
-    return name.GetNameUtf8().ToStdString();
+    return QnFileName{WString{text.c_str(), false}.ToUpperCase()}.GetNameUtf8().ToStdString();
 }
 
 using GetFRAXOProRoot = InstallationTest;
@@ -80,6 +80,28 @@ TEST_F(IsRunningFromOutput, ComparesPathsWhateverTheirSpelling)
     }
     m_machine.SetEnvironment(RootVariable, folder + R"(\sub)");
     EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
+}
+
+TEST_F(IsRunningFromOutput, TakesDotsForTheFolderTheyName)
+{
+    const std::filesystem::path folder = NativePath(ExecutableFolder());
+    for (const char* const dots : {".", R"(sub\..)"})
+    {
+        m_machine.SetEnvironment(RootVariable, dots);
+        std::filesystem::current_path(m_machine.Root());
+        EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput()) << dots;
+        std::filesystem::current_path(folder);
+        EXPECT_TRUE(DirectoryConfig::IsRunningFromOutput()) << dots;
+    }
+}
+
+TEST_F(IsRunningFromOutput, FollowsSymbolicLinks)
+{
+    const std::filesystem::path link = m_machine.Root() / "link";
+    std::error_code error; // not every system lets everybody make links
+    create_directory_symlink(NativePath(ExecutableFolder()), link, error);
+    m_machine.SetEnvironment(RootVariable, link.string());
+    EXPECT_EQ(DirectoryConfig::IsRunningFromOutput(), !error);
 }
 
 using ExecutableWithoutAVersion = InstallationTest;

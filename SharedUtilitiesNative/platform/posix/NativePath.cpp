@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
@@ -86,13 +87,20 @@ std::string LookUp(const std::string& path, bool& exists)
     return found;
 }
 
-/// With the separators of this system; empty for what names no place here.
-std::string WithSlashes(std::string_view path)
+/// With the separators of this system, and with `.` and `..` resolved by text as on Windows: the kernel would want the
+/// folder before a `..` to exist. Empty for what names no place here.
+std::string Spelled(std::string_view path)
 {
     if (HasDevice(path))
         return {};
     std::string native{path};
     std::replace(native.begin(), native.end(), '\\', '/');
+    if (native.find("/.") == native.npos && !native.starts_with('.'))
+        return native;
+    const bool endsInDots = native.ends_with("/.") || native.ends_with("/..");
+    native = std::filesystem::path{native}.lexically_normal();
+    if (endsInDots && native.length() > 1 && native.ends_with('/'))
+        native.pop_back(); // they may be after the name of a file
     return native;
 }
 } // namespace
@@ -100,7 +108,7 @@ std::string WithSlashes(std::string_view path)
 std::string NativePath(std::string_view path, bool& exists)
 {
     exists = false;
-    std::string native = WithSlashes(path);
+    std::string native = Spelled(path);
     if (native.empty())
         return native;
     if (Exists(native))
@@ -114,7 +122,7 @@ std::string NativePath(std::string_view path, bool& exists)
 
 FileDescriptor OpenForReading(std::string_view path)
 {
-    const std::string native = WithSlashes(path);
+    const std::string native = Spelled(path);
     FileDescriptor file = OpenFile(native);
     if (file || native.empty() || errno != ENOENT)
         return file;

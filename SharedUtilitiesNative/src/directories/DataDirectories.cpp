@@ -104,11 +104,7 @@ Utf8String DirectoryConfig::GetFraxoSectionDatabaseDirectory()
 {
     const Utf8String chosen = GetEnvironmentVariableValue("FRAXO_PRO_SECTIONS_DIRECTORY");
     if (!chosen.empty())
-    {
-        QnFileName fixed;
-        fixed.SetName(FixedPathOf(PathOf(chosen)).c_str());
-        return fixed.GetNameUtf8();
-    }
+        return QnFileName{FixedPathOf(PathOf(chosen))}.GetNameUtf8();
     constexpr FolderTail sections = R"(Sections\)";
     QnFileName besideExecutable = GetCurrentExeDirectory();
     besideExecutable.AppendToPath(PathOf(sections.text).GetName());

@@ -11,13 +11,6 @@ int EncodedLength(UINT codePage, const WString& text)
     return ::WideCharToMultiByte(codePage, 0, text.c_str(), -1, nullptr, 0, nullptr, nullptr);
 }
 
-QnFileName PathOf(const wchar_t* path)
-{
-    QnFileName name;
-    name.SetName(path);
-    return name;
-}
-
 bool IsSupported(const QnFileName& name)
 {
     return DirectoryConfig::IsFileNameSupportedInCurrentCulture(name.GetNameUtf8()) != 0;
@@ -52,8 +45,8 @@ Utf8String DirectoryConfig::GetNormalizedFileName(const QnFileName& path)
     else if (!IsSupported(directory))
     {
         ::GetShortPathNameW(directory.GetName(), buffer, MAX_PATH);
-        return PathOf(buffer).AppendToPath(file.GetName()).GetNameUtf8();
+        return QnFileName{buffer}.AppendToPath(file.GetName()).GetNameUtf8();
     }
-    return PathOf(buffer).GetNameUtf8();
+    return QnFileName{buffer}.GetNameUtf8();
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

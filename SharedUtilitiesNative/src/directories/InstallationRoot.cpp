@@ -1,5 +1,11 @@
 #include "DirectoryConfig.h"
 
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
 #include "CoreUtilities.h"
 #include "core/Paths.h"
 #include "directories/OutputRoot.h"
@@ -17,9 +23,27 @@ QnFileName CurrentExecutable()
     return executable;
 }
 
+/// The absolute path of a folder without symbolic links; none when the folder is not there.
+std::optional<QnFileName> RealPathOf(const QnFileName& folder)
+{
+    std::error_code error;
+    const std::u8string path = std::filesystem::canonical(folder.ToNativePath(), error).u8string();
+    return error ? std::nullopt : std::optional{PathOf(std::string{path.begin(), path.end()})};
+}
+
+/// By the text of the paths. The real path of the root matches as well: the system may have resolved the links in that
+/// of the executable, and text made of dots alone, which other names contain, says nothing.
 bool IsExecutableBelow(const Utf8String& root)
 {
-    return !root.empty() && FixedPathOf(CurrentExecutable()).ContainsI(FixedPathOf(PathOf(root)));
+    if (root.empty())
+        return false;
+    const WString executable = FixedPathOf(CurrentExecutable());
+    const WString folder = FixedPathOf(PathOf(root));
+    const bool isNamed = std::wstring_view{folder.c_str()}.find_first_not_of(LR"(.\)") != std::wstring_view::npos;
+    if (isNamed && executable.ContainsI(folder))
+        return true;
+    const std::optional<QnFileName> real = RealPathOf(PathOf(root));
+    return real && executable.ContainsI(FixedPathOf(*real));
 }
 
 Utf8String AsFolder(const Utf8String& path)
@@ -49,8 +73,6 @@ Utf8String DirectoryConfig::GetFRAXOProRoot()
 
 QnFileName DirectoryConfig::GetCurrentExeDirectory()
 {
-    QnFileName directory;
-    directory.SetName(QnFileName::GetDirectoryName(CurrentExecutable().GetName()).c_str());
-    return directory;
+    return QnFileName{QnFileName::GetDirectoryName(CurrentExecutable().GetName())};
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -32,8 +32,7 @@ QnFileName FileInProgramData()
 
 LogConfigurationChoice ChooseLogConfiguration(const QnFileName& executable)
 {
-    QnFileName folder;
-    folder.SetName(QnFileName::GetDirectoryName(executable.GetName()).c_str());
+    const QnFileName folder{QnFileName::GetDirectoryName(executable.GetName())};
     LogConfigurationChoice choice;
     choice.besideExecutable = InFolder(folder.GetNameUtf8(), FileName);
     choice.isBesideExecutable = Exists(choice.besideExecutable);

@@ -12,11 +12,11 @@ namespace
 {
 using namespace Quenlor;
 
+constexpr bool SystemHasOneRoot = std::filesystem::path::preferred_separator == '/';
+
 QnFileName Named(const wchar_t* path)
 {
-    QnFileName name;
-    name.SetName(path);
-    return name;
+    return QnFileName{path};
 }
 
 struct Path
@@ -49,7 +49,7 @@ TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
         {LR"(C:\a\b\)", LR"(C:\a\b\)"}, // callers append file names to it
         {LR"(C:a\..\b)", LR"(C:b)"},
         {LR"(\\server\share\..\x)", LR"(\\server\share\x)"},
-        {L"//server//share//x", LR"(\\server\share\x)"},
+        {L"//server//share//x", SystemHasOneRoot ? LR"(\server\share\x)" : LR"(\\server\share\x)"},
         {LR"(\\server\/)", LR"(\\server\)"},
         {LR"(..\a\..\..\b)", LR"(..\..\b)"},
         {LR"(a\..)", L"."},
@@ -73,8 +73,9 @@ TEST(IsAbsolutePath, WantsARootBehindTheDevice)
 {
     for (const wchar_t* path : {LR"(C:\a)", L"z:/a", LR"(\\server\share)", LR"(\/server\share)"})
         EXPECT_TRUE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
-    for (const wchar_t* path : {L"", L"a", LR"(a\b)", L"C:", L"C:a", LR"(\a)", LR"(\\)", LR"(..\a)"})
+    for (const wchar_t* path : {L"", L"a", LR"(a\b)", L"C:", L"C:a", LR"(\\)", LR"(..\a)"})
         EXPECT_FALSE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
+    EXPECT_EQ(Named(LR"(\a)").IsAbsolutePath(), SystemHasOneRoot);
     QnFileName executable;
     ASSERT_EQ(QnGetModuleFileName(executable, nullptr), QuenlorStatus::Success);
     EXPECT_TRUE(executable.IsAbsolutePath());
@@ -137,6 +138,16 @@ TEST_F(FilesTest, ExistAsFileAndAsFolderInAnyLetterCase)
     EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"plugins\\StrucLink\\").GetName()));
     EXPECT_FALSE(QnFileName::DoesPathExist(L""));
     EXPECT_EQ(Read(Below(L"PLUGINS\\struclink\\größe.INI")), "x");
+}
+
+TEST_F(FilesTest, DotsAreResolvedByText)
+{
+    Write(Below(L"folder\\file"), "x");
+    for (const wchar_t* const path : {L"missing\\..\\folder\\.\\file", L"folder\\file\\..\\FILE", L"folder\\file\\."})
+        EXPECT_TRUE(QnFileName::DoesPathExist(Below(path).GetName())) << path;
+    EXPECT_FALSE(QnFileName::DoesPathExist(Below(L"folder\\..\\file").GetName()));
+    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"missing\\..\\new").GetName()), QnFileNameStatus::Success);
+    EXPECT_FALSE(QnFileName::DoesPathExist(Below(L"missing").GetName()));
 }
 
 TEST_F(FilesTest, AFolderIsCreatedWithItsParentsAndInTheFolderThatIsThere)

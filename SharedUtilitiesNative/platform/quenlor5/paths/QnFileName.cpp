@@ -35,12 +35,16 @@ bool StartsWithTwoSeparators(std::wstring_view path) noexcept
     return path.length() >= 2 && IsSeparator(path[0]) && IsSeparator(path[1]);
 }
 
+/// Where the system has one root, two slashes are that root, and only `\\` starts a server's name.
+constexpr bool SystemHasOneRoot = std::filesystem::path::preferred_separator == '/';
+
 /// The length of `C:` or `\\server\share` at the start of a path; 0 when it has no device.
 std::size_t DeviceLength(std::wstring_view path) noexcept
 {
     if (path.length() >= 2 && IsLetter(path[0]) && path[1] == L':')
         return 2;
-    if (!StartsWithTwoSeparators(path) || path.length() == 2 || IsSeparator(path[2]))
+    const bool isServer = SystemHasOneRoot ? path.starts_with(LR"(\\)") : StartsWithTwoSeparators(path);
+    if (!isServer || path.length() == 2 || IsSeparator(path[2]))
         return 0;
     const std::size_t serverEnd = path.find_first_of(Separators, 2);
     const std::size_t share = path.find_first_not_of(Separators, serverEnd);
@@ -205,9 +209,10 @@ bool QnFileName::IsAbsolutePath() const noexcept
 {
     const std::wstring_view path{m_path.c_str(), m_path.length()};
     const bool isDrive = path.length() >= 3 && IsLetter(path[0]) && path[1] == L':' && IsSeparator(path[2]);
-    const bool systemHasOneRoot = std::filesystem::path::preferred_separator == '/';
     const bool isServer = StartsWithTwoSeparators(path) && DeviceLength(path) != 0;
-    return isDrive || isServer || (systemHasOneRoot && path.starts_with(L'/'));
+    const bool isBelowTheRoot =
+        SystemHasOneRoot && !path.empty() && IsSeparator(path[0]) && !path.starts_with(LR"(\\)");
+    return isDrive || isServer || isBelowTheRoot;
 }
 
 WString QnFileName::GetDirectoryName(const wchar_t* path)

@@ -15,11 +15,12 @@ std::wstring AsOnDisk(std::wstring_view path)
     std::wstring found = Quenlor::Posix::WideOf(Quenlor::Posix::NativePath(Quenlor::Posix::Utf8Of(path), exists));
     if (!exists)
         return {};
-    // Wide text is as long in another letter case.
+    // Wide text is as long in another letter case, but not when `.` or `..` was resolved.
+    const bool isSameLength = found.length() == path.length();
     for (std::size_t i = 0; i < found.length(); ++i)
     {
         if (found[i] == L'/')
-            found[i] = path[i];
+            found[i] = isSameLength ? path[i] : L'\\';
     }
     return found;
 }

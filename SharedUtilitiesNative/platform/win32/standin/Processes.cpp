@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "KernelHandles.h"
+#include "posix/Executable.h"
+#include "posix/ReadFile.h"
 #include "posix/WideText.h"
 
 namespace
@@ -30,16 +32,24 @@ struct ProcessList final : KernelObject
     std::size_t next = 0;
 };
 
-/// The name of the file that a process was started from; empty when the process is gone, is none of this user's, or
-/// is a part of the system's kernel.
+/// What a file of the system's says, up to its first NUL or line feed; empty when it cannot be read.
+std::string FirstWord(const fs::path& file)
+{
+    const Quenlor::Posix::FileDescriptor opened = Quenlor::Posix::OpenFile(file);
+    const std::string text = opened ? Quenlor::Posix::ReadAll(opened).value_or("") : "";
+    return text.substr(0, std::min(text.find('\0'), text.find('\n')));
+}
+
+/// The name of the file that a process was started from; empty when the process is gone. The system hides the file of
+/// another user's process; its command line and its short name are for everybody.
 std::wstring ExecutableName(const fs::path& process)
 {
-    constexpr std::string_view Deleted = " (deleted)"; // replaced by an update, say, while it runs
-    std::error_code unreadable;
-    std::string file = fs::read_symlink(process / "exe", unreadable).filename().string();
-    if (file.ends_with(Deleted))
-        file.erase(file.length() - Deleted.length());
-    return Quenlor::Posix::WideOf(file);
+    std::error_code error;
+    const bool isHidden = fs::read_symlink(process / "exe", error).empty() && error == std::errc::permission_denied;
+    std::string file = isHidden ? FirstWord(process / "cmdline") : Quenlor::Posix::ExecutablePath(process / "exe");
+    if (isHidden && file.empty())
+        file = FirstWord(process / "comm");
+    return Quenlor::Posix::WideOf(file.substr(file.rfind('/') + 1)); // npos + 1 is 0
 }
 
 std::vector<Process> ReadProcesses()

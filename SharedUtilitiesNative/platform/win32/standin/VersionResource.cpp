@@ -1,26 +1,28 @@
 #include <Platform/Win32.h>
 
+#include <algorithm>
 #include <cstring>
 #include <elf.h>
+#include <optional>
+#include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <optional>
-#include <vector>
-
+#include "posix/Executable.h"
 #include "posix/FileDescriptor.h"
 #include "posix/NativePath.h"
+#include "posix/ReadFile.h"
+#include "posix/WideText.h"
 
-using Quenlor::Posix::FileDescriptor;
+namespace Posix = Quenlor::Posix;
+using Posix::FileDescriptor;
 
 namespace
 {
 constexpr DWORD Signature = 0xFEEF04BD;
 constexpr std::string_view NoteOwner{"Quenlor\0", 8}; // its NUL counts
 constexpr Elf64_Word FixedFileInfoNote = 1;
-constexpr std::size_t MostNoteBytes = 1 << 20; // a segment that claims more is damaged
+constexpr std::size_t MostNoteBytes = 1 << 20; // in all segments together, which may overlap
 
 bool ReadAt(const FileDescriptor& file, void* data, std::size_t size, Elf64_Off offset)
 {
@@ -61,24 +63,35 @@ std::optional<VS_FIXEDFILEINFO> FindVersionNote(std::string_view notes)
     return {};
 }
 
+/// The running program is opened by the system's link to it: its path may name a newer file by now, or hold bytes that
+/// the library's paths cannot.
+FileDescriptor Open(std::string_view path)
+{
+    const std::string executable = Posix::ExecutablePath();
+    const bool isThisProgram = !executable.empty() && path == Posix::Utf8Of(Posix::WideOf(executable));
+    return isThisProgram ? Posix::OpenFile(Posix::ExecutableLink) : Posix::OpenForReading(path);
+}
+
 std::optional<VS_FIXEDFILEINFO> ReadVersion(const char* path)
 {
-    const FileDescriptor file = Quenlor::Posix::OpenForReading(path ? path : "");
+    const FileDescriptor file = Open(path ? path : "");
     Elf64_Ehdr header;
     if (!file || !ReadAt(file, &header, sizeof header, 0) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
         header.e_ident[EI_CLASS] != ELFCLASS64 || header.e_phentsize != sizeof(Elf64_Phdr))
         return {};
+    std::size_t bytesLeft = MostNoteBytes;
     for (Elf64_Half i = 0; i < header.e_phnum; ++i)
     {
         Elf64_Phdr segment;
         if (!ReadAt(file, &segment, sizeof segment, header.e_phoff + i * sizeof segment))
             return {};
-        if (segment.p_type != PT_NOTE || segment.p_filesz > MostNoteBytes)
+        if (segment.p_type != PT_NOTE || segment.p_filesz > bytesLeft)
             continue;
-        std::vector<char> notes(segment.p_filesz);
+        bytesLeft -= segment.p_filesz;
+        std::string notes(segment.p_filesz, '\0');
         if (!ReadAt(file, notes.data(), notes.size(), segment.p_offset))
             continue;
-        if (const auto version = FindVersionNote({notes.data(), notes.size()}))
+        if (const auto version = FindVersionNote(notes))
             return version;
     }
     return {};

@@ -28,9 +28,7 @@ constexpr char OpenFiles[] = "/proc/self/fd/"; // a container may lack it
 
 std::string Native(const wchar_t* path, bool& exists)
 {
-    QnFileName name;
-    name.SetName(path);
-    const Utf8String utf8 = name.GetNameUtf8();
+    const Utf8String utf8 = QnFileName{path}.GetNameUtf8();
     return Posix::NativePath({utf8.data(), utf8.length()}, exists);
 }
 

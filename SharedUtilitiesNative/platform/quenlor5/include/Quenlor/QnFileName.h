@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <utility>
 
 #include <Quenlor/QuenlorExport.h>
 #include <Quenlor/QuenlorStatus.h>
@@ -30,6 +31,7 @@ public:
     };
 
     QnFileName() noexcept = default;
+    explicit QnFileName(WString path) noexcept : m_path{std::move(path)} {} ///< Keeps the path exactly as it is.
 
     /// Keeps only the chosen parts of `fullPath`.
     QnFileName(FileNameParts parts, const wchar_t* fullPath);
@@ -47,15 +49,17 @@ public:
     /// Ends the path in a separator. An empty path stays empty, so that what is appended to it stays relative.
     void AppendSeparator();
 
-    /// True for `X:\` and `\\server` with either separator, and where the system has one root also for a leading `/`.
+    /// True for `X:\` and `\\server` with either separator. Linux: also for a leading `/`, and for a leading `\`, which
+    /// FixPathName makes of it.
     bool IsAbsolutePath() const noexcept;
 
     /// The path to hand to this system.
     ///
     /// Windows: the path as it is, with the extended-length prefix when it is too long for the classic functions.
-    /// Linux: with `/` as separator; a component that does not exist in the given letter case is looked up without
-    /// regard to case, so "PlugIns" and "Plugins" are one folder. Components that do not exist keep their spelling.
-    /// Empty when the path has a device (`C:`), which Linux has not: it must never be taken as a relative name.
+    /// Linux: with `/` as separator and `.` and `..` resolved as by FixPathName; a component that does not exist in the
+    /// given letter case is looked up without regard to case, so "PlugIns" and "Plugins" are one folder. Components
+    /// that do not exist keep their spelling. Empty when the path has a device (`C:`), which Linux has not: it must
+    /// never be taken as a relative name.
     std::filesystem::path ToNativePath() const;
 
     /// The path without its last component and the separator before it; a root keeps its separator (`C:\`).
@@ -65,10 +69,11 @@ public:
     /// The last component without its extension: the text from its last dot on, unless that dot comes first.
     static WString GetFileNameWithoutExtension(const wchar_t* path);
 
-    /// One spelling for all spellings of a path. The separator is `\`; doubled ones are folded, but for the two that
-    /// start a path; components of one or two dots are resolved without asking the file system. Letter case and a
-    /// trailing separator are kept, because callers append file names to the result. A relative path that comes to
-    /// nothing is one dot; a path with the extended-length prefix is left as it is. `out` may be made from `path`.
+    /// One spelling for all spellings of a path. The separator is `\`; doubled ones are folded, except the two before a
+    /// server's name (on Linux only `\\`: two slashes are the root, as one is); components of one or two dots are
+    /// resolved without asking the file system. Letter case and a trailing separator are kept, because callers append
+    /// file names to the result. A relative path that comes to nothing is one dot; a path with the extended-length
+    /// prefix is left as it is. `out` may be made from `path`.
     static QnFileNameStatus FixPathName(WString& out, const wchar_t* path);
 
     /// Whether a file or folder of that name exists.
