@@ -1,38 +1,67 @@
 #include "Arguments.h"
 
 #include <algorithm>
-#include <iterator>
 
-#include "Failure.h"
+#include "Operations.h"
 
 namespace FraxoReg
 {
 namespace
 {
-constexpr std::string_view Signs[] = {"/", "--", "-"};
-
 constexpr char Lower(char character) noexcept
 {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
-const Switch* FindSwitch(std::span<const Switch> switches, std::string_view argument) noexcept
+/// A switch may start with either sign of Windows, or with two hyphens.
+std::string_view WithoutSign(std::string_view name) noexcept
 {
-    const auto* const sign =
-        std::find_if(std::begin(Signs), std::end(Signs),
-                     [argument](std::string_view candidate) { return argument.starts_with(candidate); });
-    if (sign == std::end(Signs))
-        return nullptr;
-    argument.remove_prefix(sign->size());
-    const auto found =
-        std::find_if(switches.begin(), switches.end(),
-                     [argument](const Switch& candidate) { return EqualIgnoringCase(candidate.name, argument); });
-    return found == switches.end() ? nullptr : &*found;
+    for (const std::string_view sign : {"/", "--", "-"})
+    {
+        if (name.starts_with(sign))
+            return name.substr(sign.size());
+    }
+    return {};
 }
 
-std::string Shown(std::string_view name)
+struct Definition
 {
-    return "'/" + std::string{name} + "'";
+    std::string_view name;
+    bool takesText;
+};
+
+struct Definitions
+{
+    std::vector<std::string_view> operands;
+    std::vector<Definition> switches;
+
+    explicit Definitions(std::string_view help)
+    {
+        for (; !help.empty(); help.remove_prefix(std::min(help.find('\n'), help.size() - 1) + 1))
+        {
+            if (!help.starts_with("  ") || help[2] == ' ')
+                continue;
+            const std::size_t end = help.find(' ', 2);
+            const std::string_view name = help.substr(2, end - 2);
+            if (WithoutSign(name).empty())
+                operands.push_back(name);
+            else
+                switches.push_back({name, help[end + 1] != ' '});
+        }
+    }
+
+    const Definition* FindSwitch(std::string_view argument) const noexcept
+    {
+        const auto found = std::find_if(switches.begin(), switches.end(),
+                                        [name = WithoutSign(argument)](const Definition& candidate)
+                                        { return EqualIgnoringCase(WithoutSign(candidate.name), name); });
+        return found == switches.end() ? nullptr : &*found;
+    }
+};
+
+std::string Quoted(std::string_view name)
+{
+    return "'" + std::string{name} + "'";
 }
 } // namespace
 
@@ -47,8 +76,9 @@ bool IsHelpSwitch(std::string_view argument) noexcept
     return argument == "/?" || argument == "-?" || argument == "--help";
 }
 
-Arguments::Arguments(std::span<const std::string> arguments, std::size_t operandCount, std::span<const Switch> switches)
+Arguments::Arguments(std::string_view help, std::span<const std::string> arguments)
 {
+    const Definitions definitions{help};
     for (std::size_t i = 0; i < arguments.size(); ++i)
     {
         const std::string& argument = arguments[i];
@@ -57,38 +87,41 @@ Arguments::Arguments(std::span<const std::string> arguments, std::size_t operand
             m_wantsHelp = true;
             return;
         }
-        const Switch* const known = FindSwitch(switches, argument);
-        if (!known)
+        if (const Definition* const known = definitions.FindSwitch(argument))
         {
-            if (m_operands.size() == operandCount)
-                throw InvalidSyntax("'" + argument + "' is not expected here.");
-            m_operands.push_back(argument);
-            continue;
+            if (Has(known->name))
+                throw InvalidSyntax(Quoted(known->name) + " is given more than once.");
+            if (known->takesText && i + 1 == arguments.size())
+                throw InvalidSyntax("Value expected for " + Quoted(known->name) + ".");
+            m_switches[known->name] = known->takesText ? arguments[++i] : std::string{};
         }
-        if (Has(known->name))
-            throw InvalidSyntax(Shown(known->name) + " option is not allowed more than '1' time(s).");
-        std::optional<std::string>& text = m_switches[known->name];
-        const bool isFollowed = i + 1 < arguments.size();
-        if (known->takes == Takes::Text && !isFollowed)
-            throw InvalidSyntax("Value expected for " + Shown(known->name) + ".");
-        if (known->takes == Takes::Text ||
-            (known->takes == Takes::OptionalText && isFollowed && !FindSwitch(switches, arguments[i + 1])))
-            text = arguments[++i];
+        else if (const std::string_view name = WithoutSign(argument);
+                 EqualIgnoringCase(name, "reg:32") || EqualIgnoringCase(name, "reg:64"))
+            continue; // as on Windows, but there is one view of the registry
+        else if (m_operands.size() == definitions.operands.size())
+            throw InvalidSyntax(Quoted(argument) + " is not expected here.");
+        else
+            m_operands.push_back(argument);
     }
-    if (m_operands.size() != operandCount)
-        throw InvalidSyntax();
-    RefuseTogether({"reg:32", "reg:64"});
+    if (m_operands.size() < definitions.operands.size())
+        throw InvalidSyntax(std::string{definitions.operands[m_operands.size()]} + " is missing.");
 }
 
 std::optional<std::string> Arguments::Text(std::string_view name) const
 {
     const auto found = m_switches.find(name);
-    return found == m_switches.end() ? std::nullopt : found->second;
+    return found == m_switches.end() ? std::nullopt : std::optional{found->second};
 }
 
 void Arguments::RefuseTogether(std::initializer_list<std::string_view> names) const
 {
-    if (std::count_if(names.begin(), names.end(), [this](std::string_view name) { return Has(name); }) > 1)
-        throw InvalidSyntax();
+    std::string_view first;
+    for (const std::string_view name : names)
+    {
+        if (Has(name) && !first.empty())
+            throw InvalidSyntax(Quoted(first) + " and " + Quoted(name) + " exclude each other.");
+        if (Has(name))
+            first = name;
+    }
 }
 } // namespace FraxoReg

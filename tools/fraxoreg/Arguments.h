@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <initializer_list>
 #include <map>
 #include <optional>
@@ -11,41 +10,30 @@
 
 namespace FraxoReg
 {
-enum class Takes
-{
-    Nothing,
-    Text,
-    OptionalText ///< None when a switch or nothing follows.
-};
-
-/// What may follow a verb. The name is without the sign before it: `/` or `-`, as Windows takes both, or `--`.
-struct Switch
-{
-    std::string_view name;
-    Takes takes = Takes::Nothing;
-};
-
-bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept; ///< ASCII letters alone.
+bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept; ///< Of ASCII letters only.
 bool IsHelpSwitch(std::string_view argument) noexcept;
 
-/// The arguments of a verb, sorted into operands and switches. What is wrong with them is thrown as WrongUse.
+/// The arguments of an operation, as its help defines them.
+///
+/// A line of the help that starts with two blanks defines an operand (`  KeyName  text`) or a switch, which takes what
+/// follows it if a placeholder comes after one more blank (`  /v ValueName  text`).
 class Arguments final
 {
 public:
     /// A switch that takes text takes whatever follows: data and files may well start with a slash.
-    Arguments(std::span<const std::string> arguments, std::size_t operandCount, std::span<const Switch> switches);
+    /// @throws WrongUse
+    Arguments(std::string_view help, std::span<const std::string> arguments);
 
     bool WantsHelp() const noexcept { return m_wantsHelp; } ///< The rest is not checked then.
     const std::string& Operand(std::size_t index) const { return m_operands.at(index); }
-    bool Has(std::string_view name) const { return m_switches.contains(name); }
-    /// What was given with the switch; none when it was absent or had none.
-    std::optional<std::string> Text(std::string_view name) const;
+    bool Has(std::string_view name) const { return m_switches.contains(name); } ///< `name` starts with its sign.
+    std::optional<std::string> Text(std::string_view name) const;               ///< What was given with the switch.
 
-    void RefuseTogether(std::initializer_list<std::string_view> names) const;
+    void RefuseTogether(std::initializer_list<std::string_view> names) const; ///< @throws WrongUse
 
 private:
     std::vector<std::string> m_operands;
-    std::map<std::string_view, std::optional<std::string>> m_switches;
+    std::map<std::string_view, std::string> m_switches;
     bool m_wantsHelp = false;
 };
 } // namespace FraxoReg

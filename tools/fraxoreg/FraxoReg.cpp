@@ -2,79 +2,47 @@
 
 #include <algorithm>
 #include <exception>
+#include <istream>
 #include <iterator>
 #include <ostream>
-#include <string_view>
 
 #include "Arguments.h"
-#include "Failure.h"
-#include "Verbs.h"
+#include "Help.h"
+#include "Operations.h"
+#include "common/StoredText.h"
 
 namespace FraxoReg
 {
 namespace
 {
-const Verb* const Verbs[] = {&QueryVerb, &AddVerb, &DeleteVerb, &ImportVerb, &ExportVerb};
-
-constexpr std::string_view Help = R"(
-fraxoreg Operation [Parameter List]
-
-  Operation  [ QUERY | ADD | DELETE | IMPORT | EXPORT ]
-
-Return Code:
-
-  0 - Successful
-  1 - Failed, and nothing was changed
-  2 - Imported without the lines that --skip-errors left out
-
-For help on a specific operation type:
-
-  fraxoreg Operation /?
-
-Examples:
-
-  fraxoreg QUERY /?
-  fraxoreg ADD /?
-  fraxoreg DELETE /?
-  fraxoreg IMPORT /?
-  fraxoreg EXPORT /?
-
-Switches start with / or -. --help is the same as /?, and --version tells the
-version. In a shell, key names need single quotes: 'HKCU\Software'.
-)";
-
-const Verb* FindVerb(std::string_view name) noexcept
+struct Operation
 {
-    const auto* const found = std::find_if(std::begin(Verbs), std::end(Verbs),
-                                           [name](const Verb* verb) { return EqualIgnoringCase(verb->name, name); });
-    return found == std::end(Verbs) ? nullptr : *found;
-}
+    std::string_view name;
+    std::string_view help;
+    ExitStatus (*run)(const Arguments& arguments, const Console& console);
+};
 
-int ReportWrongUse(const WrongUse& wrongUse, const Verb* verb, const Console& console)
-{
-    console.err << "ERROR: " << wrongUse.what() << "\nType \"fraxoreg ";
-    if (verb)
-        console.err << verb->name << ' ';
-    console.err << "/?\" for usage.\n";
-    if (!wrongUse.Hint().empty())
-        console.err << wrongUse.Hint() << '\n';
-    return Failed;
-}
+constexpr Operation Operations[] = {{"query", QueryHelp, Query},
+                                    {"add", AddHelp, Add},
+                                    {"delete", DeleteHelp, Delete},
+                                    {"import", ImportHelp, Import},
+                                    {"export", ExportHelp, Export}};
 
-int RunVerb(const Verb& verb, std::span<const std::string> rest, const Console& console)
+int RunOperation(const Operation& operation, std::span<const std::string> rest, const Console& console)
 {
-    const Arguments arguments{rest, verb.operandCount, verb.switches};
+    const Arguments arguments{operation.help, rest};
     if (!arguments.WantsHelp())
-        return verb.run(arguments, console);
-    console.out << verb.help;
+        return operation.run(arguments, console);
+    console.out << operation.help;
     return Success;
 }
 
-int RunNamed(const std::string& name, std::span<const std::string> rest, const Console& console)
+int RunNamed(std::span<const std::string> arguments, const Console& console)
 {
+    const std::string name = arguments.empty() ? std::string{} : arguments.front();
     if (IsHelpSwitch(name))
     {
-        console.out << Help;
+        console.out << GeneralHelp;
         return Success;
     }
     if (name == "--version")
@@ -82,33 +50,57 @@ int RunNamed(const std::string& name, std::span<const std::string> rest, const C
         console.out << "fraxoreg " FRAXOREG_VERSION "\n";
         return Success;
     }
-    const Verb* const verb = FindVerb(name);
+    const auto* const operation =
+        std::find_if(std::begin(Operations), std::end(Operations),
+                     [&](const Operation& candidate) { return EqualIgnoringCase(candidate.name, name); });
+    const bool isKnown = operation != std::end(Operations);
     try
     {
-        if (!verb)
-            throw InvalidSyntax();
-        return RunVerb(*verb, rest, console);
+        if (isKnown)
+            return RunOperation(*operation, arguments.subspan(1), console);
+        throw InvalidSyntax(arguments.empty() ? "The operation is missing." : "'" + name + "' is not an operation.");
     }
     catch (const WrongUse& wrongUse)
     {
-        return ReportWrongUse(wrongUse, verb, console);
+        const std::string command = isKnown ? "fraxoreg " + std::string{operation->name} : "fraxoreg";
+        throw Failure{wrongUse.what() + ("\nType \"" + command + " /?\" for usage.")};
     }
 }
 } // namespace
 
+std::string Shown(std::string_view text)
+{
+    return Tools::Printable(text, "\n");
+}
+
+bool Confirm(const Console& console, const std::string& question)
+{
+    for (std::string answer;;)
+    {
+        console.out << Shown(question) << "(Yes/No)? " << std::flush;
+        const bool isAnswered = static_cast<bool>(std::getline(console.in, answer));
+        if (answer.ends_with('\r'))
+            answer.pop_back();
+        if (isAnswered && (EqualIgnoringCase(answer, "yes") || EqualIgnoringCase(answer, "y")))
+            return true;
+        if (!isAnswered || EqualIgnoringCase(answer, "no") || EqualIgnoringCase(answer, "n"))
+            break;
+    }
+    console.out << "The operation was canceled by the user.\n";
+    return false;
+}
+
 int Run(std::span<const std::string> arguments, const Console& console)
 try
 {
-    if (arguments.empty())
-        return ReportWrongUse(InvalidSyntax(), nullptr, console);
-    const int status = RunNamed(arguments.front(), arguments.subspan(1), console);
+    const int status = RunNamed(arguments, console);
     if (console.out.flush())
         return status;
     throw Failure{"The output could not be written."};
 }
 catch (const std::exception& failure)
 {
-    console.err << "ERROR: " << failure.what() << '\n';
+    console.err << "ERROR: " << Shown(failure.what()) << '\n';
     return Failed;
 }
 } // namespace FraxoReg

@@ -1,151 +1,177 @@
 #include <algorithm>
+#include <cerrno>
 #include <istream>
 #include <iterator>
+#include <optional>
 #include <ostream>
+#include <system_error>
+#include <vector>
 
-#include "Failure.h"
-#include "RegistryChanges.h"
-#include "TextFile.h"
-#include "Verbs.h"
-#include "common/StoredText.h"
+#include "Keys.h"
+#include "Operations.h"
+#include "posix/ReadFile.h"
 #include "registry/RegistryFileReader.h"
+#include "registry/RegistryPath.h"
 
 namespace FraxoReg
 {
 namespace
 {
-using Quenlor::StandIn::Registry::RegistryFileDialect;
-using Quenlor::StandIn::Registry::RegistryFileProblem;
-using Quenlor::StandIn::Registry::RegistryFileResult;
+namespace Registry = Quenlor::StandIn::Registry;
 
-constexpr Switch Switches[] = {{"skip-errors"}, {"reg:32"}, {"reg:64"}};
-
-constexpr std::string_view Help = R"(
-fraxoreg IMPORT FileName [--skip-errors] [/reg:32 | /reg:64]
-
-  FileName   The name of the registry file to import: one that Windows' registry
-             editor or EXPORT wrote, UTF-16 or UTF-8, version 5.00 or REGEDIT4.
-             - stands for the standard input.
-
-  --skip-errors
-             Imports the good lines of a file that has malformed ones, and
-             tells which were left out; the return code is 2 then. Without it
-             such a file is refused.
-
-  /reg:32, /reg:64
-             Accepted as on Windows. There is one view of the registry.
-
-  All changes are made, or none when the return code is 1. Keys of
-  HKEY_CLASSES_ROOT go to HKCU\Software\Classes if they exist there, else to
-  HKLM\Software\Classes.
-
-Examples:
-
-  fraxoreg IMPORT AppBkUp.reg
-    Imports registry entries from the file AppBkUp.reg
-
-  fraxoreg EXPORT 'HKCU\Software\MyCo' - | ssh other fraxoreg IMPORT -
-    Copies settings to another machine
-)";
-
-/// One line that says how far it is, on a terminal alone.
-class ProgressLine final
+/// Collects what a registry file asks for, hive by hive.
+class ChangeList final : public Registry::RegistryFileHandler
 {
 public:
-    explicit ProgressLine(const Console& console) : m_err{console.err}, m_isWanted{console.errIsTerminal} {}
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
-    ~ProgressLine()
+    bool BeginKey(HKEY root, std::string_view path) override { return AddChange(root, path, false); }
+    bool DeleteKey(HKEY root, std::string_view path) override { return AddChange(root, path, true); }
+
+    void SetValue(std::string_view name, DWORD type, std::string_view data) override
     {
-        if (m_isShown)
-            m_err << "\r\x1b[K" << std::flush;
+        m_last->back().values.push_back({std::string{name}, type, std::string{data}});
     }
 
-    void Show(std::string_view activity, std::size_t values)
+    void DeleteValue(std::string_view name) override
     {
-        constexpr std::size_t step = 4096;
-        if (!m_isWanted || values % step != 0)
-            return;
-        m_err << '\r' << activity << ": " << values << " values\x1b[K" << std::flush;
-        m_isShown = true;
+        m_last->back().values.push_back({std::string{name}, REG_NONE, {}});
+    }
+
+    /// Makes all changes of a hive in their order, or none. What one hive refuses leaves the hive before it changed.
+    void Apply() const
+    {
+        Apply(HKEY_LOCAL_MACHINE, m_ofMachine);
+        try
+        {
+            Apply(HKEY_CURRENT_USER, m_ofUser);
+        }
+        catch (const Failure& failure)
+        {
+            if (m_ofMachine.empty())
+                throw;
+            throw Failure{failure.what() + std::string{"\nThe changes of HKEY_LOCAL_MACHINE were made before."}};
+        }
     }
 
 private:
-    std::ostream& m_err;
-    bool m_isWanted;
-    bool m_isShown = false;
+    struct ValueChange
+    {
+        std::string name;
+        DWORD type;
+        std::optional<std::string> data; ///< None to delete the value.
+    };
+
+    struct KeyChange
+    {
+        std::string path;
+        bool isDeletion;
+        std::vector<ValueChange> values;
+    };
+
+    bool AddChange(HKEY root, std::string_view path, bool isDeletion)
+    {
+        KeyName place = PlaceOf({root, std::string{path}});
+        if (!Registry::IsLegalKeyPath(place.path)) // too deep for the classes
+            return false;
+        m_last = place.root == HKEY_LOCAL_MACHINE ? &m_ofMachine : &m_ofUser;
+        m_last->push_back({std::move(place.path), isDeletion, {}});
+        return true;
+    }
+
+    static void Apply(HKEY root, const std::vector<KeyChange>& changes)
+    {
+        if (changes.empty())
+            return;
+        const auto edit = [&](Key& hive)
+        {
+            for (const KeyChange& change : changes)
+            {
+                if (change.isDeletion)
+                    hive.Delete(change.path);
+                else
+                    Apply(change.values, hive.Create(change.path));
+            }
+            return ERROR_SUCCESS;
+        };
+        ChangeHive(root, edit);
+    }
+
+    static void Apply(const std::vector<ValueChange>& changes, Key& key)
+    {
+        for (const ValueChange& change : changes)
+        {
+            if (change.data)
+                key.SetValue(change.name, change.type, *change.data);
+            else
+                key.DeleteValue(change.name);
+        }
+    }
+
+    std::vector<KeyChange> m_ofMachine;
+    std::vector<KeyChange> m_ofUser;
+    std::vector<KeyChange>* m_last = nullptr;
 };
 
-std::string Counted(std::size_t count, const std::string& noun)
+std::string ReadFile(const std::string& path)
 {
-    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+    const Quenlor::Posix::FileDescriptor file = Quenlor::Posix::OpenFile(path);
+    std::optional<std::string> text;
+    if (file)
+        text = Quenlor::Posix::ReadAll(file);
+    if (text)
+        return *std::move(text);
+    const int error = errno;
+    throw Failure{"Error opening the file. There may be a disk or file system error.\n" + path + ": " +
+                  (!file && error == EINVAL ? "Not a regular file; - is the standard input"
+                                            : std::generic_category().message(error)) +
+                  '.'};
 }
 
-/// `FILE:LINE: reason: the line`, as far as the line is short.
-std::string Described(const RegistryFileProblem& problem, const std::string& file)
+std::string Counted(std::size_t count)
 {
-    constexpr std::size_t longest = 60;
-    std::string line = problem.text.substr(0, problem.text.find_first_of("\r\n"));
-    if (line.size() > longest)
-    {
-        std::size_t end = longest;
-        while (end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80) // not within a character
-            --end;
-        line.resize(end);
-        line += "...";
-    }
-    return file + ':' + std::to_string(problem.line) + ": " + problem.reason + ": " + Tools::Printable(line) + '\n';
+    return std::to_string(count) + " malformed line" + (count == 1 ? "" : "s");
 }
 
-std::string Described(const std::vector<RegistryFileProblem>& problems, const std::string& file)
+/// `FILE:LINE: reason: the line` for the first problems, the line as far as it is short.
+std::string Described(const std::vector<Registry::RegistryFileProblem>& problems, const std::string& file)
 {
     constexpr std::size_t most = 20;
+    constexpr std::size_t longest = 60;
     std::string text;
-    for (std::size_t i = 0; i < std::min(problems.size(), most); ++i)
-        text += Described(problems[i], file);
-    if (problems.size() > most)
-        text += "... and " + Counted(problems.size() - most, "more line") + '\n';
-    return text;
-}
-
-void RefuseUnlessGood(const RegistryFileResult& result, const std::string& file, bool skipErrors)
-{
-    if (!result.isRegistryFile)
-        throw Failure{"The specified file is not a registry script.\nThe first line of " + file +
-                      R"( has to be "Windows Registry Editor Version 5.00" or "REGEDIT4".)"};
-    if (!skipErrors && !result.problems.empty())
-        throw Failure{"Nothing was imported: " + file + " has " + Counted(result.problems.size(), "malformed line") +
-                      ".\n" + Described(result.problems, file) +
-                      "Correct the file, or import its other lines with --skip-errors."};
-}
-
-ExitStatus Run(const Arguments& arguments, const Console& console)
-{
-    const std::string& operand = arguments.Operand(0);
-    const bool isStandardInput = operand == "-";
-    const std::string file = isStandardInput ? "standard input" : operand;
-    ChangeCounts counts;
-    RegistryFileResult result;
+    for (const Registry::RegistryFileProblem& problem : problems)
     {
-        ProgressLine line{console};
-        ChangeList changes{[&line](std::string_view activity, std::size_t values) { line.Show(activity, values); }};
-        result = ReadRegistryFile(isStandardInput ? std::string{std::istreambuf_iterator<char>{console.in}, {}}
-                                                  : ReadTextFile(file),
-                                  RegistryFileDialect::Import, changes);
-        RefuseUnlessGood(result, file, arguments.Has("skip-errors"));
-        counts = changes.Apply();
+        if (&problem - problems.data() == most)
+            return text + "... and more.\n";
+        const std::string line = problem.text.substr(0, problem.text.find_first_of("\r\n"));
+        std::size_t end = std::min(line.size(), longest);
+        while (end < line.size() && end > 0 && (static_cast<unsigned char>(line[end]) & 0xC0) == 0x80)
+            --end; // not within a character
+        text += file + ':' + std::to_string(problem.line) + ": " + problem.reason + ": " + line.substr(0, end) +
+                (end < line.size() ? "...\n" : "\n");
     }
-    console.out << Completed << "Wrote " << Counted(counts.keysWritten, "key") << " and "
-                << Counted(counts.valuesWritten, "value") << ", deleted " << Counted(counts.keysDeleted, "key")
-                << " and " << Counted(counts.valuesDeleted, "value") << ".\n";
-    if (result.problems.empty())
-        return Success;
-    console.err << "WARNING: " << Counted(result.problems.size(), "malformed line") << " left out.\n";
-    for (const RegistryFileProblem& problem : result.problems)
-        console.err << Described(problem, file);
-    return Partly;
+    return text;
 }
 } // namespace
 
-const Verb ImportVerb{"IMPORT", 1, Switches, Help, Run};
+ExitStatus Import(const Arguments& arguments, const Console& console)
+{
+    const bool isStandardInput = arguments.Operand(0) == "-";
+    const std::string file = isStandardInput ? "standard input" : arguments.Operand(0);
+    ChangeList changes;
+    const Registry::RegistryFileResult result = Registry::ReadRegistryFile(
+        isStandardInput ? std::string{std::istreambuf_iterator<char>{console.in}, {}} : ReadFile(file),
+        Registry::RegistryFileDialect::Import, changes);
+    if (!result.isRegistryFile)
+        throw Failure{"The specified file is not a registry script.\nThe first line of " + file +
+                      R"( has to be "Windows Registry Editor Version 5.00" or "REGEDIT4".)"};
+    const std::string problems = Described(result.problems, file);
+    if (!problems.empty() && !arguments.Has("--skip-errors"))
+        throw Failure{"Nothing was imported: " + file + " has " + Counted(result.problems.size()) + ".\n" + problems +
+                      "Correct the file, or import its other lines with --skip-errors."};
+    changes.Apply();
+    console.out << Completed;
+    if (problems.empty())
+        return Success;
+    console.err << Shown("WARNING: " + Counted(result.problems.size()) + " left out.\n" + problems);
+    return Partly;
+}
 } // namespace FraxoReg

@@ -2,15 +2,14 @@
 
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace FraxoReg
 {
-/// The whole file. @throws Failure when it cannot be read
-std::string ReadTextFile(const std::string& path);
-
 bool FileExists(const std::string& path) noexcept;
 
-/// Puts a file in place in one step: a reader, and a crash, find the old file or the new one, whole.
+/// Puts a file in place in one step: a reader, and a crash, find the old file or the new one, whole. It has the mode
+/// from its first byte on.
 /// @throws Failure when it cannot be written, or when something other than a file is there
-void WriteTextFile(const std::string& path, std::string_view text);
+void WriteTextFile(const std::string& path, std::string_view text, mode_t mode);
 } // namespace FraxoReg

@@ -3,41 +3,25 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 
-#include "Arguments.h"
-#include "Failure.h"
+#include "Operations.h"
 #include "registry/RegistryText.h"
 
 namespace FraxoReg
 {
 namespace
 {
-constexpr DWORD BigEndianNumber = 5;
-
 struct TypeName
 {
     std::string_view name;
     DWORD type;
-    bool canBeTyped = true;
 };
 
 constexpr TypeName TypeNames[] = {
-    {"REG_SZ", REG_SZ},
-    {"REG_MULTI_SZ", REG_MULTI_SZ},
-    {"REG_EXPAND_SZ", REG_EXPAND_SZ},
-    {"REG_DWORD", REG_DWORD},
-    {"REG_DWORD_LITTLE_ENDIAN", REG_DWORD},
-    {"REG_DWORD_BIG_ENDIAN", BigEndianNumber},
-    {"REG_QWORD", REG_QWORD},
-    {"REG_QWORD_LITTLE_ENDIAN", REG_QWORD},
-    {"REG_BINARY", REG_BINARY},
+    {"REG_SZ", REG_SZ},       {"REG_MULTI_SZ", REG_MULTI_SZ}, {"REG_EXPAND_SZ", REG_EXPAND_SZ},
+    {"REG_DWORD", REG_DWORD}, {"REG_QWORD", REG_QWORD},       {"REG_BINARY", REG_BINARY},
     {"REG_NONE", REG_NONE},
-    {"REG_LINK", 6, false},
-    {"REG_RESOURCE_LIST", 8, false},
-    {"REG_FULL_RESOURCE_DESCRIPTOR", 9, false},
-    {"REG_RESOURCE_REQUIREMENTS_LIST", 10, false},
 };
 
 std::string HexNumber(std::uint64_t number)
@@ -70,9 +54,8 @@ std::string HexBytes(std::string_view data)
 
 std::string JoinTexts(std::string_view data, std::string_view separator)
 {
-    data = data.substr(0, data.find_last_not_of('\0') + 1);
     std::string joined;
-    for (const char character : data)
+    for (const char character : data.substr(0, data.find_last_not_of('\0') + 1))
     {
         if (character == '\0')
             joined += separator;
@@ -82,10 +65,10 @@ std::string JoinTexts(std::string_view data, std::string_view separator)
     return joined;
 }
 
-/// Decimal, also with zeros before it, or hexadecimal behind `0x`.
-std::string ParseNumber(const std::optional<std::string>& text, std::size_t size)
+/// Decimal, even with zeros before it, or hexadecimal after `0x`.
+std::string ParseNumber(std::string_view text, std::size_t size)
 {
-    std::string_view digits = text ? std::string_view{*text} : std::string_view{};
+    std::string_view digits = text;
     const bool isHex = digits.starts_with("0x") || digits.starts_with("0X");
     if (isHex)
         digits.remove_prefix(2);
@@ -94,7 +77,7 @@ std::string ParseNumber(const std::optional<std::string>& text, std::size_t size
     const auto [rest, error] = std::from_chars(digits.data(), end, number, isHex ? 16 : 10);
     const std::uint64_t most = std::numeric_limits<std::uint64_t>::max() >> (64 - 8 * size);
     if (error != std::errc{} || rest != end || number > most)
-        throw InvalidSyntax("Specify valid numeric value for '/d'.");
+        throw InvalidSyntax("'" + std::string{text} + "' is not a number of this type.");
     std::string data;
     for (std::size_t i = 0; i < size; ++i)
         data += static_cast<char>(number >> (8 * i) & 0xFF);
@@ -102,17 +85,16 @@ std::string ParseNumber(const std::optional<std::string>& text, std::size_t size
 }
 
 /// An odd number of digits stands for one with a zero before it.
-std::string ParseBytes(std::string digits)
+std::string ParseBytes(const std::string& text)
 {
-    if (digits.size() % 2 != 0)
-        digits.insert(0, 1, '0');
+    const std::string digits = (text.size() % 2 != 0 ? "0" : "") + text;
     std::string data;
     for (std::size_t i = 0; i < digits.size(); i += 2)
     {
         unsigned char byte = 0;
         const char* const start = digits.data() + i;
         if (std::from_chars(start, start + 2, byte, 16).ptr != start + 2)
-            throw InvalidSyntax("Specify valid hexadecimal digits for '/d'.");
+            throw InvalidSyntax("'" + text + "' has other characters than hexadecimal digits.");
         data += static_cast<char>(byte);
     }
     return data;
@@ -121,73 +103,75 @@ std::string ParseBytes(std::string digits)
 std::string SplitTexts(std::string_view text, std::string_view separator)
 {
     std::string data;
-    while (!text.empty())
+    for (std::string_view rest = text; !rest.empty();)
     {
-        const std::size_t end = std::min(text.find(separator), text.size());
+        const std::size_t end = std::min(rest.find(separator), rest.size());
         // An empty text would end the list for every reader. One separator at the end, or alone, does no harm.
-        if (end == 0 && (text != separator || !data.empty()))
-            throw InvalidSyntax("Specify no empty string within '/d'.");
+        if (end == 0 && (rest != separator || !data.empty()))
+            throw InvalidSyntax("'" + std::string{text} + "' is not a list: it has an empty string.");
         if (end != 0)
-            data.append(text, 0, end).append(1, '\0');
-        text.remove_prefix(std::min(end + separator.size(), text.size()));
+            data.append(rest, 0, end).append(1, '\0');
+        rest.remove_prefix(std::min(end + separator.size(), rest.size()));
     }
     return data + '\0';
 }
 } // namespace
 
-std::optional<DWORD> TypeOfName(std::string_view name) noexcept
+std::string SeparatorOf(const Arguments& arguments, std::string_view switchName)
+{
+    const std::string separator = arguments.Text(switchName).value_or(R"(\0)");
+    if (arguments.Has(switchName) && Quenlor::StandIn::Registry::Utf16Length(separator) != 1)
+        throw InvalidSyntax("'" + separator + "' is not one character.");
+    return separator;
+}
+
+DWORD TypeOfName(std::string_view name)
 {
     for (const TypeName& candidate : TypeNames)
     {
-        if (candidate.canBeTyped && EqualIgnoringCase(candidate.name, name))
+        if (EqualIgnoringCase(candidate.name, name))
             return candidate.type;
     }
-    return {};
+    throw InvalidSyntax("'" + std::string{name} + "' is not a type.");
 }
 
 std::string NameOfType(DWORD type)
 {
-    const auto* const found = std::find_if(std::begin(TypeNames), std::end(TypeNames),
-                                           [type](const TypeName& candidate) { return candidate.type == type; });
-    return found == std::end(TypeNames) ? HexNumber(std::uint64_t{type}) : std::string{found->name};
+    for (const TypeName& candidate : TypeNames)
+    {
+        if (candidate.type == type)
+            return std::string{candidate.name};
+    }
+    return HexNumber(std::uint64_t{type});
 }
 
 std::string FormatData(DWORD type, std::string_view data, std::string_view separator)
 {
-    switch (type)
-    {
-    case REG_SZ:
-    case REG_EXPAND_SZ:
+    if (type == REG_SZ || type == REG_EXPAND_SZ)
         return std::string{data.substr(0, data.find('\0'))};
-    case REG_MULTI_SZ:
+    if (type == REG_MULTI_SZ)
         return JoinTexts(data, separator);
-    case REG_DWORD:
-    case BigEndianNumber: // in the same order of bytes, as ParseData stores it
-        return data.size() == sizeof(DWORD) ? HexNumber(data) : HexBytes(data);
-    case REG_QWORD:
-        return data.size() == sizeof(std::uint64_t) ? HexNumber(data) : HexBytes(data);
-    default:
-        return HexBytes(data);
-    }
+    const bool isNumber = (type == REG_DWORD && data.size() == sizeof(DWORD)) ||
+                          (type == REG_QWORD && data.size() == sizeof(std::uint64_t));
+    return isNumber ? HexNumber(data) : HexBytes(data);
 }
 
-std::string ParseData(DWORD type, const std::optional<std::string>& text, std::string_view separator)
+std::string ParseData(DWORD type, const std::string& text, std::string_view separator)
 {
     switch (type)
     {
     case REG_DWORD:
-    case BigEndianNumber: // little-endian too: Windows' tool does not turn the bytes
         return ParseNumber(text, sizeof(DWORD));
     case REG_QWORD:
         return ParseNumber(text, sizeof(std::uint64_t));
     case REG_BINARY:
-        return ParseBytes(text.value_or(""));
+        return ParseBytes(text);
     case REG_MULTI_SZ:
-        return SplitTexts(text.value_or(""), separator);
+        return SplitTexts(text, separator);
     case REG_NONE: // UTF-16 text, as on Windows, where only the text types are converted
-        return Quenlor::StandIn::Registry::ToUtf16Le(text.value_or("") + '\0');
+        return Quenlor::StandIn::Registry::ToUtf16Le(text + '\0');
     default:
-        return text.value_or("") + '\0';
+        return text + '\0';
     }
 }
 } // namespace FraxoReg

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include <Platform/Win32.h>
+
+#include "Arguments.h"
 
 // Values as an administrator types and reads them.
 
@@ -15,16 +16,15 @@ inline std::string ShownName(const std::string& valueName)
     return valueName.empty() ? "(Default)" : valueName;
 }
 
-inline constexpr std::string_view DefaultSeparator =
-    R"(\0)"; ///< Between the texts of REG_MULTI_SZ: these two characters.
+/// Between the strings of REG_MULTI_SZ: what was given with the switch, else `\0`. @throws WrongUse
+std::string SeparatorOf(const Arguments& arguments, std::string_view switchName);
 
-std::optional<DWORD> TypeOfName(std::string_view name) noexcept; ///< In any letter case; none when unknown.
-std::string NameOfType(DWORD type);                              ///< The number when the type has no name.
+DWORD TypeOfName(std::string_view name); ///< In any letter case. @throws WrongUse when unknown
+std::string NameOfType(DWORD type);      ///< The number when the type has no name.
 
-std::string FormatData(DWORD type, std::string_view data, std::string_view separator = DefaultSeparator);
+std::string FormatData(DWORD type, std::string_view data, std::string_view separator);
 
-/// The data to store for the text behind `/d`; without `/d` those of an empty text.
-/// @throws WrongUse when the text is none of that type
-std::string ParseData(DWORD type, const std::optional<std::string>& text,
-                      std::string_view separator = DefaultSeparator);
+/// The data to store for the text after `/d`.
+/// @throws WrongUse when the text is not of that type
+std::string ParseData(DWORD type, const std::string& text, std::string_view separator);
 } // namespace FraxoReg
