@@ -22,7 +22,8 @@ public:
     DirectoryConfig() = delete;
 
     /// Whether this process runs from a developer's build output instead of an installation: the environment variable
-    /// FRAXO_PRO_ROOT_DIRECTORY is set and its path occurs in the executable's, letter case and spelling aside.
+    /// FRAXO_PRO_ROOT_DIRECTORY is set and its path, or its real path without symbolic links, occurs in the
+    /// executable's, letter case and spelling aside.
     static bool IsRunningFromOutput();
 
     /// The installation root. When running from output the value of FRAXO_PRO_ROOT_DIRECTORY, otherwise "RootDir" of

@@ -194,8 +194,7 @@ public:
     /// @}
 
     /// Whether a process with that executable runs. `exe` may have a folder, which is ignored; the file name is
-    /// compared without regard to letter case, and without extensions unless it has one. On Linux processes of other
-    /// users may be unknown.
+    /// compared without regard to letter case, and without extensions unless it has one.
     static bool IsExeRunning(const Utf8String& exe);
 };
 } // namespace Quenlor::Fraxo::SharedUtilities::Native
