@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "support/Files.h"
@@ -182,6 +184,20 @@ TEST_F(FilesTest, PathsBeyondTheClassicLimitWork)
         rename(top / Named(name.c_str()).ToNativePath(), top / "a");
         top /= "a";
     }
+}
+
+TEST_F(FilesTest, ACopyClearsWhatKilledOnesLeft)
+{
+    const std::filesystem::path abandoned = Below(L".quenlor-copy-1").ToNativePath();
+    WriteFile(abandoned, "x");
+    last_write_time(abandoned, std::filesystem::file_time_type::clock::now() - std::chrono::hours{2});
+    const std::filesystem::path used = Below(L".quenlor-copy-2").ToNativePath();
+    const std::ofstream otherCopier{used};
+    Write(Below(L"source"), "x");
+    EXPECT_EQ(QnFileName::QnCopyFile(Below(L"source").GetName(), Below(L"copy").GetName(), true),
+              QnFileNameStatus::Success);
+    EXPECT_FALSE(exists(abandoned));
+    EXPECT_TRUE(exists(used));
 }
 
 TEST_F(FilesTest, ACopyIsWholeWritableAndLeavesNothingBeside)
