@@ -37,17 +37,6 @@ constexpr bool IsSurrogate(char32_t character) noexcept
 /// wchar_t holds UTF-16 on Windows and UTF-32 elsewhere.
 constexpr bool IsUtf16 = sizeof(wchar_t) == 2;
 
-void Append(std::wstring& text, char32_t character)
-{
-    if (IsUtf16 && character > 0xFFFF)
-    {
-        text += static_cast<wchar_t>(0xD800 + ((character - 0x10000) >> 10));
-        text += static_cast<wchar_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
-        return;
-    }
-    text += static_cast<wchar_t>(character);
-}
-
 /// The code point at `next`, which moves behind it; a value that is no code point when the text is malformed there.
 char32_t NextCodePoint(std::wstring_view::const_iterator& next, std::wstring_view::const_iterator end)
 {
@@ -110,8 +99,10 @@ QuenlorStatus QnStringUtilities::Utf8ToWChar(WString& out, const char* text, std
         valid = repaired;
     }
 
-    for (auto next = valid.begin(); next != valid.end();)
-        Append(converted, utf8::unchecked::next(next));
+    if constexpr (IsUtf16)
+        utf8::unchecked::utf8to16(valid.begin(), valid.end(), std::back_inserter(converted));
+    else
+        utf8::unchecked::utf8to32(valid.begin(), valid.end(), std::back_inserter(converted));
     out = std::move(converted);
     return malformed ? QuenlorStatus::MalformedText : QuenlorStatus::Success;
 }
