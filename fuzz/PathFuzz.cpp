@@ -45,7 +45,7 @@ std::wstring WithSeparator(const std::wstring& path)
     return name.GetName();
 }
 
-/// Another spelling: the other separators, and each doubled where two mean no server.
+/// Another spelling: slashes, and each doubled, where they cannot change what is a server.
 std::wstring Respelled(const std::wstring& path)
 {
     std::wstring other;
@@ -53,7 +53,7 @@ std::wstring Respelled(const std::wstring& path)
     {
         if (IsSeparator(character) && other.length() >= 2)
             other += L'/';
-        other += IsSeparator(character) ? L'/' : character;
+        other += IsSeparator(character) && other.length() >= 2 ? L'/' : character;
     }
     return other;
 }

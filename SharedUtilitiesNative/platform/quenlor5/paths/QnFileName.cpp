@@ -210,8 +210,7 @@ bool QnFileName::IsAbsolutePath() const noexcept
     const std::wstring_view path{m_path.c_str(), m_path.length()};
     const bool isDrive = path.length() >= 3 && IsLetter(path[0]) && path[1] == L':' && IsSeparator(path[2]);
     const bool isServer = StartsWithTwoSeparators(path) && DeviceLength(path) != 0;
-    const bool isBelowTheRoot =
-        SystemHasOneRoot && !path.empty() && IsSeparator(path[0]) && !path.starts_with(LR"(\\)");
+    const bool isBelowTheRoot = SystemHasOneRoot && !path.empty() && IsSeparator(path[0]);
     return isDrive || isServer || isBelowTheRoot;
 }
 
