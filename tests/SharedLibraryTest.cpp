@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,6 +17,7 @@
 #include "PerMonitorDPIHelper.h"
 #include "RegistryHelper.h"
 #include "VersionConfig.h"
+#include "support/TemporaryFolder.h"
 
 namespace
 {
@@ -35,11 +34,10 @@ TEST(SharedLibrary, LetsExceptionsThroughWithTheirTypeAndMessage)
 
 TEST(SharedLibrary, SharesMemoryWithItsCaller)
 {
-    const auto file = std::filesystem::temp_directory_path() / "SharedLibraryTest.ini";
-    std::ofstream{file} << "[Section]\nfirst=1\nsecond=" << std::string(1000, 'x') << "\nthird=none\n";
+    const TemporaryFolder folder;
     IniReader reader;
-    ASSERT_TRUE(reader.LoadFile(file.wstring()));
-    std::filesystem::remove(file);
+    ASSERT_TRUE(reader.LoadFile(
+        folder.Write("[Section]\nfirst=1\nsecond=" + std::string(1000, 'x') + "\nthird=none\n").wstring()));
 
     std::vector<IniKeyValue> pairs;
     EXPECT_EQ(reader.GetKeyValuePairListBySection("Section", pairs), 3);
@@ -64,19 +62,18 @@ TEST(SharedLibrary, ExportsEachClass)
 
 TEST(SharedLibrary, LogsAndKeepsAFailureOfTheProgramsFromIt)
 {
-    const auto folder = std::filesystem::temp_directory_path() / "SharedLibraryTest";
-    std::filesystem::create_directory(folder);
-    std::ofstream{folder / "log.xml"} << R"(<logging>
+    const TemporaryFolder folder;
+    const auto configuration = folder.Write(R"(<logging>
         <appender name="a" type="file" path="${Place}/a.log"/>
-        <root><appender-ref ref="a"/></root></logging>)";
+        <root><appender-ref ref="a"/></root></logging>)",
+                                            "log.xml");
     using namespace Quenlor::NativeLogging;
     LoggingConfig::DefineVariable(L"Place", []() -> Quenlor::Utf8String { throw std::runtime_error("No place"); });
-    LoggingConfig::SetOption(L"CONFIG_FILE", (folder / "log.xml").wstring());
+    LoggingConfig::SetOption(L"CONFIG_FILE", configuration.wstring());
     ::testing::internal::CaptureStderr();
     EXPECT_EQ(LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile), Quenlor::QuenlorStatus::Success);
     EXPECT_FALSE(LoggingManager::GetLogger(L"Editor")->IsEnabled(LogLevel::Critical));
     EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::HasSubstr("log.xml:2: <appender>: \"a\""));
-    std::filesystem::remove_all(folder);
     EXPECT_STREQ(Logger::Get()->GetName().c_str(), "SharedLibraryTests");
 }
 } // namespace

@@ -14,6 +14,12 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// created and existence is not checked, except where a member says so. Without an installation record, results below
 /// the installation root are relative.
 ///
+/// To open a file, ask for the path that this system takes: on Linux the file system knows no backslashes.
+/// ```cpp
+/// const Utf8String page = DirectoryConfig::GetHelpDirectory() + "index.html";
+/// std::ifstream file{ToNativePath(page)}; // not page.c_str()
+/// ```
+///
 /// Nothing is cached: every call asks the environment, the registry and the shell again.
 /// Thread-safety: no shared state. Any thread may call, provided that none changes the environment meanwhile.
 class SHAREDUTILITIES_EXPORT DirectoryConfig final

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Quenlor/QnFileName.h>
 #include <Quenlor/Utf8String.h>
 
 #include "SharedUtilitiesExport.h"
@@ -7,6 +8,13 @@
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 /// Where the INI files and a few other data files lie.
+///
+/// ```cpp
+/// IniReader reader;
+/// reader.LoadFile(IniConfig::GetFraxoProIniPath());
+/// std::ifstream file{ToNativePath(IniConfig::GetBDeckLiveLoadVehiclePath())}; // other readers need a native path
+/// const std::string tool = IniConfig::GetUserToolPath(1).ToStdString(); // cuts off the NULs that pad the answer
+/// ```
 ///
 /// Results are UTF-8 paths. A member that says "copied from" first makes the user's file from that installed default
 /// if it is missing; an existing file is never touched. The other members neither check nor create anything. Nothing

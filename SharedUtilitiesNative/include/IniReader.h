@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include <Quenlor/Utf8String.h>
+
 #include "SharedUtilitiesExport.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -30,7 +32,14 @@ struct IniKeyValue
 ///   one. The key may be empty.
 /// - Ignored.
 ///
-/// The last value of a key in its section counts. A section without any key does not exist.
+/// The last value of a key in its section is the one used. A section without any key does not exist.
+///
+/// Two rules surprise: a comment after a header belongs to its name, and a copy is empty.
+/// ```cpp
+/// IniReader reader;                                        // the file: "[Main] ; first\nSize=4\n"
+/// reader.LoadFile(path);                                   // the section: "Main] ; firs"
+/// IniReader{reader}.GetIntegerValue("Main] ; firs", "Size", 0); // 0; reader itself answers 4
+/// ```
 ///
 /// Thread-safety: one thread at a time per object, const queries included; different objects are independent.
 /// Besides the exceptions named below only std::bad_alloc is thrown.
@@ -48,13 +57,23 @@ public:
     /// continued, see GetKeyValuePairListBySection.
     /// @return whether the file exists. One that cannot be opened does, and has no values.
     bool LoadFile(const std::wstring& path);
-    bool LoadFile(const std::string& path); ///< The path in UTF-8, as IniConfig answers it.
+    bool LoadFile(const std::string& path);                                        ///< The path in UTF-8.
+    bool LoadFile(const Utf8String& path) { return LoadFile(path.ToStdString()); } ///< As IniConfig answers it.
+    bool LoadFile(const char* path) { return LoadFile(Utf8String{path}); }         ///< The path in UTF-8.
 
     /// Replaces all values by those of one section, which ends at the next header of any name: a later section of the
     /// same name is not read. Section "" has no header and is never found. The key order stays as it is.
     /// @return whether the file exists, be the section in it or not
     bool LoadSection(const std::wstring& path, const std::string& section);
     bool LoadSection(const std::string& path, const std::string& section); ///< The path in UTF-8.
+    bool LoadSection(const Utf8String& path, const std::string& section)   ///< The path as IniConfig answers it.
+    {
+        return LoadSection(path.ToStdString(), section);
+    }
+    bool LoadSection(const char* path, const std::string& section) ///< The path in UTF-8.
+    {
+        return LoadSection(Utf8String{path}, section);
+    }
 
     /// The value as text; `whenMissing` when there is no such section or key. An empty value is a value.
     std::string GetStringValue(const std::string& section, const std::string& key,

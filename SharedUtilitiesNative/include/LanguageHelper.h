@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include <Quenlor/QnFileName.h>
 #include <Quenlor/Utf8String.h>
 
 #include "SharedUtilitiesExport.h"
@@ -17,6 +18,10 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// composed without looking at the disk: a ...Directory ends in a separator, a ...Path names a file.
 ///
 /// Nothing here throws for an ordinary failure. Any thread may call.
+/// ```cpp
+/// const Utf8String offices = LanguageHelper::GetCurrentLanguageDirectory() + "Offices.xml";
+/// std::ifstream file{ToNativePath(offices)}; // not offices.c_str(): on Linux the file system knows no backslashes
+/// ```
 class SHAREDUTILITIES_EXPORT LanguageHelper final
 {
 public:

@@ -12,6 +12,12 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// A place is a root (HKEY_CURRENT_USER, ...) and the path of a key below it with backslashes between the levels; an
 /// empty value name means the key's default value. Names and texts are passed on byte by byte. Always the 64-bit view.
 ///
+/// SetStringValue answers the other way round than the other two:
+/// ```cpp
+/// if (RegistryHelper::SetStringValue(HKEY_CURRENT_USER, key, "Name", "text")) Report("not stored");
+/// if (!RegistryHelper::SetIntValue(HKEY_CURRENT_USER, key, "Size", 4)) Report("not stored");
+/// ```
+///
 /// Reading never fails: a key or value that is missing, may not be read, has another type or is too large gives the
 /// caller's default. Writing creates the key and its missing parents. No handle stays open between calls.
 ///

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include <Quenlor/QnFileName.h>
 #include <Quenlor/Utf8String.h>
 
 #include "SharedUtilitiesExport.h"
@@ -22,6 +23,12 @@ struct PlexoraExplorerVersion
 /// otherwise. Nothing is cached: what one application writes, the next call in any other sees. Beside a getter stand
 /// the value's name and the default, the answer when the value is missing or has the wrong type; a stored empty text is
 /// a setting. Setters create missing keys and do nothing when the write fails.
+///
+/// ```cpp
+/// UserSettingsConfig::SetApplicationTheme("Dark");
+/// const Utf8String theme = UserSettingsConfig::GetApplicationTheme();
+/// ```
+/// What names a file or folder is opened with ToNativePath(path): on Linux the file system knows no backslashes.
 ///
 /// Nothing here throws for an ordinary failure, and every call asks anew. No shared state: any thread may call; of two
 /// writers the last wins.

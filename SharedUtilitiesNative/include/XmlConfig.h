@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Quenlor/QnFileName.h>
 #include <Quenlor/Utf8String.h>
 
 #include "SharedUtilitiesExport.h"
@@ -7,6 +8,12 @@
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 /// Where the XML settings files lie. What they hold is the applications' business.
+///
+/// ```cpp
+/// const Utf8String path = XmlConfig::GetMRUListFilePath();
+/// if (QnFileName::DoesPathExist(QnFileName{path}.GetName()))
+///     std::ifstream file{ToNativePath(path)}; // not path.c_str(): on Linux the file system knows no backslashes
+/// ```
 ///
 /// Results are UTF-8 paths. The two members that say "copied from" provide the user's file as IniConfig's do; the
 /// others neither check nor create anything. All throw std::runtime_error when the shell cannot name a folder.

@@ -1,12 +1,13 @@
 // What a program of the family does first: find its settings, read one, ask for the language, log.
 #include <exception>
+#include <filesystem>
 #include <iostream>
-#include <string>
 
 #include <IniConfig.h>
 #include <IniReader.h>
 #include <LanguageHelper.h>
 #include <Logger.h>
+#include <RegistryHelper.h>
 #include <VersionConfig.h>
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
@@ -18,15 +19,18 @@ int main()
     {
         const auto settings = IniConfig::GetFraxoProIniPath(); // copied from the installed default on first use
         IniReader reader;
-        reader.LoadFile(settings.ToStdString());
+        reader.LoadFile(settings);
         const int minutes = reader.GetIntegerValue("GENERAL", "AutoSaveMinutes", 5);
+        const int starts = RegistryHelper::GetIntValue(HKEY_CURRENT_USER, R"(Software\Consumer)", "Starts", 0);
 
-        std::cout << "settings   " << settings.c_str() << '\n'
+        std::cout << "settings   " << settings << ", " << file_size(ToNativePath(settings)) << " bytes\n"
                   << "auto save  every " << minutes << " minutes\n"
-                  << "language   " << LanguageHelper::GetCurrentLanguage().c_str() << '\n'
-                  << "version    " << VersionConfig::GetProductVersion().c_str() << std::endl;
+                  << "language   " << LanguageHelper::GetCurrentLanguage() << '\n'
+                  << "version    " << VersionConfig::GetProductVersion() << '\n'
+                  << "started    " << starts << " times before" << std::endl;
+        RegistryHelper::SetIntValue(HKEY_CURRENT_USER, R"(Software\Consumer)", "Starts", starts + 1);
         if (auto* const logger = Logger::Get())
-            logger->Info("read " + settings.ToStdString());
+            logger->Info("read " + settings);
         return 0;
     }
     catch (const std::exception& error) // no installation, or a setting that is no number

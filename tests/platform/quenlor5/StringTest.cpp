@@ -6,8 +6,11 @@
 
 #include <climits>
 #include <cstdarg>
+#include <functional>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -36,6 +39,38 @@ TEST(Utf8String, KeepsEmbeddedNulsAndItsLength)
     EXPECT_NE(text, Utf8String{"a"});
     EXPECT_TRUE(Utf8String{static_cast<const char*>(nullptr)}.empty());
     EXPECT_LT(Utf8String{"a"}, Utf8String{"\xC3\xA4"}); // by unsigned bytes
+}
+
+TEST(Utf8String, ComparesWithEveryKindOfText)
+{
+    const auto compare = [](const auto& text)
+    {
+        const Utf8String b{"b"};
+        EXPECT_TRUE(b == text && text == b && !(b != text) && b <= text && !(text < b));
+        EXPECT_TRUE(Utf8String{"a"} < text && text > Utf8String{"a"} && Utf8String{"\xC3\xA4"} > text);
+    };
+    compare("b");
+    compare(std::string{"b"});
+    compare(std::string_view{"b"});
+    compare(Utf8String{"b"});
+    EXPECT_EQ(Utf8String{}, static_cast<const char*>(nullptr));
+    EXPECT_NE((Utf8String{std::string{"b\0", 2}}), "b");
+}
+
+TEST(Utf8String, IsAcceptedWhereTextIs)
+{
+    const Utf8String text{std::string{"a\0b", 3}};
+    const std::string_view view = text;
+    std::ostringstream out;
+    out << text;
+    EXPECT_EQ(out.str(), view);
+    EXPECT_EQ(text.size(), 3U);
+    EXPECT_EQ(std::string{text}, view);
+    EXPECT_EQ(std::hash<Utf8String>{}(text), std::hash<std::string_view>{}(view));
+    EXPECT_EQ((std::unordered_map<Utf8String, int>{{text, 7}}.at(text)), 7);
+#ifdef __cpp_lib_format
+    EXPECT_EQ(std::format("{:>4}", Utf8String{"a"}), "   a");
+#endif
 }
 
 TEST(Utf8StringReplaceAll, CountsAndDoesNotRescanWhatItInserted)

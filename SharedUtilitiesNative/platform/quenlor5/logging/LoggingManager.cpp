@@ -211,9 +211,19 @@ void LoggingConfig::SetOption(const WString& name, const WString& value) noexcep
     Quietly([&] { TheEngine().SetOption(ToUtf8(name), value); });
 }
 
+void LoggingConfig::SetOption(const Utf8String& name, const Utf8String& value) noexcept
+{
+    Quietly([&] { TheEngine().SetOption(name.ToStdString(), WString{value.c_str(), true}); });
+}
+
 void LoggingConfig::DefineVariable(const WString& name, Utf8String (*value)()) noexcept
 {
     Quietly([&] { TheEngine().DefineVariable(ToUtf8(name), value); });
+}
+
+void LoggingConfig::DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept
+{
+    Quietly([&] { TheEngine().DefineVariable(name.ToStdString(), value); });
 }
 
 QuenlorStatus LoggingConfig::ActivateProvider(LoggingProviderType provider) noexcept
@@ -228,6 +238,13 @@ ILogger* LoggingManager::GetLogger(const WString& name) noexcept
 {
     ILogger* logger = nullptr;
     Quietly([&] { logger = TheEngine().GetLogger(ToUtf8(name)); });
+    return logger;
+}
+
+ILogger* LoggingManager::GetLogger(const Utf8String& name) noexcept
+{
+    ILogger* logger = nullptr;
+    Quietly([&] { logger = TheEngine().GetLogger(name.ToStdString()); });
     return logger;
 }
 } // namespace Quenlor::NativeLogging

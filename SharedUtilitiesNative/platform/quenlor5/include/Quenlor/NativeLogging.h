@@ -110,11 +110,13 @@ public:
     /// Sets an option for the provider that is activated next. There is one: "CONFIG_FILE", the full path of the
     /// configuration file. Others are kept and mean nothing.
     static void SetOption(const WString& name, const WString& value) noexcept;
+    static void SetOption(const Utf8String& name, const Utf8String& value) noexcept; ///< The same in UTF-8.
 
     /// Lets `${name}` stand for what `value` returns, in the file names of the configuration that is activated next.
     /// It is asked only for a file name with that variable; when it throws, the configuration is told to be faulty and
     /// the appender with that file name writes nothing.
     static void DefineVariable(const WString& name, Utf8String (*value)()) noexcept;
+    static void DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept; ///< The name in UTF-8.
 
     /// Starts the engine, or starts it anew: loggers that were handed out before follow the new configuration.
     /// Until then, and when the configuration file is missing or no XML, warnings and worse go to standard error.
@@ -132,5 +134,6 @@ public:
     /// which it inherits level and appenders; the empty name is that of the root.
     /// @return null only when memory runs out
     static ILogger* GetLogger(const WString& name) noexcept;
+    static ILogger* GetLogger(const Utf8String& name) noexcept; ///< The name in UTF-8.
 };
 } // namespace Quenlor::NativeLogging

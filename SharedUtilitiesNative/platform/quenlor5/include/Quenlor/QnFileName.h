@@ -12,8 +12,13 @@ namespace Quenlor
 {
 /// A file-system path, held as wide text exactly as it was given.
 ///
-/// Paths are composed with `\` on every system, and both `\` and `/` are understood. To open a file, ask
-/// ToNativePath() for the path that this system takes. No operation throws for an ordinary failure.
+/// Paths are composed with `\` on every system, and both `\` and `/` are understood. To open a file, ask for the path
+/// that this system takes. No operation throws for an ordinary failure.
+/// ```cpp
+/// QnFileName file{DirectoryConfig::GetHelpDirectory()};
+/// file.AppendToPath(L"index.html");
+/// std::ifstream page{file.ToNativePath()};
+/// ```
 ///
 /// The static operations take wide paths; a null path is an empty one, and an empty path names nothing.
 class QUENLOR_EXPORT QnFileName final
@@ -32,6 +37,8 @@ public:
 
     QnFileName() noexcept = default;
     explicit QnFileName(WString path) noexcept : m_path{std::move(path)} {} ///< Keeps the path exactly as it is.
+
+    explicit QnFileName(const Utf8String& path) { SetNameUtf8(path.c_str()); } ///< As SetNameUtf8.
 
     /// Keeps only the chosen parts of `fullPath`.
     QnFileName(FileNameParts parts, const wchar_t* fullPath);
@@ -92,6 +99,15 @@ public:
 private:
     WString m_path;
 };
+
+/// The path that this system takes for a path of the library's:
+/// ```cpp
+/// std::ifstream file{ToNativePath(IniConfig::GetPluginsIniPath())};
+/// ```
+inline std::filesystem::path ToNativePath(const Utf8String& path)
+{
+    return QnFileName{path}.ToNativePath();
+}
 
 /// Puts the full path of a loaded module's file into `out`: `module` is what the system's loader gave (HMODULE, or the
 /// handle of dlopen), null is the process's executable. On failure `out` is empty.

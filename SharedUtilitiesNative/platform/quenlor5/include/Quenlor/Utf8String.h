@@ -4,9 +4,16 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <version>
+
+#ifdef __cpp_lib_format
+#include <format>
+#endif
 
 #include <Quenlor/QuenlorExport.h>
 
@@ -16,6 +23,14 @@ namespace Quenlor
 ///
 /// The length is counted in bytes and kept explicitly, so the text may hold embedded NULs; a NUL always follows it.
 /// Order and equality are by bytes. Nothing checks that the bytes are valid UTF-8.
+///
+/// It is made from text, compares with text, and is a std::string_view wherever one is taken; it can be printed,
+/// formatted and used as a key:
+/// ```cpp
+/// const Utf8String path = DirectoryConfig::GetHelpDirectory() + "index.html";
+/// if (path.empty() || path == "index.html") return;
+/// std::ifstream page{ToNativePath(path)}; // not path.c_str(): on Linux the file system knows no backslashes
+/// ```
 class QUENLOR_EXPORT Utf8String final
 {
 public:
@@ -36,8 +51,12 @@ public:
     const char* c_str() const noexcept { return m_text.c_str(); }
     const char* data() const noexcept { return m_text.data(); }
     std::size_t length() const noexcept { return m_text.length(); }
+    std::size_t size() const noexcept { return m_text.size(); }
     bool empty() const noexcept { return m_text.empty(); }
     /// @}
+
+    /// All of the text, NULs included; valid until it changes.
+    operator std::string_view() const noexcept { return m_text; }
 
     /// A copy of the text up to its first NUL.
     std::string ToStdString() const { return m_text.c_str(); } // NOLINT: the cut is wanted
@@ -66,11 +85,55 @@ public:
     }
     /// @}
 
+    /// @{
+
+    /// By bytes; a null pointer is the empty text.
+    // One for each kind of text: conversions of either side alone would be ambiguous.
     friend bool operator==(const Utf8String&, const Utf8String&) noexcept = default;
-    // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that a default of this kind is compared with is no pointer
+    friend bool operator==(const Utf8String& left, std::string_view right) noexcept { return left.m_text == right; }
+    friend bool operator==(const Utf8String& left, const std::string& right) noexcept { return left.m_text == right; }
+    friend bool operator==(const Utf8String& left, const char* right) noexcept { return left == View(right); }
+    // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that a default of this kind is compared with is not a pointer
     friend std::strong_ordering operator<=>(const Utf8String&, const Utf8String&) noexcept = default;
+    friend std::strong_ordering operator<=>(const Utf8String& left, std::string_view right) noexcept
+    {
+        return left.m_text <=> right;
+    }
+    friend std::strong_ordering operator<=>(const Utf8String& left, const std::string& right) noexcept
+    {
+        return left.m_text <=> right;
+    }
+    friend std::strong_ordering operator<=>(const Utf8String& left, const char* right) noexcept
+    {
+        return left <=> View(right);
+    }
+    /// @}
+
+    /// Writes all of the text, NULs included.
+    template<class Traits>
+    friend std::basic_ostream<char, Traits>& operator<<(std::basic_ostream<char, Traits>& out, const Utf8String& text)
+    {
+        return out << std::basic_string_view<char, Traits>{text.data(), text.length()};
+    }
 
 private:
+    static std::string_view View(const char* text) noexcept { return text ? text : ""; }
+
     std::string m_text;
 };
 } // namespace Quenlor
+
+/// Equal to that of the same text as a std::string_view.
+template<>
+struct std::hash<Quenlor::Utf8String>
+{
+    std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>{}(text); }
+};
+
+#ifdef __cpp_lib_format
+/// As for std::string_view.
+template<>
+struct std::formatter<Quenlor::Utf8String> : std::formatter<std::string_view>
+{
+};
+#endif

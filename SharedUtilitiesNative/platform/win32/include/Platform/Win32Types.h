@@ -1,8 +1,6 @@
 #pragma once
 
-#ifndef _WIN32
 #include <cstdint>
-#endif
 
 // The Win32 types and constants that stand in public signatures. The types are spelled as the system's own headers
 // spell them, so this header may stand before or after <windows.h> and <shellscalingapi.h>, which it does not need.
@@ -29,10 +27,10 @@ enum MONITOR_DPI_TYPE
 };
 #endif
 
-#ifndef _WIN32 // On Windows <windows.h> has these, as macros.
+#ifndef HKEY_CURRENT_USER // <windows.h> has them as macros of the same values, before this header or after it.
 
-inline const HKEY HKEY_CLASSES_ROOT = reinterpret_cast<HKEY>(std::uintptr_t{0x80000000});
-inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(std::uintptr_t{0x80000001});
-inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(std::uintptr_t{0x80000002});
+inline const HKEY HKEY_CLASSES_ROOT = reinterpret_cast<HKEY>(std::intptr_t{INT32_MIN});
+inline const HKEY HKEY_CURRENT_USER = reinterpret_cast<HKEY>(std::intptr_t{INT32_MIN} + 1);
+inline const HKEY HKEY_LOCAL_MACHINE = reinterpret_cast<HKEY>(std::intptr_t{INT32_MIN} + 2);
 
 #endif
