@@ -46,6 +46,19 @@ install(FILES
         cmake/VersionResource.cmake cmake/version.$<IF:$<BOOL:${WIN32}>,rc,cpp>.in
     DESTINATION ${package_dir} COMPONENT Development)
 
+# For debuggers. gdb looks for what belongs to a library below the folder auto-load, under the library's full path.
+if(MSVC)
+    install(FILES cmake/debuggers/Quenlor.natvis
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/SharedUtilitiesNative COMPONENT Development)
+    target_link_options(Quenlor5 PRIVATE /NATVIS:${PROJECT_SOURCE_DIR}/cmake/debuggers/Quenlor.natvis
+        INTERFACE $<BUILD_INTERFACE:/NATVIS:${PROJECT_SOURCE_DIR}/cmake/debuggers/Quenlor.natvis>
+            $<INSTALL_INTERFACE:/NATVIS:$<INSTALL_PREFIX>/${CMAKE_INSTALL_DATADIR}/SharedUtilitiesNative/Quenlor.natvis>)
+elseif(BUILD_SHARED_LIBS AND NOT WIN32)
+    install(CODE "file(INSTALL \"${PROJECT_SOURCE_DIR}/cmake/debuggers/Quenlor-gdb.py\"
+        DESTINATION \"\${CMAKE_INSTALL_PREFIX}/share/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}\"
+        RENAME $<TARGET_FILE_NAME:Quenlor5>-gdb.py)" COMPONENT Development)
+endif()
+
 # For pkg-config, which knows nothing of targets, the private libraries of the static form are spelled out.
 set(PC_REQUIRES)
 set(PC_DEFINITIONS)
