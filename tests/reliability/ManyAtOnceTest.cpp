@@ -1,5 +1,4 @@
 #include <atomic>
-#include <filesystem>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -10,20 +9,16 @@
 #include <gtest/gtest.h>
 
 #include "RegistryHelper.h"
-#include "configfiles/UserFile.h"
 #include "registry/Hives.h"
 #include "reliability/Processes.h"
-#include "support/Files.h"
 #include "support/ScratchMachine.h"
 
-// Many processes at one hive and at one file. FRAXO_WRITERS, FRAXO_WRITES, FRAXO_READERS and FRAXO_RACE_ROUNDS say how
-// many.
+// Many processes at one hive. FRAXO_WRITERS, FRAXO_WRITES and FRAXO_READERS say how many.
 
 namespace
 {
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 using namespace Quenlor::StandIn::Registry;
-namespace fs = std::filesystem;
 
 constexpr int MostWriters = 64;
 
@@ -123,51 +118,5 @@ TEST_F(ManyAtOnceTest, WritersLoseNothingAndReadersSeeWholeHives)
     Conclude("many writers and readers",
              {{"writers", writers}, {"writes", writers * writes}, {"reads", m_shared->reads}},
              {{"lost", lost}, {"torn reads", m_shared->torn}, {"outdated reads", m_shared->outdated}});
-}
-
-TEST_F(ManyAtOnceTest, CopiesAreWholeAndTheEditOfTheFirstIsKept)
-{
-    constexpr int processes = 16;
-    const std::string content(1'000'000, 'd');
-    const fs::path installed = m_machine.Root() / "Default.ini";
-    const fs::path copy = m_machine.Root() / "user" / "folder" / "User.ini"; // no folder is there at first
-    const fs::path edit = m_machine.Root() / "edit.ini";
-    WriteFile(installed, content);
-    const int rounds = CountFrom("FRAXO_RACE_ROUNDS", 10);
-    std::size_t torn = 0, failed = 0, lost = 0, left = 0;
-    for (int round = 0; round < rounds; ++round)
-    {
-        fs::remove_all(copy.parent_path().parent_path());
-        WriteFile(edit, "edited");
-        int gate[2];
-        ASSERT_EQ(::pipe(gate), 0);
-        const auto provide = [&](int)
-        {
-            char none;
-            ::close(gate[1]);
-            if (::read(gate[0], &none, 1) != 0) // until the parent opens the gate for all at once
-                return 1;
-            Provide({copy.string(), installed.string()});
-            const std::string seen = ReadFile(copy);
-            if (seen != content && seen != "edited")
-                return 2;
-            std::error_code error;
-            fs::rename(edit, copy, error); // done by the first, which takes the edit away
-            return 0;
-        };
-        const std::vector<pid_t> children = StartAll(processes, provide);
-        ::close(gate[0]);
-        ::close(gate[1]);
-        for (const pid_t child : children)
-        {
-            const int code = ExitCode(child);
-            torn += code == 2;
-            failed += code != 0 && code != 2;
-        }
-        lost += ReadFile(copy) != "edited";
-        left += TemporaryFiles(copy.parent_path()).size();
-    }
-    Conclude("many copies", {{"rounds", rounds}, {"processes", processes}},
-             {{"lost edits", lost}, {"torn reads", torn}, {"failures", failed}, {"files left behind", left}});
 }
 } // namespace

@@ -130,11 +130,11 @@ LSTATUS WithSubKey(HKEY handle, LPCSTR subKey, Action action)
         std::string_view path = Text(subKey);
         if (IsHandle(handle, HKEY_CLASSES_ROOT) && path.starts_with('\\'))
             path.remove_prefix(1); // tolerated there alone
-        if (path.starts_with('\\'))
-            return ERROR_BAD_PATHNAME;
         const LSTATUS status = Refresh(*parent, Look::AtTheFile);
         if (status != ERROR_SUCCESS)
             return status;
+        if (path.starts_with('\\'))
+            return ERROR_BAD_PATHNAME;
         OpenKey key;
         key.places = parent->places.Below(path);
         return action(state, key, *parent);

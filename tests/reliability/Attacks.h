@@ -1,0 +1,58 @@
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+// What all attacks need, on each system.
+
+/// How often something is repeated, unless a variable says otherwise.
+inline int CountFrom(const char* variable, int usual)
+{
+    const char* const text = std::getenv(variable);
+    return text ? std::atoi(text) : usual;
+}
+
+/// What writers and copies make on their way, and remove.
+inline std::vector<std::filesystem::path> TemporaryFiles(const std::filesystem::path& folder)
+{
+    std::vector<std::filesystem::path> found;
+    std::error_code missing;
+    for (const std::filesystem::path& file : std::filesystem::directory_iterator{folder, missing})
+    {
+        if (file.filename().string().starts_with('.') || file.extension() == ".new")
+            found.push_back(file);
+    }
+    return found;
+}
+
+/// Makes them old enough for nobody to be at work on them.
+inline void AgeTemporaryFiles(const std::filesystem::path& folder)
+{
+    for (const std::filesystem::path& file : TemporaryFiles(folder))
+        last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours{2});
+}
+
+/// Says on one line what an attack did and what it found, for which `scripts/soak` looks; each fault found is a
+/// failure.
+inline void Conclude(const std::string& attack, const std::vector<std::pair<const char*, std::size_t>>& done,
+                     const std::vector<std::pair<const char*, std::size_t>>& faults)
+{
+    std::string line = "SUMMARY " + attack + ":";
+    for (const auto* const counts : {&done, &faults})
+    {
+        for (const auto& [what, count] : *counts)
+            line += ' ' + std::to_string(count) + ' ' + what + ',';
+    }
+    line.back() = '\n';
+    std::fputs(line.c_str(), stdout);
+    for (const auto& [what, count] : faults)
+        EXPECT_EQ(count, 0U) << what;
+}
