@@ -9,59 +9,23 @@
 
 #include "Operations.h"
 #include "posix/FileDescriptor.h"
+#include "posix/RetryInterrupted.h"
 
 namespace FraxoReg
 {
 namespace
 {
-using Quenlor::Posix::FileDescriptor;
-
-/// A file beside `path`, which takes its place or is removed.
-class NextVersion final
+bool WriteAll(int file, std::string_view text)
 {
-public:
-    /// @throws std::system_error like all members
-    NextVersion(std::string path, mode_t mode)
-        : m_path{std::move(path)},
-          m_temporary{m_path + '.' + std::to_string(::getpid()) + ".tmp"},
-          m_file{::open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)}
+    while (!text.empty())
     {
-        Require(m_file.get());
+        const ssize_t count = Quenlor::Posix::RetryInterrupted([&] { return ::write(file, text.data(), text.size()); });
+        if (count < 0)
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(count));
     }
-    NextVersion(const NextVersion&) = delete;
-    NextVersion& operator=(const NextVersion&) = delete;
-    ~NextVersion()
-    {
-        if (m_file && !m_isInPlace)
-            ::unlink(m_temporary.c_str());
-    }
-
-    void Write(std::string_view text)
-    {
-        while (!text.empty())
-            text.remove_prefix(Require(::write(m_file.get(), text.data(), text.size())));
-    }
-
-    void PutInPlace()
-    {
-        Require(::fsync(m_file.get()));
-        Require(::rename(m_temporary.c_str(), m_path.c_str()));
-        m_isInPlace = true;
-    }
-
-private:
-    static std::size_t Require(ssize_t result)
-    {
-        if (result < 0)
-            throw std::system_error{errno, std::generic_category()};
-        return static_cast<std::size_t>(result);
-    }
-
-    std::string m_path;
-    std::string m_temporary;
-    FileDescriptor m_file;
-    bool m_isInPlace = false;
-};
+    return ::fsync(file) == 0;
+}
 } // namespace
 
 bool FileExists(const std::string& path) noexcept
@@ -70,20 +34,22 @@ bool FileExists(const std::string& path) noexcept
 }
 
 void WriteTextFile(const std::string& path, std::string_view text, mode_t mode)
-try
 {
-    const bool exists = FileExists(path);
-    // Through a link, so that the link stays one.
-    const std::string target = exists ? std::filesystem::canonical(path).string() : path;
+    constexpr char refusal[] = "Unable to write to the file.\n";
+    std::error_code none;
+    const std::filesystem::path real = std::filesystem::canonical(path, none); // so that a link stays one
+    const std::string target = real.empty() ? path : real.string();
     struct stat former;
-    if (exists && ::stat(target.c_str(), &former) == 0 && !S_ISREG(former.st_mode))
-        throw Failure{"Unable to write to the file.\n" + path + " is not a file; - is the standard output."};
-    NextVersion next{target, mode};
-    next.Write(text);
-    next.PutInPlace();
-}
-catch (const std::system_error& error)
-{
-    throw Failure{"Unable to write to the file.\n" + path + ": " + error.code().message() + '.'};
+    if (::stat(target.c_str(), &former) == 0 && !S_ISREG(former.st_mode))
+        throw Failure{refusal + path + " is not a file; - is the standard output."};
+
+    const std::string next = target + '.' + std::to_string(::getpid()) + ".tmp";
+    const Quenlor::Posix::FileDescriptor file{::open(next.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)};
+    if (file && WriteAll(file.get(), text) && ::rename(next.c_str(), target.c_str()) == 0)
+        return;
+    const int error = errno;
+    if (file)
+        ::unlink(next.c_str());
+    throw Failure{refusal + path + ": " + std::generic_category().message(error) + '.'};
 }
 } // namespace FraxoReg
