@@ -1,5 +1,10 @@
 // A program of the family, as far as its log goes. LoggerTest.cpp puts copies of it where programs lie and runs them.
 
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <thread>
+
 #include "Logger.h"
 
 using Quenlor::Fraxo::SharedUtilities::Native::Logger;
@@ -12,10 +17,18 @@ struct StaticObject
 } const theStaticObject;
 } // namespace
 
-int main()
+/// @param arguments how many records, and the pause between them in milliseconds; ends as in a crash if they are given
+int main(int count, char** arguments)
 {
     auto* const logger = Logger::Get();
     Logger::Initialize();
     logger->Info("start");
-    return Logger::Get() == logger ? 0 : 1;
+    if (count == 1)
+        return Logger::Get() == logger ? 0 : 1;
+    for (int record = 0; record < std::stoi(arguments[1]); ++record)
+    {
+        logger->Info(std::to_string(record));
+        std::this_thread::sleep_for(std::chrono::milliseconds{std::stoi(arguments[2])});
+    }
+    std::_Exit(0);
 }

@@ -1,8 +1,14 @@
 #include "Logger.h"
 
+#include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <set>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -19,7 +25,12 @@ using std::filesystem::path;
 class LoggerOfPrograms : public ::testing::Test
 {
 protected:
-    LoggerOfPrograms() { m_machine.SetEnvironment("FRAXO_PRO_ROOT_DIRECTORY", m_folder.string()); }
+    LoggerOfPrograms()
+    {
+        m_machine.SetEnvironment("FRAXO_PRO_ROOT_DIRECTORY", m_folder.string());
+        current_path(m_folder); // in which the shell needs no quotes
+    }
+    ~LoggerOfPrograms() override { current_path(m_before); }
 
     /// Lets each logger write to a file with its name, or where `place` says.
     void Configure(const path& file, const std::string& place = ".") const
@@ -29,19 +40,20 @@ protected:
                       R"(/${logger}.log" pattern="%v"/><root level="info"><appender-ref ref="a"/></root></logging>)");
     }
 
-    void Run(const std::string& name) const
+    /// @return the command that runs a copy of the program
+    std::string Install(const std::string& name) const
     {
         const path program{LOGGER_PROGRAM};
         const path copy = path{name}.replace_extension(program.extension());
-        copy_file(NativePath(DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8()) / program, m_folder / copy,
-                  std::filesystem::copy_options::overwrite_existing);
-        const path before = std::filesystem::current_path();
-        current_path(m_folder); // in which the shell needs no quotes
-        EXPECT_EQ(std::system((path{"."} / copy).string().c_str()), 0);
-        current_path(before);
+        copy_file(m_programs / program, copy, std::filesystem::copy_options::overwrite_existing);
+        return (path{"."} / copy).string();
     }
 
+    static void Run(const std::string& command) { EXPECT_EQ(std::system(command.c_str()), 0); }
+
     ScratchMachine m_machine;
+    const path m_before = std::filesystem::current_path();
+    const path m_programs{NativePath(DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8())};
     const path m_folder{NativePath(m_machine.Folder("Output"))};
     const path m_programData = m_folder / "AppData";
 };
@@ -49,8 +61,8 @@ protected:
 TEST_F(LoggerOfPrograms, HasTheNameOfTheProgramUnderOneSharedConfiguration)
 {
     Configure(m_programData / "FraxoPro.log.xml");
-    Run("Editor");
-    Run("Viewer");
+    Run(Install("Editor"));
+    Run(Install("Viewer"));
     EXPECT_THAT(ReadFile(m_programData / "Editor.log"), LooksLike("start\r?\nend\r?\n"));
     EXPECT_THAT(ReadFile(m_programData / "Viewer.log"), LooksLike("start\r?\nend\r?\n"));
 }
@@ -59,9 +71,58 @@ TEST_F(LoggerOfPrograms, FollowsTheConfigurationBesideTheProgramWhichMayNameTheL
 {
     Configure(m_programData / "FraxoPro.log.xml");
     Configure(m_folder / "FraxoPro.log.xml", "${CrashReports}");
-    Run("Editor");
+    Run(Install("Editor"));
     EXPECT_TRUE(exists(m_folder / "LocalAppData" / "CrashReports" / "Editor.log"));
     EXPECT_FALSE(exists(m_programData / "Editor.log"));
+}
+
+TEST_F(LoggerOfPrograms, LosesNoRecordOfProgramsThatRollOneFileAndCrash)
+{
+    if (path::preferred_separator == '\\')
+        GTEST_SKIP() << "Wine does not append in one piece, as Windows does";
+    WriteFile(m_folder / "FraxoPro.log.xml", R"(<logging>
+        <appender name="a" type="rolling-file" path="a.log" size="1KB" count="900" pattern="%n %v"/>
+        <root level="info"><appender-ref ref="a"/></root></logging>)");
+    std::multiset<std::string> expected;
+    std::vector<std::string> commands;
+    for (const std::string name : {"Quick", "Hasty", "Busy", "Slow"})
+    {
+        const int count = name == "Slow" ? 20 : 300;
+        commands.push_back(Install(name) + ' ' + std::to_string(count) + (name == "Slow" ? " 10" : " 0"));
+        expected.insert(name + " start");
+        for (int record = 0; record < count; ++record)
+            expected.insert(name + ' ' + std::to_string(record));
+    }
+    std::vector<std::thread> programs;
+    for (const std::string& command : commands)
+        programs.emplace_back([&command] { Run(command); });
+    std::atomic<bool> isOver = false;
+    std::thread viewer{[&]
+                       {
+        while (!isOver)
+        {
+            const std::ifstream log{"a.log"}; // on Windows the file cannot be moved meanwhile
+            std::this_thread::sleep_for(std::chrono::milliseconds{1});
+        }
+    }};
+    for (std::thread& program : programs)
+        program.join();
+    isOver = true;
+    viewer.join();
+
+    std::multiset<std::string> found;
+    std::size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator{m_folder})
+    {
+        if (entry.path().extension() != ".log")
+            continue;
+        ++files;
+        std::ifstream file{entry.path()};
+        for (std::string line; std::getline(file, line);)
+            found.insert(line);
+    }
+    EXPECT_EQ(found, expected);
+    EXPECT_GT(files, 2U);
 }
 
 class LoggerOfThisProcess : public LoggingTest

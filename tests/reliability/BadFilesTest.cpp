@@ -39,16 +39,16 @@ constexpr char NotCopied[] = "bad file could not be copied.";
 
 // clang-format off
 const BadFile Files[] = {
-    {"a line of 10 MB", [](const fs::path& path) { WriteFile(path, "[Main]\nLong=" + std::string(TenMegabytes, 'x') + "\nKey=v\n"); }, "v", true, "No document element"},
-    {"10 MB without an end of line", [](const fs::path& path) { WriteFile(path, "[Main]=" + std::string(TenMegabytes, 'x')); }, Nothing, true, "No document element"},
-    {"10 MB of brackets", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '[')); }, Nothing, true, "No document element"},
-    {"10 MB of NULs", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '\0')); }, Nothing, true, "No document element"},
+    {"a line of 10 MB", [](const fs::path& path) { WriteFile(path, "[Main]\nLong=" + std::string(TenMegabytes, 'x') + "\nKey=v\n"); }, "v", true, "must be <logging>"},
+    {"10 MB without an end of line", [](const fs::path& path) { WriteFile(path, "[Main]=" + std::string(TenMegabytes, 'x')); }, Nothing, true, "must be <logging>"},
+    {"10 MB of brackets", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '[')); }, Nothing, true, "must be <logging>"},
+    {"10 MB of NULs", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '\0')); }, Nothing, true, "must be <logging>"},
     {"elements in each other", [](const fs::path& path) { std::string text; for (int i = 0; i < 100000; ++i) text += "<a>"; WriteFile(path, text); }, Nothing, true, "mismatch"},
     {"a program", [](const fs::path& path) { WriteFile(path, "\x7F" "ELF\2\1\1\0\0\n\xFF\xFE\n[Main]\nKey=v\n"s); }, "v", true, "not in UTF-8"},
-    {"nothing", [](const fs::path& path) { WriteFile(path, ""); }, Nothing, true, "No document element"},
+    {"nothing", [](const fs::path& path) { WriteFile(path, ""); }, Nothing, true, "must be <logging>"},
     {"a folder", [](const fs::path& path) { create_directory(path); }, Nothing, true, "the file cannot be read", NotCopied},
     {"a link to nowhere", [](const fs::path& path) { create_symlink("nowhere", path); }, Nothing, false, "", NotFound},
-    {"a link to itself", [](const fs::path& path) { create_symlink(path.filename(), path); }, Nothing, false, "", NotFound},
+    {"a link to itself", [](const fs::path& path) { create_symlink(path.filename(), path); }, Nothing, false, "the file cannot be read", NotFound},
     {"missing", [](const fs::path&) {}, Nothing, false, "", NotFound},
 };
 // clang-format on

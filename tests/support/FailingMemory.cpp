@@ -8,6 +8,25 @@ namespace
 thread_local std::size_t allocationsUntilFailure = 0; // 0 when none is to fail
 }
 
+extern "C" int memcmp(const void* left, const void* right, std::size_t count)
+{
+    ++Comparisons();
+    const auto* a = static_cast<const unsigned char*>(left);
+    const auto* b = static_cast<const unsigned char*>(right);
+    for (; count != 0; --count, ++a, ++b)
+    {
+        if (*a != *b)
+            return *a < *b ? -1 : 1;
+    }
+    return 0;
+}
+
+std::size_t& Comparisons()
+{
+    static std::size_t comparisons = 0;
+    return comparisons;
+}
+
 void* operator new(std::size_t size)
 {
     const bool fails = allocationsUntilFailure != 0 && --allocationsUntilFailure == 0;

@@ -1,5 +1,7 @@
 #include "LogSetup.h"
 
+#include <algorithm>
+
 #include "Colour.h"
 #include "Report.h"
 #include "core/Paths.h"
@@ -26,15 +28,18 @@ std::string Row(std::string label, const std::string& text)
 
 std::string Target(const AppenderSettings& appender, const QnFileName& file)
 {
+    // Values of environment variables may be private, and reports are sent away.
+    const bool isPrivate = appender.path.find("${env:") != std::string::npos;
+    const std::string path = isPrivate ? appender.path : NativeName(file);
     switch (appender.type)
     {
     case AppenderType::Console:
         return appender.toStandardOutput ? "standard output" : "standard error";
     case AppenderType::File:
-        return NativeName(file);
+        return path;
     case AppenderType::RollingFile:
-        return NativeName(file) + ", " + std::to_string(appender.maxSize) + " bytes, and " +
-               std::to_string(appender.count) + " older ones";
+        return path + ", " + std::to_string(appender.maxSize) + " bytes, and " + std::to_string(appender.count) +
+               " older ones";
     case AppenderType::Debugger:
         return "the debugger";
     case AppenderType::Null:
@@ -89,8 +94,14 @@ LogSetup ExamineLog(const QnFileName& executable)
     for (const Fault& fault : faults)
         setup.faults.push_back(FormatFault(file, fault));
 
-    std::vector<Fault> known;
-    setup.lines = Describe(configuration, PlanLogger(configuration, variables, known));
+    faults.clear();
+    setup.lines = Describe(configuration, PlanLogger(configuration, variables, faults));
+    for (const Fault& fault : faults)
+    {
+        if (const std::string line = FormatFault(file, fault);
+            std::ranges::find(setup.faults, line) == setup.faults.end())
+            setup.faults.push_back(line);
+    }
     return setup;
 }
 

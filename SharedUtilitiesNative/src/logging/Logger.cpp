@@ -1,6 +1,7 @@
 #include "Logger.h"
 
 #include <atomic>
+#include <new>
 #include <stdexcept>
 
 #include "DirectoryConfig.h"
@@ -23,7 +24,7 @@ QnFileName FileInProgramData()
     {
         return InFolder(DirectoryConfig::GetProgramDataDirectory(), FileName);
     }
-    catch (const std::runtime_error&) // a program starts without its log as well
+    catch (const std::runtime_error&) // a program starts even without its log
     {
         return {};
     }
@@ -42,6 +43,7 @@ LogConfigurationChoice ChooseLogConfiguration(const QnFileName& executable)
 }
 
 void Logger::Initialize()
+try
 {
     if (theLogger.load(std::memory_order_acquire))
         return;
@@ -51,9 +53,12 @@ void Logger::Initialize()
 
     for (const LogFolderVariable& variable : LogFolderVariables)
         LoggingConfig::DefineVariable({variable.name, false}, variable.folder);
-    LoggingConfig::SetOption(L"CONFIG_FILE", choice.File().GetName()); // also when the file does not exist
+    LoggingConfig::SetOption(L"CONFIG_FILE", choice.File().GetName()); // even when the file does not exist
     LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
     theLogger.store(LoggingManager::GetLogger(choice.loggerName), std::memory_order_release);
+}
+catch (const std::bad_alloc&) // the next call tries again
+{
 }
 
 ILogger* Logger::Get()

@@ -39,7 +39,8 @@ TEST_F(LogSetupTest, TellsWhichFileCountsAndWhy)
                                              m_programs +
                                              "FraxoPro.log.xml\n"
                                              "Level          warning\n"
-                                             "Appender       \"console\" to standard error\n");
+                                             "Appender       \"console\" to standard error\n"
+                                             "Appender       \"debugger\" to the debugger\n");
 
     WriteFile(NativePath(m_programs + "FraxoPro.log.xml"), "<logging/>");
     EXPECT_THAT(FormatLogSetup(Examine()), HasSubstr("Configuration  " + m_programs +
@@ -62,8 +63,22 @@ TEST_F(LogSetupTest, ShowsWhatTheLoggerDoesAndEveryFaultOfTheFileWithoutOpeningA
     EXPECT_THAT(setup.lines,
                 ElementsAre("Level          debug", "Appender       \"r\" to " + file +
                                                         ", 10485760 bytes, and 7 older ones, from level error"));
-    EXPECT_THAT(setup.faults, ElementsAre(HasSubstr("FraxoPro.log.xml:5: <appender-ref>: there is no appender"),
-                                          HasSubstr("FraxoPro.log.xml:3: <appender>: \"unused\" is left out")));
+    EXPECT_THAT(setup.faults, ElementsAre(HasSubstr("FraxoPro.log.xml:5: <appender-ref>: unknown appender"),
+                                          HasSubstr("FraxoPro.log.xml:3: <appender>: \"unused\" is ignored")));
     EXPECT_FALSE(exists(NativePath(m_userData)));
+}
+
+TEST_F(LogSetupTest, KeepsValuesOfTheEnvironmentPrivate)
+{
+    m_machine.SetEnvironment("FRAXO_PRO_SECRET", "secret");
+    WriteFile(NativePath(m_machineData + "FraxoPro.log.xml"), R"(<logging>
+        <appender name="a" type="file" path="${env:FRAXO_PRO_SECRET}/${logger}.log"/>
+        <root><appender-ref ref="a"/></root>
+        <logger name="Editor" additivity="false"/></logging>)");
+    EXPECT_THAT(Examine().faults, ElementsAre(HasSubstr("FraxoPro.log.xml:4: no appender is left")));
+    WriteFile(NativePath(m_machineData + "FraxoPro.log.xml"), R"(<logging>
+        <appender name="a" type="file" path="${env:FRAXO_PRO_SECRET}/${logger}.log"/>
+        <root><appender-ref ref="a"/></root></logging>)");
+    EXPECT_THAT(Examine().lines, ElementsAre(HasSubstr("warning"), HasSubstr("${env:FRAXO_PRO_SECRET}/${logger}.log")));
 }
 } // namespace

@@ -3,61 +3,69 @@
 #include <algorithm>
 #include <charconv>
 #include <concepts>
-#include <fstream>
 #include <iterator>
 #include <limits>
 #include <pugixml.hpp>
 #include <set>
+#include <span>
 #include <system_error>
 
 #include <Quenlor/QnStringUtilities.h>
+
+#include "logging/System.h"
 
 namespace Quenlor::NativeLogging
 {
 namespace
 {
-// Lists double as text for the reader of a fault.
-constexpr std::string_view ListSeparator = ", ";
-constexpr std::string_view LevelNames = "trace, debug, info, warning, error, critical, off";
-constexpr std::string_view RootAttributes = "level";
-constexpr std::string_view LoggerAttributes = "name, level, additivity";
+using Words = std::span<const std::string_view>;
+
+constexpr std::string_view LevelNames[] = {"trace", "debug", "info", "warning", "error", "critical", "off"};
+constexpr std::string_view TopElements[] = {"appender", "logger", "root"};
+constexpr std::string_view LoggerElements[] = {"appender-ref"};
+constexpr std::string_view RootAttributes[] = {"level"};
+constexpr std::string_view LoggerAttributes[] = {"name", "level", "additivity"};
+constexpr std::string_view ReferenceAttributes[] = {"ref"};
+constexpr std::string_view AppenderAttributes[] = {"name", "type", "pattern", "threshold"};
+constexpr std::string_view ConsoleAttributes[] = {"name", "type", "pattern", "threshold", "target"};
+constexpr std::string_view FileAttributes[] = {"name", "type", "pattern", "threshold", "path"};
+constexpr std::string_view RollingFileAttributes[] = {"name", "type", "pattern", "threshold", "path", "size", "count"};
 
 struct AppenderKind
 {
     std::string_view name;
     AppenderType type;
-    std::string_view attributes;
+    Words attributes;
 };
 
 constexpr AppenderKind AppenderKinds[] = {
-    {"console", AppenderType::Console, "name, type, pattern, threshold, target"},
-    {"file", AppenderType::File, "name, type, pattern, threshold, path"},
-    {"rolling-file", AppenderType::RollingFile, "name, type, pattern, threshold, path, size, count"},
-    {"debugger", AppenderType::Debugger, "name, type, pattern, threshold"},
-    {"null", AppenderType::Null, "name, type, pattern, threshold"},
+    {"console", AppenderType::Console, ConsoleAttributes},
+    {"file", AppenderType::File, FileAttributes},
+    {"rolling-file", AppenderType::RollingFile, RollingFileAttributes},
+    {"debugger", AppenderType::Debugger, AppenderAttributes},
+    {"null", AppenderType::Null, AppenderAttributes},
 };
-constexpr std::string_view AppenderTypeNames = "console, file, rolling-file, debugger, null";
 
 /// Message, level and name; logger, thread and process; times. No source position: records have none.
 constexpr std::string_view PatternFlags = "vlLntPYCmdHIMSefFEpaAbBDTRrcz%";
 
-/// The position of `word` in a list; npos when it is not there.
-std::size_t Find(std::string_view list, std::string_view word)
+/// More would help nobody, and a report should not be much longer than the file.
+constexpr std::size_t MostFaults = 100;
+
+constexpr char Blanks[] = " \t\r\n";
+
+bool IsIn(Words words, std::string_view word)
 {
-    for (std::size_t position = 0;; ++position)
-    {
-        const std::size_t end = list.find(ListSeparator);
-        if (list.substr(0, end) == word)
-            return position;
-        if (end == std::string_view::npos)
-            return end;
-        list.remove_prefix(end + ListSeparator.length());
-    }
+    return std::ranges::find(words, word) != words.end();
 }
 
-bool IsIn(std::string_view list, std::string_view word)
+std::string Expected(Words words)
 {
-    return Find(list, word) != std::string_view::npos;
+    std::string text = "; expected: ";
+    for (const std::string_view word : words)
+        text.append(word).append(", ");
+    text.resize(words.empty() ? 0 : text.length() - 2);
+    return text;
 }
 
 std::string Quoted(std::string_view text)
@@ -76,8 +84,8 @@ std::optional<LogLevel> ToLevel(std::string_view text)
 {
     std::string name{text};
     std::ranges::transform(name, name.begin(), ToLowerCase);
-    const std::size_t level = Find(LevelNames, name);
-    return level == std::string_view::npos ? std::nullopt : std::optional{static_cast<LogLevel>(level)};
+    const auto* const found = std::ranges::find(LevelNames, name);
+    return found == std::end(LevelNames) ? std::nullopt : std::optional{static_cast<LogLevel>(found - LevelNames)};
 }
 
 std::optional<bool> ToFlag(std::string_view text)
@@ -85,6 +93,14 @@ std::optional<bool> ToFlag(std::string_view text)
     if (text == "true")
         return true;
     return text == "false" ? std::optional{false} : std::nullopt;
+}
+
+/// Whether a console is standard output.
+std::optional<bool> ToTarget(std::string_view text)
+{
+    if (text == "stdout")
+        return true;
+    return text == "stderr" ? std::optional{false} : std::nullopt;
 }
 
 template<std::unsigned_integral Number>
@@ -139,6 +155,18 @@ std::optional<std::string> ToPattern(std::string_view text)
 
 // ---- the file ------------------------------------------------------------------------------------------------------
 
+/// One spelling for all spellings of an appender's path, as far as the text shows it: after a variable, which may stand
+/// for several folders, nobody knows what `..` is.
+std::wstring PathKey(const std::string& path)
+{
+    QnFileName name;
+    name.SetNameUtf8(path.c_str());
+    WString fixed = name.GetName();
+    if (path.find("${") == std::string::npos || path.find("..") == std::string::npos)
+        QnFileName::FixPathName(fixed, name.GetName());
+    return fixed.c_str();
+}
+
 class Reader final
 {
 public:
@@ -147,23 +175,31 @@ public:
     /// @param text the contents of the file
     std::optional<Configuration> Read(const std::string& text)
     {
-        m_text = text;
         WString unused;
         if (QnStringUtilities::Utf8ToWChar(unused, text.data(), text.length()) != QuenlorStatus::Success)
             return Refuse(0, "the file is not in UTF-8");
+        for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', end + 1))
+            m_lineEnds.push_back(end);
         pugi::xml_document document;
-        const auto result = document.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
+        // As a fragment, in which text outside the elements is not skipped in silence.
+        const auto result = document.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_fragment,
+                                                 pugi::encoding_utf8);
         if (!result)
             return Refuse(LineAt(result.offset), result.description());
         const pugi::xml_node top = document.document_element();
         if (std::string_view{top.name()} != "logging")
             return Refuse(LineOf(top), "the outermost element must be <logging>");
 
-        CheckAttributes(top, "");
-        CheckChildren(top, "appender, logger, root");
+        for (const pugi::xml_node node : document.children())
+        {
+            if (node != top)
+                AddFault(LineOf(node), "nothing is expected outside <logging>");
+        }
+        CheckAttributes(top, {});
+        CheckChildren(top, TopElements);
         for (const pugi::xml_node node : top.children("appender"))
             ReadAppender(node);
-        m_configuration.loggers[""].level = LogLevel::Warning;
+        m_configuration.loggers[""] = {.line = LineOf(top), .level = LogLevel::Warning};
         for (const pugi::xml_node node : top.children("root"))
             ReadLogger(node, "", RootAttributes);
         for (const pugi::xml_node node : top.children("logger"))
@@ -176,46 +212,57 @@ public:
 
     std::optional<Configuration> Refuse(std::size_t line, std::string text)
     {
-        m_faults.push_back({line, std::move(text)});
+        AddFault(line, std::move(text));
         return std::nullopt;
     }
 
 private:
     std::size_t LineAt(std::ptrdiff_t offset) const
     {
-        const auto end = m_text.begin() + std::clamp<std::ptrdiff_t>(offset, 0, std::ssize(m_text));
-        return static_cast<std::size_t>(std::count(m_text.begin(), end, '\n')) + 1;
+        const auto position = static_cast<std::size_t>(std::max<std::ptrdiff_t>(offset, 0));
+        return static_cast<std::size_t>(std::ranges::lower_bound(m_lineEnds, position) - m_lineEnds.begin()) + 1;
     }
 
-    std::size_t LineOf(pugi::xml_node node) const { return LineAt(node.offset_debug()); }
+    std::size_t LineOf(pugi::xml_node node) const
+    {
+        const std::string_view text = node.value(); // of an element: empty
+        const auto blank = text.substr(0, text.find_first_not_of(Blanks));
+        return LineAt(node.offset_debug()) + static_cast<std::size_t>(std::ranges::count(blank, '\n'));
+    }
+
+    void AddFault(std::size_t line, std::string text)
+    {
+        if (m_faults.size() < MostFaults)
+            m_faults.push_back({line, std::move(text)});
+        else if (m_faults.size() == MostFaults)
+            m_faults.push_back({line, "too many faults; the rest are not listed"});
+    }
 
     void Complain(pugi::xml_node node, const std::string& text)
     {
-        m_faults.push_back({LineOf(node), "<" + std::string{node.name()} + ">: " + text});
+        AddFault(LineOf(node), "<" + std::string{node.name()} + ">: " + text);
     }
 
-    void CheckAttributes(pugi::xml_node node, std::string_view known)
+    void CheckAttributes(pugi::xml_node node, Words known)
     {
         std::set<std::string_view> seen;
         for (const pugi::xml_attribute attribute : node.attributes())
         {
             if (!IsIn(known, attribute.name()))
-                Complain(node, "there is no attribute " + Quoted(attribute.name()) +
-                                   (known.empty() ? std::string{} : "; there are " + std::string{known}));
+                Complain(node, "unknown attribute " + Quoted(attribute.name()) + Expected(known));
             else if (!seen.insert(attribute.name()).second)
-                Complain(node, "the attribute " + Quoted(attribute.name()) + " is given twice");
+                Complain(node, "duplicate attribute " + Quoted(attribute.name()));
         }
     }
 
-    void CheckChildren(pugi::xml_node node, std::string_view known)
+    void CheckChildren(pugi::xml_node node, Words known)
     {
         for (const pugi::xml_node child : node.children())
         {
             if (child.type() != pugi::node_element)
-                Complain(node, "no text is expected in this element");
+                AddFault(LineOf(child), "<" + std::string{node.name()} + ">: unexpected text");
             else if (!IsIn(known, child.name()))
-                Complain(child, known.empty() ? "no element is expected here"
-                                              : "unknown element; here can be " + std::string{known});
+                Complain(child, "unexpected element" + Expected(known));
         }
     }
 
@@ -224,14 +271,14 @@ private:
     {
         const std::string_view value = node.attribute(attribute).value();
         if (value.empty())
-            Complain(node, "the attribute " + Quoted(attribute) + " is missing or empty");
+            Complain(node, "attribute " + Quoted(attribute) + " is missing or empty");
         return value;
     }
 
     /// Stores the value of an attribute that may be left out.
     template<typename Target, typename Value>
     void ReadInto(Target& target, pugi::xml_node node, const char* attribute,
-                  std::optional<Value> (*toValue)(std::string_view), std::string_view expected)
+                  std::optional<Value> (*toValue)(std::string_view), const std::string& expected)
     {
         const pugi::xml_attribute found = node.attribute(attribute);
         if (!found)
@@ -239,100 +286,95 @@ private:
         if (auto value = toValue(found.value()))
             target = *std::move(value);
         else
-            Complain(node, std::string{attribute} + "=" + Quoted(found.value()) + " is not " + std::string{expected});
-    }
-
-    void ReadLevelInto(auto& target, pugi::xml_node node, const char* attribute)
-    {
-        ReadInto(target, node, attribute, ToLevel, "one of " + std::string{LevelNames});
+            Complain(node, "invalid " + std::string{attribute} + "=" + Quoted(found.value()) + expected);
     }
 
     void ReadAppender(pugi::xml_node node)
     {
         const std::string name{Required(node, "name")};
         const std::string_view type = Required(node, "type");
-        if (!name.empty() && !m_appenderNames.insert(name).second)
-            return Complain(node, "there are two appenders " + Quoted(name) + "; the first counts");
+        const auto [place, isNew] = m_appenders.try_emplace(name);
+        if (!name.empty() && !isNew)
+            return Complain(node, "duplicate appender " + Quoted(name) + "; the first one is used");
         if (name.empty() || type.empty())
             return;
         const auto* const kind = std::ranges::find(AppenderKinds, type, &AppenderKind::name);
         if (kind == std::end(AppenderKinds))
-            return Complain(node, "type=" + Quoted(type) + " is not one of " + std::string{AppenderTypeNames});
+        {
+            std::vector<std::string_view> names;
+            std::ranges::transform(AppenderKinds, std::back_inserter(names), &AppenderKind::name);
+            return Complain(node, "unknown type " + Quoted(type) + Expected(names));
+        }
 
         CheckAttributes(node, kind->attributes);
-        CheckChildren(node, "");
+        CheckChildren(node, {});
         AppenderSettings appender{.name = name, .line = LineOf(node), .type = kind->type};
         ReadInto(appender.pattern, node, "pattern", ToPattern,
-                 "a pattern: after % stands one of " + std::string{PatternFlags});
-        ReadLevelInto(appender.threshold, node, "threshold");
+                 "; expected after %: one of " + std::string{PatternFlags});
+        ReadInto(appender.threshold, node, "threshold", ToLevel, Expected(LevelNames));
         if (kind->type == AppenderType::Console)
-            ReadTarget(appender, node);
+            ReadInto(appender.toStandardOutput, node, "target", ToTarget, "; expected: stdout, stderr");
         if (IsIn(kind->attributes, "path") && !ReadPath(appender, node))
             return;
         if (kind->type == AppenderType::RollingFile)
         {
-            ReadInto(appender.maxSize, node, "size", ToSize, "a number of bytes, or of KB, MB or GB as in 10MB");
-            ReadInto(appender.count, node, "count", ToCount, "a number from 0 to 1000");
+            ReadInto(appender.maxSize, node, "size", ToSize,
+                     "; expected: a number of bytes, or of KB, MB or GB as in 10MB");
+            ReadInto(appender.count, node, "count", ToCount, "; expected: a number from 0 to 1000");
         }
+        place->second = m_configuration.appenders.size();
         m_configuration.appenders.push_back(std::move(appender));
-    }
-
-    void ReadTarget(AppenderSettings& appender, pugi::xml_node node)
-    {
-        const auto toTarget = [](std::string_view text) -> std::optional<bool>
-        {
-            if (text == "stdout")
-                return true;
-            return text == "stderr" ? std::optional{false} : std::nullopt;
-        };
-        ReadInto(appender.toStandardOutput, node, "target", +toTarget, "stdout or stderr");
     }
 
     bool ReadPath(AppenderSettings& appender, pugi::xml_node node)
     {
         appender.path = Required(node, "path");
-        const auto other = std::ranges::find(m_configuration.appenders, appender.path, &AppenderSettings::path);
         if (appender.path.empty())
             return false;
-        if (other == m_configuration.appenders.end())
-            return true;
-        Complain(node, "the appender " + Quoted(other->name) + " writes the same file");
-        return false;
+        const auto [other, isNew] = m_writers.try_emplace(PathKey(appender.path), appender.name);
+        if (!isNew)
+            Complain(node, "appender " + Quoted(other->second) + " writes the same file");
+        return isNew;
     }
 
-    void ReadLogger(pugi::xml_node node, std::string_view name, std::string_view attributes)
+    void ReadLogger(pugi::xml_node node, std::string_view name, Words attributes)
     {
-        if (!m_loggerKeys.insert(LoggerKey(name)).second)
-            return Complain(
-                node, (name.empty() ? std::string{"there are two of it"} : "there are two loggers " + Quoted(name)) +
-                          "; the first counts");
+        const std::string key = LoggerKey(name);
+        if (!m_loggers.insert(key).second)
+            return Complain(node,
+                            (name.empty() ? std::string{"duplicate element"} : "duplicate logger " + Quoted(name)) +
+                                "; the first one is used");
         CheckAttributes(node, attributes);
-        CheckChildren(node, "appender-ref");
-        LoggerSettings& logger = m_configuration.loggers[LoggerKey(name)];
-        ReadLevelInto(logger.level, node, "level");
-        ReadInto(logger.isAdditive, node, "additivity", ToFlag, "true or false");
+        CheckChildren(node, LoggerElements);
+        LoggerSettings& logger = m_configuration.loggers[key];
+        logger.line = LineOf(node);
+        ReadInto(logger.level, node, "level", ToLevel, Expected(LevelNames));
+        ReadInto(logger.isAdditive, node, "additivity", ToFlag, "; expected: true, false");
         for (const pugi::xml_node reference : node.children("appender-ref"))
             ReadReference(logger, reference);
     }
 
     void ReadReference(LoggerSettings& logger, pugi::xml_node node)
     {
-        CheckAttributes(node, "ref");
-        CheckChildren(node, "");
+        CheckAttributes(node, ReferenceAttributes);
+        CheckChildren(node, {});
         const std::string name{Required(node, "ref")};
-        const auto& appenders = m_configuration.appenders;
-        const auto found = std::ranges::find(appenders, name, &AppenderSettings::name);
-        if (found != appenders.end())
-            logger.appenders.push_back(static_cast<std::size_t>(found - appenders.begin()));
-        else if (!name.empty() && !m_appenderNames.contains(name)) // a faulty appender is told of once
-            Complain(node, "there is no appender " + Quoted(name));
+        const auto found = m_appenders.find(name);
+        if (found == m_appenders.end())
+        {
+            if (!name.empty())
+                Complain(node, "unknown appender " + Quoted(name));
+        }
+        else if (found->second) // a faulty appender is reported once
+            logger.appenders.push_back(*found->second);
     }
 
     std::vector<Fault>& m_faults;
-    std::string_view m_text;
+    std::vector<std::size_t> m_lineEnds;
     Configuration m_configuration;
-    std::set<std::string> m_appenderNames; // also of those that are left out
-    std::set<std::string> m_loggerKeys;
+    std::map<std::string, std::optional<std::size_t>> m_appenders; // positions by name; none for one that is left out
+    std::map<std::wstring, std::string> m_writers;                 // names of appenders by PathKey
+    std::set<std::string> m_loggers;                               // by LoggerKey
 };
 } // namespace
 
@@ -348,17 +390,14 @@ std::string LoggerKey(std::string_view name)
 
 std::string_view NameOf(LogLevel level)
 {
-    std::string_view names = LevelNames;
-    for (int i = 0; i < static_cast<int>(level); ++i)
-        names.remove_prefix(names.find(ListSeparator) + ListSeparator.length());
-    return names.substr(0, names.find(ListSeparator));
+    return LevelNames[static_cast<std::size_t>(level)];
 }
 
 Configuration DefaultConfiguration()
 {
     Configuration configuration;
-    configuration.appenders.push_back({.name = "console"});
-    configuration.loggers[""] = {.level = LogLevel::Warning, .appenders = {0}};
+    configuration.appenders = {{.name = "console"}, {.name = "debugger", .type = AppenderType::Debugger}};
+    configuration.loggers[""] = {.level = LogLevel::Warning, .appenders = {0, 1}};
     return configuration;
 }
 
@@ -366,14 +405,10 @@ std::optional<Configuration> ReadConfiguration(const QnFileName& file, std::vect
 {
     const std::filesystem::path path = file.ToNativePath();
     std::error_code error;
-    if (path.empty() || !std::filesystem::exists(path, error))
+    if (path.empty() || std::filesystem::status(path, error).type() == std::filesystem::file_type::not_found)
         return std::nullopt;
     Reader reader{file, faults};
-    const std::uintmax_t size = std::filesystem::file_size(path, error); // an error for what is no file
-    std::string text(error ? 0 : static_cast<std::size_t>(size), '\0');
-    std::ifstream stream{path, std::ios::binary};
-    if (error || !stream.read(text.data(), std::ssize(text)))
-        return reader.Refuse(0, "the file cannot be read");
-    return reader.Read(text);
+    const auto text = ReadConfigurationText(path, error);
+    return text ? reader.Read(*text) : reader.Refuse(0, "the file cannot be read: " + error.message());
 }
 } // namespace Quenlor::NativeLogging

@@ -41,9 +41,10 @@ struct AppenderSettings
 /// One `<logger>`, or the root.
 struct LoggerSettings
 {
-    std::optional<LogLevel> level; ///< None: that of the parent.
+    std::size_t line = 0;
+    std::optional<LogLevel> level{}; ///< None: that of the parent.
     bool isAdditive = true;
-    std::vector<std::size_t> appenders; ///< Positions in Configuration::appenders.
+    std::vector<std::size_t> appenders{}; ///< Positions in Configuration::appenders.
 };
 
 /// What a configuration file says, apart from its faults.
@@ -54,17 +55,16 @@ struct Configuration
     std::map<std::string, LoggerSettings> loggers; ///< By LoggerKey; the root is always there, with a level.
 };
 
-/// Loggers are found whatever the letter case of their name: on Windows that of the program's name is the caller's.
+/// Loggers are found in any letter case of their names: on Windows that of a program's name is the caller's.
 std::string LoggerKey(std::string_view name);
 
 /// The name of a level, as configurations and records spell it.
 std::string_view NameOf(LogLevel level);
 
-/// What holds without a configuration file: warnings and worse go to standard error.
+/// The configuration without a file: warnings and worse go to standard error and to the debugger.
 Configuration DefaultConfiguration();
 
-/// Reads a configuration file, and tells what is wrong with it. What is faulty is left out, the rest counts. Opens no
-/// log file.
-/// @return none when the file is missing, which is no fault, or when nothing can be read from it
+/// Reads a configuration file, and says what is wrong with it. What is faulty is ignored. Opens no log file.
+/// @return none when the file is missing, which is not a fault, or when nothing can be read from it
 std::optional<Configuration> ReadConfiguration(const QnFileName& file, std::vector<Fault>& faults);
 } // namespace Quenlor::NativeLogging

@@ -7,19 +7,13 @@
 
 namespace Quenlor::NativeLogging
 {
-std::string NativeName(const QnFileName& file)
-{
-    const std::u8string name = file.ToNativePath().u8string();
-    return {name.begin(), name.end()};
-}
-
 std::string FormatFault(const QnFileName& file, const Fault& fault)
 {
     std::string line = NativeName(file);
     if (fault.line != 0)
         line += ":" + std::to_string(fault.line);
     line += ": " + fault.text;
-    // What stands in a configuration may hold anything, but the report stays one line of text.
+    // A configuration may hold anything, but the report stays one line of text.
     std::ranges::replace_if(
         line, [](char c) { return (c >= '\0' && c < ' ') || c == '\x7F'; }, '?');
     return line;
@@ -30,6 +24,7 @@ void Report(const std::string& line) noexcept
     try
     {
         WriteToConsole(stderr, line + "\n");
+        WriteToDebugger(line + "\n");
     }
     catch (const std::exception&) // out of memory: there is no other place to complain
     {

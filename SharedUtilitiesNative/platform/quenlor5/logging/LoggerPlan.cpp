@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <set>
 #include <stdexcept>
 
@@ -37,7 +38,7 @@ QnFileName MakeFileName(const std::string& path, const QnFileName& configuration
     QnFileName::FixPathName(fixed, file.GetName());
     file.SetName(fixed.c_str());
     if (file.ToNativePath().empty())
-        throw std::runtime_error("no file can have the name " + file.GetNameUtf8().ToStdString());
+        throw std::runtime_error("\"" + path + "\" cannot be the name of a file");
     return file;
 }
 } // namespace
@@ -62,6 +63,8 @@ LoggerPlan PlanLogger(const Configuration& configuration, const Variables& varia
         if (auto file = FileOf(configuration.appenders[position], configuration, variables, faults))
             plan.appenders.push_back({position, *std::move(file)});
     }
+    if (plan.appenders.empty() && plan.level != LogLevel::Off)
+        faults.push_back({lineage.front()->line, "no appender is left: even critical records go nowhere"});
     return plan;
 }
 
@@ -74,9 +77,13 @@ std::optional<QnFileName> FileOf(const AppenderSettings& appender, const Configu
     {
         return MakeFileName(appender.path, configuration.file, variables);
     }
+    catch (const std::bad_alloc&) // the next attempt may find more memory
+    {
+        throw;
+    }
     catch (const std::exception& fault) // what a variable's function throws is its own
     {
-        faults.push_back({appender.line, "<appender>: \"" + appender.name + "\" is left out: " + fault.what()});
+        faults.push_back({appender.line, "<appender>: \"" + appender.name + "\" is ignored: " + fault.what()});
         return std::nullopt;
     }
 }

@@ -11,15 +11,17 @@ namespace Quenlor::NativeLogging
 /// An appender as one logger uses it.
 struct PlannedAppender
 {
-    std::size_t position; ///< In Configuration::appenders.
-    QnFileName file;      ///< Empty when it writes no file.
+    std::size_t position = 0; ///< In Configuration::appenders.
+    /// Empty when it writes no file. Holds the values of environment variables, which may be private: what others get
+    /// to see is AppenderSettings::path, the text of the configuration.
+    QnFileName file;
 };
 
 /// What a logger does under a configuration.
 struct LoggerPlan
 {
     LogLevel level = LogLevel::Off;
-    std::vector<PlannedAppender> appenders; ///< Each once, also when it is reached in several ways.
+    std::vector<PlannedAppender> appenders; ///< Each once, even when it is reached in several ways.
 };
 
 /// Plans the logger that `variables` names. Appenders whose file name cannot be made are left out.

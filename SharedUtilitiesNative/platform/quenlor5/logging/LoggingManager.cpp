@@ -1,6 +1,7 @@
 #include <Quenlor/NativeLogging.h>
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <iterator>
 #include <map>
@@ -12,7 +13,6 @@
 #include <vector>
 
 #include <Quenlor/QnStringUtilities.h>
-#include <spdlog/details/log_msg.h>
 
 #include "logging/LoggerPlan.h"
 #include "logging/Sinks.h"
@@ -58,13 +58,9 @@ public:
 private:
     void Write(LogLevel level, std::string_view text) noexcept override
     {
-        const spdlog::details::log_msg record{
-            {m_name.data(), m_name.length()}, ToSpdlog(level), {text.data(), text.length()}};
+        const Record record{level, {m_name.data(), m_name.length()}, text, std::chrono::system_clock::now()};
         for (Sink* const sink : m_route.load(std::memory_order_acquire)->sinks)
-        {
-            if (sink->should_log(record.level))
-                Quietly([&] { sink->log(record); });
-        }
+            Quietly([&] { sink->Log(record); });
     }
 
     const Utf8String m_name;
@@ -120,13 +116,13 @@ private:
     /// Loggers share it, unless the logger's name makes it another file.
     Sink* SinkFor(const PlannedAppender& planned)
     {
-        const auto [found, isNew] = m_sinks.try_emplace({planned.position, planned.file.GetName()});
-        if (isNew)
-        {
-            const AppenderSettings& settings = m_configuration.appenders[planned.position];
-            found->second = MakeSink(settings, planned.file, FormatFault(m_configuration.file, {settings.line, ""}));
-        }
-        return found->second.get();
+        std::pair key{planned.position, std::wstring{planned.file.GetName()}};
+        const auto found = m_sinks.find(key);
+        if (found != m_sinks.end())
+            return found->second.get();
+        const AppenderSettings& settings = m_configuration.appenders[planned.position];
+        auto sink = MakeSink(settings, planned.file, FormatFault(m_configuration.file, {settings.line, ""}));
+        return m_sinks.emplace(std::move(key), std::move(sink)).first->second.get();
     }
 
     const Configuration m_configuration;
@@ -150,37 +146,53 @@ public:
         m_variables[std::move(name)] = value;
     }
 
-    void ReadConfigurationFile()
+    void Activate()
     {
         const std::scoped_lock lock{m_mutex};
-        QnFileName file;
-        file.SetName(m_options["CONFIG_FILE"].c_str());
-        std::vector<Fault> faults;
-        auto configuration = ReadConfiguration(file, faults).value_or(DefaultConfiguration());
-        configuration.file = file;
-        m_configurations.push_back(std::make_unique<ActiveConfiguration>(std::move(configuration)));
-        m_configurations.back()->ReportOnce(faults);
-        for (const auto& [name, logger] : m_loggers)
-            logger->Use(RouteFor(name));
-        if (m_configurations.size() > 1)
-            (*std::prev(m_configurations.end(), 2))->Close();
+        m_mustRead = true;
+        ReadConfigurationFile();
     }
 
     ILogger* GetLogger(const std::string& name)
     {
         const std::scoped_lock lock{m_mutex};
-        std::unique_ptr<Logger>& logger = m_loggers[name];
-        if (!logger)
-            logger = std::make_unique<Logger>(name, RouteFor(name));
-        return logger.get();
+        if (m_mustRead) // there was not enough memory
+            ReadConfigurationFile();
+        if (m_configurations.empty())
+            m_configurations.push_back(std::make_unique<ActiveConfiguration>(DefaultConfiguration()));
+        if (const auto found = m_loggers.find(name); found != m_loggers.end())
+            return found->second.get();
+        auto logger = std::make_unique<Logger>(name, RouteFor(name, *m_configurations.back()));
+        return m_loggers.emplace(name, std::move(logger)).first->second.get();
     }
 
 private:
-    const Route& RouteFor(const std::string& logger)
+    /// Takes effect as a whole, or not at all when memory runs out.
+    void ReadConfigurationFile()
     {
-        if (m_configurations.empty())
-            m_configurations.push_back(std::make_unique<ActiveConfiguration>(DefaultConfiguration()));
-        return m_configurations.back()->RouteFor({.logger = logger, .process = ProcessNumber(), .named = m_variables});
+        QnFileName file;
+        file.SetName(m_options["CONFIG_FILE"].c_str());
+        std::vector<Fault> faults;
+        auto read = ReadConfiguration(file, faults).value_or(DefaultConfiguration());
+        read.file = file;
+        auto configuration = std::make_unique<ActiveConfiguration>(std::move(read));
+        configuration->ReportOnce(faults);
+        std::vector<const Route*> routes;
+        for (const auto& [name, logger] : m_loggers)
+            routes.push_back(&RouteFor(name, *configuration));
+        m_configurations.push_back(std::move(configuration));
+
+        auto route = routes.begin();
+        for (const auto& [name, logger] : m_loggers)
+            logger->Use(**route++);
+        m_mustRead = false;
+        if (m_configurations.size() > 1)
+            (*std::prev(m_configurations.end(), 2))->Close();
+    }
+
+    const Route& RouteFor(const std::string& logger, ActiveConfiguration& configuration) const
+    {
+        return configuration.RouteFor({.logger = logger, .process = ProcessNumber(), .named = m_variables});
     }
 
     std::mutex m_mutex;
@@ -189,6 +201,7 @@ private:
     // The last one holds. Those before are kept, because another thread may be writing through them.
     std::vector<std::unique_ptr<ActiveConfiguration>> m_configurations;
     std::map<std::string, std::unique_ptr<Logger>> m_loggers;
+    bool m_mustRead = false;
 };
 
 /// Never destroyed: destructors of static objects log as well.
@@ -230,7 +243,7 @@ QuenlorStatus LoggingConfig::ActivateProvider(LoggingProviderType provider) noex
 {
     if (provider != LoggingProviderType::ConfigurationFile)
         return QuenlorStatus::NotFound;
-    Quietly([] { TheEngine().ReadConfigurationFile(); });
+    Quietly([] { TheEngine().Activate(); });
     return QuenlorStatus::Success;
 }
 

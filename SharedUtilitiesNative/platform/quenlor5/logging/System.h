@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -12,23 +13,40 @@
 
 namespace Quenlor::NativeLogging
 {
+constexpr std::size_t LargestConfiguration = std::size_t{16} << 20;
+
+/// Reads a file of at most that size. Never waits: pipes and devices are refused.
+/// @return none, and the reason in `error`, when it cannot be read
+std::optional<std::string> ReadConfigurationText(const std::filesystem::path& path, std::error_code& error);
+
 /// A file that is only ever appended to, kept open. Programs that this process starts do not inherit it, and it can be
 /// renamed while it is open.
 class LogFile final
 {
 public:
-    /// Opens the file, which is made if it is missing.
+    /// Opens the file, which is made if it is missing. Never waits: pipes and devices are refused.
     LogFile(const std::filesystem::path& path, std::error_code& error) noexcept;
     ~LogFile();
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
-    /// Hands the text to the system as a whole, behind what other processes have appended meanwhile.
-    std::error_code Append(std::string_view text) noexcept;
+    /// The size; none when another file has that name by now, or no file has it.
+    std::optional<std::uintmax_t> SizeAt(const std::filesystem::path& path) const noexcept;
+
+    /// Locks the file against other openings of it, until it is closed.
+    /// @return false when another opening has locked it
+    bool TryLock() const noexcept;
+
+    /// Hands the text to the system as a whole, after what other processes have appended meanwhile.
+    /// @param written is set to how much of it was written, which may be a part when there is an error
+    std::error_code Append(std::string_view text, std::size_t& written) noexcept;
 
 private:
     std::intptr_t m_handle; // -1 when no file is open, on both systems
 };
+
+/// How a line of a file ends.
+std::string_view LineEnd() noexcept;
 
 /// To standard output or standard error, as readable text also where the console has another code page.
 void WriteToConsole(std::FILE* stream, std::string_view text);

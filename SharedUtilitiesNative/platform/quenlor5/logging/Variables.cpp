@@ -1,5 +1,6 @@
 #include "logging/Variables.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "logging/System.h"
@@ -10,10 +11,24 @@ namespace
 {
 constexpr std::string_view EnvironmentPrefix = "env:";
 
+constexpr std::size_t LongestPath = 32767; // no system takes a longer one
+
+/// A logger's name as part of one file name: what would lead to another folder or stream becomes `_`.
+std::string AsFileName(std::string name)
+{
+    if (name.find_first_not_of('.') == std::string::npos) // a folder, or nothing before the rest of the path
+        return name.empty() ? "root" : std::string(name.length(), '_');
+    std::ranges::replace_if(
+        name,
+        [](char c) { return (c >= '\0' && c < ' ') || std::string_view{"/\\:"}.find(c) != std::string_view::npos; },
+        '_');
+    return name;
+}
+
 std::string ValueOf(std::string_view name, const Variables& variables)
 {
     if (name == "logger")
-        return variables.logger;
+        return AsFileName(variables.logger);
     if (name == "pid")
         return variables.process;
     if (name.starts_with(EnvironmentPrefix))
@@ -21,12 +36,12 @@ std::string ValueOf(std::string_view name, const Variables& variables)
         const std::string variable{name.substr(EnvironmentPrefix.length())};
         if (auto value = EnvironmentVariable(variable); value && !value->empty())
             return *value;
-        throw std::runtime_error("the environment variable \"" + variable + "\" is not set");
+        throw std::runtime_error("environment variable \"" + variable + "\" is not set");
     }
     if (const auto found = variables.named.find(name); found != variables.named.end())
         return found->second().ToStdString();
-    throw std::runtime_error("there is no variable \"${" + std::string{name} +
-                             "}\"; an environment variable is written ${env:NAME}");
+    throw std::runtime_error("unknown variable \"${" + std::string{name} +
+                             "}\"; environment variables are written ${env:NAME}");
 }
 } // namespace
 
@@ -44,6 +59,8 @@ std::string Expand(std::string_view text, const Variables& variables)
             throw std::runtime_error(R"("${" without "}")");
         expanded += ValueOf(text.substr(start + 2, end - start - 2), variables);
         text.remove_prefix(end + 1);
+        if (expanded.length() > LongestPath)
+            throw std::runtime_error("the path is too long");
     }
 }
 } // namespace Quenlor::NativeLogging

@@ -12,7 +12,7 @@ namespace Quenlor::NativeLogging
 /// What `${...}` can stand for in a file name.
 struct Variables
 {
-    std::string logger;  ///< ${logger}
+    std::string logger;  ///< ${logger}, as far as a file name can hold it
     std::string process; ///< ${pid}
     std::map<std::string, Utf8String (*)(), std::less<>> named;
 };

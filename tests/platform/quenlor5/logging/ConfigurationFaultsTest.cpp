@@ -64,31 +64,46 @@ TEST_P(BrokenConfiguration, HasOneFaultThatNamesTheLine)
 INSTANTIATE_TEST_SUITE_P(ReadConfiguration, BrokenConfiguration, ::testing::Values(
     Broken{"NoXml", "<logging>\n</root>", "mismatch"},
     Broken{"OtherDocument", "\n<log4j/>", "must be <logging>"},
-    Broken{"Element", "<logging>\n<apender/></logging>", "<apender>: unknown element; here can be appender, logger, root"},
-    Broken{"Text", "<logging>\n<root>console</root></logging>", "no text is expected"},
-    Broken{"Attribute", "<logging>\n<root lvl=\"info\"/></logging>", "no attribute \"lvl\"; there are level"},
-    Broken{"AttributeOfAnotherType", "<logging>\n<appender name=\"a\" type=\"console\" path=\"x\"/></logging>", "no attribute \"path\""},
-    Broken{"AttributeTwice", "<logging>\n<root level=\"info\" level=\"info\"/></logging>", "given twice"},
-    Broken{"NoName", "<logging>\n<logger level=\"info\"/></logging>", "\"name\" is missing or empty"},
-    Broken{"NoPath", "<logging>\n<appender name=\"a\" type=\"file\" path=\"\"/></logging>", "\"path\" is missing or empty"},
-    Broken{"Type", "<logging>\n<appender name=\"a\" type=\"files\"/></logging>", "\"files\" is not one of console, file,"},
-    Broken{"Level", "<logging>\n<root level=\"loud\"/></logging>", "level=\"loud\" is not one of trace, debug,"},
-    Broken{"Flag", "<logging>\n<logger name=\"a\" additivity=\"no\"/></logging>", "is not true or false"},
-    Broken{"Target", "<logging>\n<appender name=\"a\" type=\"console\" target=\"tty\"/></logging>", "is not stdout or stderr"},
-    Broken{"Pattern", "<logging>\n<appender name=\"a\" type=\"null\" pattern=\"%v %q\"/></logging>", "is not a pattern"},
-    Broken{"PatternEnd", "<logging>\n<appender name=\"a\" type=\"null\" pattern=\"%v %-5\"/></logging>", "is not a pattern"},
-    Broken{"SizeZero", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"0KB\"/></logging>", "size=\"0KB\" is not"},
-    Broken{"SizeTooLarge", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"99999999999GB\"/></logging>", "is not a number of bytes"},
-    Broken{"SizeUnit", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"5M\"/></logging>", "is not a number of bytes"},
-    Broken{"Count", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" count=\"-1\"/></logging>", "is not a number from 0"},
-    Broken{"UnknownAppender", "<logging><root>\n<appender-ref ref=\"a\"/></root></logging>", "there is no appender \"a\""},
-    Broken{"FaultyAppenderIsToldOfOnce", "<logging>\n<appender name=\"a\" type=\"b\"/><root><appender-ref ref=\"a\"/></root></logging>", "type=\"b\""},
-    Broken{"AppenderTwice", "<logging><appender name=\"a\" type=\"null\"/>\n<appender name=\"a\" type=\"null\"/></logging>", "two appenders \"a\""},
-    Broken{"LoggerTwice", "<logging><logger name=\"Ä\"/>\n<logger name=\"ä\"/></logging>", "two loggers"},
-    Broken{"RootTwice", "<logging><root/>\n<root/></logging>", "there are two of it"},
-    Broken{"SameFile", "<logging><appender name=\"a\" type=\"file\" path=\"x\"/>\n<appender name=\"b\" type=\"file\" path=\"x\"/></logging>", "\"a\" writes the same file"}),
+    Broken{"Element", "<logging>\n<apender/></logging>", "<apender>: unexpected element; expected: appender, logger, root"},
+    Broken{"Text", "<logging>\n<root>console</root></logging>", "<root>: unexpected text"},
+    Broken{"Attribute", "<logging>\n<root lvl=\"info\"/></logging>", "unknown attribute \"lvl\"; expected: level"},
+    Broken{"AttributeOfAnotherType", "<logging>\n<appender name=\"a\" type=\"console\" path=\"x\"/></logging>", "unknown attribute \"path\""},
+    Broken{"AttributeTwice", "<logging>\n<root level=\"info\" level=\"info\"/></logging>", "duplicate attribute \"level\""},
+    Broken{"NoName", "<logging>\n<logger level=\"info\"/></logging>", "attribute \"name\" is missing"},
+    Broken{"NoPath", "<logging>\n<appender name=\"a\" type=\"file\" path=\"\"/></logging>", "attribute \"path\" is missing"},
+    Broken{"Type", "<logging>\n<appender name=\"a\" type=\"files\"/></logging>", "unknown type \"files\"; expected: console, file,"},
+    Broken{"Level", "<logging>\n<root level=\"loud\"/></logging>", "invalid level=\"loud\"; expected: trace, debug,"},
+    Broken{"Flag", "<logging>\n<logger name=\"a\" additivity=\"no\"/></logging>", "expected: true, false"},
+    Broken{"Target", "<logging>\n<appender name=\"a\" type=\"console\" target=\"tty\"/></logging>", "expected: stdout, stderr"},
+    Broken{"Pattern", "<logging>\n<appender name=\"a\" type=\"null\" pattern=\"%v %q\"/></logging>", "expected after %: one of"},
+    Broken{"PatternEnd", "<logging>\n<appender name=\"a\" type=\"null\" pattern=\"%v %-5\"/></logging>", "expected after %: one of"},
+    Broken{"SizeZero", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"0KB\"/></logging>", "invalid size=\"0KB\""},
+    Broken{"SizeTooLarge", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"99999999999GB\"/></logging>", "expected: a number of bytes"},
+    Broken{"SizeUnit", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"5M\"/></logging>", "expected: a number of bytes"},
+    Broken{"Count", "<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" count=\"-1\"/></logging>", "expected: a number from 0"},
+    Broken{"UnknownAppender", "<logging><root>\n<appender-ref ref=\"a\"/></root></logging>", "unknown appender \"a\""},
+    Broken{"FaultyAppenderOnce", "<logging>\n<appender name=\"a\" type=\"b\"/><root><appender-ref ref=\"a\"/></root></logging>", "type \"b\""},
+    Broken{"AppenderTwice", "<logging><appender name=\"a\" type=\"null\"/>\n<appender name=\"a\" type=\"null\"/></logging>", "duplicate appender \"a\""},
+    Broken{"LoggerTwice", "<logging><logger name=\"Ä\"/>\n<logger name=\"ä\"/></logging>", "duplicate logger"},
+    Broken{"RootTwice", "<logging><root/>\n<root/></logging>", "duplicate element"},
+    Broken{"SameFile", "<logging><appender name=\"a\" type=\"file\" path=\"x\"/>\n<appender name=\"b\" type=\"file\" path=\"x\"/></logging>", "\"a\" writes the same file"},
+    Broken{"SameFileInOtherWords", "<logging><appender name=\"a\" type=\"file\" path=\"b/../p/x\"/>\n<appender name=\"b\" type=\"file\" path=\"./p//x\"/></logging>", "\"a\" writes the same file"},
+    Broken{"TextAfterTheRoot", "<logging/>\nrest", "nothing is expected outside <logging>"},
+    Broken{"TextBeforeTheRoot", "\nrest<logging/>", "nothing is expected outside <logging>"},
+    Broken{"SecondRoot", "<logging/>\n<logging><root level=\"info\"/></logging>", "nothing is expected outside <logging>"}),
     [](const auto& row) { return std::string{row.param.name}; });
 // clang-format on
+
+TEST(ReadConfiguration, ListsOnlySoManyFaults)
+{
+    std::string text = "<logging>";
+    for (int i = 0; i < 1000; ++i)
+        text += "\n<x/>";
+    const auto faults = FaultsOf(text + "</logging>");
+    ASSERT_EQ(faults.size(), 101U);
+    EXPECT_EQ(faults[99].line, 101U);
+    EXPECT_THAT(faults[100].text, HasSubstr("too many faults"));
+}
 
 TEST(ReadConfiguration, RefusesWhatIsNotUtf8)
 {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -110,6 +111,20 @@ TEST_F(NativeLogging, FillsVariablesInAndMakesTheFolderForTheFirstRecord)
     EXPECT_EQ(std::ranges::count_if(std::filesystem::directory_iterator{m_folder}, isNumber), 1);
 }
 
+TEST_F(NativeLogging, KeepsTheNameOfALoggerWithinOneFileName)
+{
+    Configure(R"(<appender name="a" type="file" path="in/${logger}/a.log"/><root><appender-ref ref="a"/></root>)");
+    for (const wchar_t* const name : {L"/tmp/x", L"../../x", L"..", L".", L"", L"C:\\x", L"a\n.b"})
+        Logger(name).Error("");
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator{m_folder / "in"})
+        names.insert(entry.path().lexically_relative(m_folder / "in").generic_string());
+    std::set<std::string> expected;
+    for (const std::string name : {"_tmp_x", ".._.._x", "__", "_", "root", "C__x", "a_.b"})
+        expected.insert({name, name + "/a.log"});
+    EXPECT_EQ(names, expected);
+}
+
 class RollingFile : public LoggingTest
 {
 protected:
@@ -143,17 +158,6 @@ TEST_F(RollingFile, KeepsSoManyFullFilesAndGoesOnWithTheLastOne)
     EXPECT_EQ(FirstAndLast("a.1.log"), "1030-1039");
     EXPECT_EQ(FirstAndLast("a.2.log"), "1020-1029");
     EXPECT_FALSE(exists(m_folder / "a.3.log"));
-}
-
-TEST_F(RollingFile, GrowsBeyondItsSizeWhenItCannotBeMovedAside)
-{
-    Configure(Elements);
-    create_directories(m_folder / "a.1.log" / "in the way");
-    create_directories(m_folder / "a.2.log" / "in the way");
-    ::testing::internal::CaptureStderr();
-    Write(0, 25);
-    EXPECT_THAT(::testing::internal::GetCapturedStderr(), LooksLike(".*log.xml:2: cannot move aside .*\n"));
-    EXPECT_EQ(FirstAndLast("a.log"), "1000-1025");
 }
 
 TEST_F(NativeLogging, KeepsRecordsOfManyThreadsWholeWhileItIsConfiguredAnew)
@@ -232,6 +236,9 @@ TEST_F(NativeLogging, WarnsOnStandardErrorWithoutAUsableConfiguration)
     create_directories(m_file);
     EXPECT_THAT(OnStandardError([&] { Activate(); }), LooksLike(std::string{".*log.xml: .*\n"} + WarningsAndWorse))
         << "no file";
+    remove(m_file);
+    EXPECT_THAT(OnStandardError([&] { Configure("<root level=\"info\"/>"); }),
+                LooksLike(".*log.xml:2: no appender .*\n"));
 }
 
 TEST_F(NativeLogging, TellsOnceOfAnAppenderThatCannotWorkAndGoesOnWithTheOthers)

@@ -11,11 +11,12 @@
 
 /// The logging engine of the family: loggers with dotted names, configured by an XML file (docs/logging.md).
 ///
-/// Nothing here throws or fails a caller, and every operation may be called from any thread, also while the process
-/// starts or ends. What is wrong with a configuration or a log file is told once, in one line on standard error.
+/// Nothing here throws or fails a caller, and every operation may be called from any thread, even while the process
+/// starts or ends. What is wrong with a configuration or a log file is reported once, in one line on standard error and
+/// in the debugger.
 namespace Quenlor::NativeLogging
 {
-/// How serious a record is. A logger or appender that is set to a level takes that level and all behind it.
+/// How serious a record is. A logger or appender that is set to a level takes that level and all after it.
 enum class LogLevel : int
 {
     Trace,
@@ -34,7 +35,7 @@ public:
     /// @{
 
     /// Refers to that text; a null pointer gives the empty one.
-    // Implicit on purpose: whatever holds text can be logged.
+    // Implicit on purpose: everything that holds text can be logged.
     LogText(const char* text) noexcept : m_text{text ? text : ""} {}
     LogText(std::string_view text) noexcept : m_text{text} {}
     LogText(const std::string& text) noexcept : m_text{text} {}
@@ -47,8 +48,13 @@ private:
     std::string_view m_text;
 };
 
-/// What a program writes its records to. The engine owns it; it lives until the process is gone, so it can be used in
-/// the destructors of static objects as well.
+/// What a program writes its records to. The engine owns it; it lives until the process is gone, so the destructors of
+/// static objects can use it as well.
+///
+///     ILogger& log = *LoggingManager::GetLogger(L"Editor.Analysis");
+///     log.Warning("The section database is older than this program");
+///     if (log.IsEnabled(LogLevel::Debug))
+///         log.Debug(DescribeEverything());
 ///
 /// A record has been handed to the operating system when the call returns: a crash of the process does not lose it.
 class QUENLOR_EXPORT ILogger
@@ -59,7 +65,7 @@ public:
 
     virtual const Utf8String& GetName() const noexcept = 0; ///< As it was given to LoggingManager::GetLogger.
 
-    /// Whether anybody takes records of this level; costs one load and a comparison. Ask it before putting together a
+    /// Whether any appender takes records of this level; costs one load and a comparison. Ask before composing a
     /// message that takes work.
     bool IsEnabled(LogLevel level) const noexcept
     {
@@ -68,7 +74,7 @@ public:
 
     /// @{
 
-    /// Writes a record if anybody takes records of its level.
+    /// Writes a record if any appender takes records of its level.
     void Log(LogLevel level, LogText text) noexcept
     {
         if (IsEnabled(level))
@@ -86,7 +92,7 @@ public:
 protected:
     ILogger() = default;
     ~ILogger() = default;
-    /// For the engine: the least level that anybody takes.
+    /// For the engine: the lowest level that any appender takes.
     void SetLevel(LogLevel level) noexcept { m_level.store(level, std::memory_order_relaxed); }
 
 private:
@@ -108,19 +114,20 @@ public:
     LoggingConfig() = delete;
 
     /// Sets an option for the provider that is activated next. There is one: "CONFIG_FILE", the full path of the
-    /// configuration file. Others are kept and mean nothing.
+    /// configuration file. Other options are ignored.
     static void SetOption(const WString& name, const WString& value) noexcept;
     static void SetOption(const Utf8String& name, const Utf8String& value) noexcept; ///< The same in UTF-8.
 
     /// Lets `${name}` stand for what `value` returns, in the file names of the configuration that is activated next.
-    /// It is asked only for a file name with that variable; when it throws, the configuration is told to be faulty and
-    /// the appender with that file name writes nothing.
+    /// It is called only for a file name with that variable. When it throws, that is reported as a fault of the
+    /// configuration, and the appender with that file name writes nothing.
     static void DefineVariable(const WString& name, Utf8String (*value)()) noexcept;
     static void DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept; ///< The name in UTF-8.
 
     /// Starts the engine, or starts it anew: loggers that were handed out before follow the new configuration.
-    /// Until then, and when the configuration file is missing or no XML, warnings and worse go to standard error.
-    /// @return NotFound for a provider that this library has not; nothing has changed then
+    /// Until then, and when the configuration file is missing or not XML, warnings and worse go to standard error and
+    /// to the debugger.
+    /// @return NotFound for a provider that this library does not have; nothing has changed then
     static QuenlorStatus ActivateProvider(LoggingProviderType provider) noexcept;
 };
 
@@ -132,7 +139,7 @@ public:
 
     /// The one logger of that name, made when it is first asked for. Dots separate the names of its ancestors, from
     /// which it inherits level and appenders; the empty name is that of the root.
-    /// @return null only when memory runs out
+    /// @return null only when memory runs out; the next call tries again
     static ILogger* GetLogger(const WString& name) noexcept;
     static ILogger* GetLogger(const Utf8String& name) noexcept; ///< The name in UTF-8.
 };

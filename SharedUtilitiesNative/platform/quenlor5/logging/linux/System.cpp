@@ -2,44 +2,95 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include "logging/Faults.h"
 #include "posix/Environment.h"
+#include "posix/ReadFile.h"
 #include "posix/RetryInterrupted.h"
 
 namespace Quenlor::NativeLogging
 {
 namespace
 {
+// O_NONBLOCK: a pipe in the file's place has nobody who reads it.
+constexpr int OpeningFlags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
 std::error_code LastError() noexcept
 {
     return {errno, std::system_category()};
 }
+
+int Descriptor(std::intptr_t handle) noexcept
+{
+    return static_cast<int>(handle);
+}
 } // namespace
 
-LogFile::LogFile(const std::filesystem::path& path, std::error_code& error) noexcept
-    : m_handle{::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0666)}
+std::optional<std::string> ReadConfigurationText(const std::filesystem::path& path, std::error_code& error)
 {
-    error = m_handle < 0 ? LastError() : std::error_code{};
+    const Posix::FileDescriptor file = Posix::OpenFile(path);
+    auto text = file ? Posix::ReadAll(file, LargestConfiguration) : std::nullopt;
+    error = text ? std::error_code{} : LastError();
+    return text;
+}
+
+LogFile::LogFile(const std::filesystem::path& path, std::error_code& error) noexcept
+    : m_handle{Posix::RetryInterrupted([&] { return ::open(path.c_str(), OpeningFlags, 0666); })}
+{
+    struct stat status;
+    if (m_handle < 0 || ::fstat(Descriptor(m_handle), &status) != 0)
+        error = LastError();
+    else
+        error = S_ISREG(status.st_mode) ? std::error_code{} : make_error_code(std::errc::not_supported);
 }
 
 LogFile::~LogFile()
 {
     if (m_handle >= 0)
-        ::close(static_cast<int>(m_handle));
+        ::close(Descriptor(m_handle));
 }
 
-std::error_code LogFile::Append(std::string_view text) noexcept
+std::optional<std::uintmax_t> LogFile::SizeAt(const std::filesystem::path& path) const noexcept
 {
-    while (!text.empty()) // once, unless the disk is full
+    struct stat own;
+    struct stat named;
+    if (::fstat(Descriptor(m_handle), &own) != 0)
+        return 0;
+    const bool isGone =
+        ::stat(path.c_str(), &named) == 0 ? own.st_dev != named.st_dev || own.st_ino != named.st_ino : errno == ENOENT;
+    return isGone ? std::nullopt : std::optional{static_cast<std::uintmax_t>(own.st_size)};
+}
+
+bool LogFile::TryLock() const noexcept
+{
+    return ::flock(Descriptor(m_handle), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+std::error_code LogFile::Append(std::string_view text, std::size_t& written) noexcept
+{
+    written = 0;
+    while (written < text.length()) // once, unless the disk is full
     {
-        const ssize_t written =
-            Posix::RetryInterrupted([&] { return ::write(static_cast<int>(m_handle), text.data(), text.length()); });
-        if (written < 0)
+        const ssize_t count = Posix::RetryInterrupted(
+            [&] { return ::write(Descriptor(m_handle), text.data() + written, text.length() - written); });
+        if (count < 0)
             return LastError();
-        text.remove_prefix(static_cast<std::size_t>(written));
+        written += static_cast<std::size_t>(count);
     }
     return {};
+}
+
+std::string_view LineEnd() noexcept
+{
+    return "\n";
+}
+
+std::string NativeName(const QnFileName& file)
+{
+    return file.ToNativePath();
 }
 
 void WriteToConsole(std::FILE* stream, std::string_view text)

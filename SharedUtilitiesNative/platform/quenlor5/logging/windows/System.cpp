@@ -1,9 +1,13 @@
 #include "logging/System.h"
 
+#include <fstream>
 #include <io.h>
+#include <tuple>
 
 #include <Platform/Win32.h>
 #include <Quenlor/QnStringUtilities.h>
+
+#include "logging/Faults.h"
 
 namespace Quenlor::NativeLogging
 {
@@ -14,9 +18,23 @@ std::error_code LastError() noexcept
     return {static_cast<int>(::GetLastError()), std::system_category()};
 }
 
+constexpr std::intptr_t Closed = -1; // INVALID_HANDLE_VALUE as a number
+
 HANDLE HandleOf(std::intptr_t handle) noexcept
 {
     return reinterpret_cast<HANDLE>(handle);
+}
+
+std::intptr_t Open(const std::filesystem::path& path, DWORD access, DWORD disposition) noexcept
+{
+    constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return reinterpret_cast<std::intptr_t>(
+        ::CreateFileW(path.c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+auto Identity(const BY_HANDLE_FILE_INFORMATION& file) noexcept
+{
+    return std::tuple{file.dwVolumeSerialNumber, file.nFileIndexHigh, file.nFileIndexLow};
 }
 
 WString Wide(std::string_view text)
@@ -27,26 +45,79 @@ WString Wide(std::string_view text)
 }
 } // namespace
 
-LogFile::LogFile(const std::filesystem::path& path, std::error_code& error) noexcept
-    : m_handle{reinterpret_cast<std::intptr_t>(::CreateFileW(path.c_str(), FILE_APPEND_DATA,
-                                                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                                             nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))}
+std::optional<std::string> ReadConfigurationText(const std::filesystem::path& path, std::error_code& error)
 {
-    error = HandleOf(m_handle) == INVALID_HANDLE_VALUE ? LastError() : std::error_code{};
+    const std::uintmax_t size = std::filesystem::file_size(path, error); // an error for what is not a file
+    if (!error && size > LargestConfiguration)
+        error = make_error_code(std::errc::file_too_large);
+    if (error)
+        return std::nullopt;
+    std::string text(static_cast<std::size_t>(size), '\0');
+    if (std::ifstream{path, std::ios::binary}.read(text.data(), std::ssize(text)))
+        return text;
+    error = make_error_code(std::errc::io_error);
+    return std::nullopt;
+}
+
+LogFile::LogFile(const std::filesystem::path& path, std::error_code& error) noexcept
+    : m_handle{Open(path, FILE_APPEND_DATA | FILE_READ_DATA, OPEN_ALWAYS)} // the right to read is for the lock
+{
+    if (m_handle == Closed)
+        error = LastError();
+    else
+        error = ::GetFileType(HandleOf(m_handle)) == FILE_TYPE_DISK ? std::error_code{}
+                                                                    : make_error_code(std::errc::not_supported);
 }
 
 LogFile::~LogFile()
 {
-    if (HandleOf(m_handle) != INVALID_HANDLE_VALUE)
+    if (m_handle != Closed)
         ::CloseHandle(HandleOf(m_handle));
 }
 
-std::error_code LogFile::Append(std::string_view text) noexcept
+std::optional<std::uintmax_t> LogFile::SizeAt(const std::filesystem::path& path) const noexcept
 {
-    DWORD written = 0;
+    const std::intptr_t other = Open(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
+    const DWORD failure = ::GetLastError();
+    BY_HANDLE_FILE_INFORMATION own{};
+    BY_HANDLE_FILE_INFORMATION named{};
+    ::GetFileInformationByHandle(HandleOf(m_handle), &own);
+    bool isGone = failure == ERROR_FILE_NOT_FOUND;
+    if (other != Closed)
+    {
+        ::GetFileInformationByHandle(HandleOf(other), &named);
+        ::CloseHandle(HandleOf(other));
+        isGone = Identity(own) != Identity(named);
+    }
+    return isGone ? std::nullopt : std::optional{std::uintmax_t{own.nFileSizeHigh} << 32 | own.nFileSizeLow};
+}
+
+bool LogFile::TryLock() const noexcept
+{
+    OVERLAPPED farBeyondTheText{};
+    farBeyondTheText.Offset = farBeyondTheText.OffsetHigh = 0x7FFFFFFF;
+    return ::LockFileEx(HandleOf(m_handle), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
+                        &farBeyondTheText) ||
+           ::GetLastError() != ERROR_LOCK_VIOLATION;
+}
+
+std::error_code LogFile::Append(std::string_view text, std::size_t& written) noexcept
+{
+    DWORD count = 0;
     const bool isWritten =
-        ::WriteFile(HandleOf(m_handle), text.data(), static_cast<DWORD>(text.length()), &written, nullptr);
+        ::WriteFile(HandleOf(m_handle), text.data(), static_cast<DWORD>(text.length()), &count, nullptr);
+    written = count;
     return isWritten ? std::error_code{} : LastError();
+}
+
+std::string_view LineEnd() noexcept
+{
+    return "\r\n";
+}
+
+std::string NativeName(const QnFileName& file)
+{
+    return file.GetNameUtf8().ToStdString();
 }
 
 void WriteToConsole(std::FILE* stream, std::string_view text)
