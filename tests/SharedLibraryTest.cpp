@@ -1,79 +1,102 @@
-// Linked against the shared libraries as an application is, so what they export, and what passes between them and a
-// program, is tried for real. Everything else is tested on the static form.
+// Linked against the shared libraries as an application is: tries what passes between them and a program. Everything
+// else is tested on the static form.
 
-#include <gmock/gmock.h>
+#include <RegistryHelper.h> // first, and without <windows.h>: it brings its own roots
 
+#include <filesystem>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <CoreUtilities.h>
+#include <IniReader.h>
+#include <Logger.h>
 #include <Quenlor/QnFileName.h>
 #include <Quenlor/QnStringUtilities.h>
+#include <VersionConfig.h>
+#include <gmock/gmock.h>
 
-#include "CoreUtilities.h"
-#include "DirectoryConfig.h"
-#include "IniReader.h"
-#include "Logger.h"
-#include "PerMonitorDPIHelper.h"
-#include "RegistryHelper.h"
-#include "VersionConfig.h"
-#include "support/TemporaryFolder.h"
+#include "support/Files.h"
 
 namespace
 {
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
-using ::testing::ElementsAre;
+using namespace Quenlor::NativeLogging;
+using Quenlor::QnFileName;
+using Quenlor::Utf8String;
 using ::testing::ThrowsMessage;
 
-TEST(SharedLibrary, LetsExceptionsThroughWithTheirTypeAndMessage)
+class SharedLibrary : public ::testing::Test
+{
+protected:
+    ~SharedLibrary() override { std::filesystem::remove_all(m_file.parent_path()); }
+
+    const std::filesystem::path m_file =
+        std::filesystem::temp_directory_path() / ("Shared Library " + std::to_string(std::random_device{}())) / "file";
+};
+
+TEST_F(SharedLibrary, HasTheSystemsRoots)
+{
+    EXPECT_EQ(RegistryHelper::GetIntValue(HKEY_CURRENT_USER, "No Such Key", "Value", 7), 7);
+    EXPECT_EQ(reinterpret_cast<std::intptr_t>(HKEY_CLASSES_ROOT), INT32_MIN);
+    EXPECT_EQ(reinterpret_cast<std::intptr_t>(HKEY_LOCAL_MACHINE), INT32_MIN + 2);
+    EXPECT_EQ(RegistryHelper::GetCurrentUserKey(),
+              R"(Software\Quenlor Systems\)" + VersionConfig::GetVersionStamp().ToStdString());
+}
+
+TEST_F(SharedLibrary, LetsExceptionsThrough)
 {
     std::string text = "abc";
     EXPECT_THAT([&] { RightOf(text, 3); }, ThrowsMessage<std::out_of_range>("invalid string position"));
     EXPECT_THAT([&] { RightOf(text, 3); }, ThrowsMessage<std::exception>("invalid string position"));
 }
 
-TEST(SharedLibrary, SharesMemoryWithItsCaller)
+TEST_F(SharedLibrary, SharesMemoryWithItsCaller)
 {
-    const TemporaryFolder folder;
+    WriteFile(m_file, "[Section]\nfirst=1\nsecond=" + std::string(1000, 'x'));
     IniReader reader;
-    ASSERT_TRUE(reader.LoadFile(
-        folder.Write("[Section]\nfirst=1\nsecond=" + std::string(1000, 'x') + "\nthird=none\n").wstring()));
-
+    ASSERT_TRUE(reader.LoadFile(m_file.wstring()));
     std::vector<IniKeyValue> pairs;
-    EXPECT_EQ(reader.GetKeyValuePairListBySection("Section", pairs), 3);
+    EXPECT_EQ(reader.GetKeyValuePairListBySection("Section", pairs), 2);
     EXPECT_EQ(pairs[1].Value, std::string(1000, 'x'));
-    EXPECT_EQ(reader.GetIntegerValue("Section", "first", 7), 1);
-    EXPECT_THAT([&] { reader.GetIntegerValue("Section", "third", 7); },
-                ThrowsMessage<std::invalid_argument>("invalid stoi argument"));
-
-    std::vector<Quenlor::Utf8String> pieces;
+    std::vector<Utf8String> pieces;
     Quenlor::QnStringUtilities::Split("a,b", ",", nullptr, pieces);
-    EXPECT_THAT(pieces, ElementsAre("a", "b"));
+    EXPECT_THAT(pieces, ::testing::ElementsAre("a", "b"));
 }
 
-TEST(SharedLibrary, ExportsEachClass)
+TEST_F(SharedLibrary, TakesTextsAndPathsOfEveryType)
 {
-    EXPECT_EQ(RegistryHelper::GetCurrentUserKey().ToStdString(),
-              R"(Software\Quenlor Systems\)" + VersionConfig::GetVersionStamp().ToStdString());
-    EXPECT_TRUE(Quenlor::QnFileName::DoesPathExist(DirectoryConfig::GetCurrentExeDirectory().GetName()));
-    EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
-    EXPECT_GE(PerMonitorDPIHelper::GetSystemDPI(), 96.0);
+    WriteFile(m_file, "[Main]\nSize=4\n");
+    const Utf8String path = QnFileName{m_file.wstring()}.GetNameUtf8();
+    EXPECT_TRUE(exists(ToNativePath(path)));
+    const ILogger* const logger = LoggingManager::GetLogger(path);
+    const auto take = [logger](const auto& text)
+    {
+        IniReader reader;
+        EXPECT_TRUE(reader.LoadFile(text));
+        EXPECT_TRUE(reader.LoadSection(text, "Main"));
+        EXPECT_EQ(reader.GetIntegerValue("Main", "Size", 0), 4);
+        EXPECT_EQ(LoggingManager::GetLogger(text), logger);
+    };
+    take(path);
+    take(path.c_str());
+    take(path.ToStdString());
+    take(QnFileName{path}.GetName());
+    EXPECT_EQ(QnFileName{"a.ini"}.GetNameUtf8(), QnFileName{std::string{"a.ini"}}.GetNameUtf8());
 }
 
-TEST(SharedLibrary, LogsAndKeepsAFailureOfTheProgramsFromIt)
+TEST_F(SharedLibrary, KeepsAProgramsFailureFromLoggingCalls)
 {
-    const TemporaryFolder folder;
-    const auto configuration = folder.Write(R"(<logging>
+    WriteFile(m_file, R"(<logging>
         <appender name="a" type="file" path="${Place}/a.log"/>
-        <root><appender-ref ref="a"/></root></logging>)",
-                                            "log.xml");
-    using namespace Quenlor::NativeLogging;
-    LoggingConfig::DefineVariable(L"Place", []() -> Quenlor::Utf8String { throw std::runtime_error("No place"); });
-    LoggingConfig::SetOption(L"CONFIG_FILE", configuration.wstring());
+        <root><appender-ref ref="a"/></root></logging>)");
+    LoggingConfig::DefineVariable(L"Place", []() -> Utf8String { throw std::runtime_error("No place"); });
+    LoggingConfig::SetOption(L"CONFIG_FILE", m_file.wstring());
     ::testing::internal::CaptureStderr();
     EXPECT_EQ(LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile), Quenlor::QuenlorStatus::Success);
     EXPECT_FALSE(LoggingManager::GetLogger(L"Editor")->IsEnabled(LogLevel::Critical));
-    EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::HasSubstr("log.xml:2: <appender>: \"a\""));
+    EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::HasSubstr("file:2: <appender>: \"a\""));
     EXPECT_STREQ(Logger::Get()->GetName().c_str(), "SharedLibraryTests");
 }
 } // namespace

@@ -13,7 +13,8 @@
 #include <gmock/gmock.h>
 
 #include "files/ReadToEnd.h"
-#include "support/TemporaryFolder.h"
+#include "support/Files.h"
+#include "support/ScratchMachine.h"
 
 namespace
 {
@@ -47,21 +48,27 @@ Pairs PairList(const IniReader& reader, const std::string& section)
 class IniReaderTest : public ::testing::Test
 {
 protected:
+    std::filesystem::path Write(const std::string& text, const char8_t* name = u8"test.ini") const
+    {
+        WriteFile(m_machine.Root() / name, text);
+        return m_machine.Root() / name;
+    }
+
     /// A reader that has loaded the text as a file.
     IniReader& With(const std::string& text)
     {
-        EXPECT_TRUE(m_reader.LoadFile(m_folder.Write(text).wstring()));
+        EXPECT_TRUE(m_reader.LoadFile(Write(text).wstring()));
         return m_reader;
     }
 
     IniReader& WithSection(const std::string& text, const std::string& section)
     {
-        EXPECT_TRUE(m_reader.LoadSection(m_folder.Write(text).wstring(), section));
+        EXPECT_TRUE(m_reader.LoadSection(Write(text).wstring(), section));
         return m_reader;
     }
 
-    TemporaryFolder m_folder;
-    const std::wstring m_missingFile = (m_folder.Path() / "missing.ini").wstring();
+    const ScratchMachine m_machine;
+    const std::wstring m_missingFile = (m_machine.Root() / "missing.ini").wstring();
     IniReader m_reader;
 };
 
@@ -98,7 +105,7 @@ TEST_F(IniReaderTest, StoresWhatTheRulesOfLinesSay)
     for (const Lines& row : Rows)
     {
         IniReader reader; // a used one remembers keys
-        EXPECT_TRUE(reader.LoadFile(m_folder.Write(row.text).wstring()));
+        EXPECT_TRUE(reader.LoadFile(Write(row.text).wstring()));
         std::map<std::string, Pairs> sections;
         for (const std::string& section : SectionList(reader))
             sections[section] = PairList(reader, section);
@@ -109,7 +116,7 @@ TEST_F(IniReaderTest, StoresWhatTheRulesOfLinesSay)
 TEST_F(IniReaderTest, LoadsNoValuesWithoutAFileAndCallsOnlyAMissingOneAFailure)
 {
     With("[A]\nk=1\n");
-    EXPECT_TRUE(m_reader.LoadFile(m_folder.Path().wstring())) << "is there, but cannot be opened";
+    EXPECT_TRUE(m_reader.LoadFile(m_machine.Root().wstring())) << "is there, but cannot be opened";
     EXPECT_THAT(SectionList(m_reader), IsEmpty());
     EXPECT_FALSE(m_reader.LoadFile(m_missingFile));
     EXPECT_FALSE(m_reader.LoadSection(m_missingFile, "A"));
@@ -117,7 +124,7 @@ TEST_F(IniReaderTest, LoadsNoValuesWithoutAFileAndCallsOnlyAMissingOneAFailure)
 
 TEST_F(IniReaderTest, TakesNarrowPathsAsUtf8InAnyLetterCase)
 {
-    const std::u8string utf8 = m_folder.Write("[A]\nk=1\n", u8"Tr\u00E4ger \u6881.ini").u8string();
+    const std::u8string utf8 = Write("[A]\nk=1\n", u8"Tr\u00E4ger \u6881.ini").u8string();
     const std::string file{utf8.begin(), utf8.end()};
     EXPECT_TRUE(m_reader.LoadFile(file));
     EXPECT_EQ(m_reader.GetIntegerValue("A", "k", 0), 1);
@@ -128,7 +135,7 @@ TEST_F(IniReaderTest, TakesNarrowPathsAsUtf8InAnyLetterCase)
 TEST_F(IniReaderTest, CtrlZEndsTheTextWhereTheRuntimeSaysSo)
 {
     const std::string text = "[A]\r\nk=1\r\n\x1A\nk=2\n";
-    std::ifstream stream{m_folder.Write(text)};
+    std::ifstream stream{Write(text)};
     const auto runtime = std::string{std::istreambuf_iterator<char>{stream}, {}};
     EXPECT_EQ(With(text).GetStringValue("A", "k", ""), runtime.find('2') == runtime.npos ? "1" : "2");
 }

@@ -4,55 +4,69 @@
 
 #include <gtest/gtest.h>
 
+#include "support/InstallationTest.h"
 #include "support/Printers.h"
-#include "support/ScratchMachine.h"
 
 namespace
 {
+using Quenlor::Utf8String;
 using Quenlor::Fraxo::SharedUtilities::Native::LanguageHelper;
 
 struct Row
 {
-    const char* name;
     const char* code;
     const char* culture;
-    const char* id;
     int number;
     const char* postfix;
     const char* font = "Arial";
+    const char* root = R"(C:\Fraxo Pro\)";
 };
 
-class LanguageMapping : public ::testing::TestWithParam<Row>
+class Language : public InstallationTest, public ::testing::WithParamInterface<Row>
 {
 protected:
-    LanguageMapping() { m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", GetParam().code); }
+    Language()
+    {
+        m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", GetParam().code);
+        Install(GetParam().root);
+    }
 
-    ScratchMachine m_machine;
+    /// A path below the root, with the postfix of the current language in front of ".dll".
+    static Utf8String Library(const std::string& tail) { return GetParam().root + tail + GetParam().postfix + ".dll"; }
 };
 
-TEST_P(LanguageMapping, GoesByTheCurrentLanguage)
+TEST_P(Language, DecidesNumbersNamesAndFonts)
 {
     EXPECT_EQ(LanguageHelper::GetCultureString(), GetParam().culture);
-    EXPECT_EQ(LanguageHelper::GetLangIdString(), GetParam().id);
+    EXPECT_EQ(LanguageHelper::GetLangIdString(), '0' + std::to_string(GetParam().number));
     EXPECT_EQ(LanguageHelper::GetLangId(), GetParam().number);
     EXPECT_EQ(LanguageHelper::GetDllLanguagePostfix(), GetParam().postfix);
     EXPECT_EQ(LanguageHelper::GetDllLanguagePostfix(GetParam().code), GetParam().postfix);
     EXPECT_EQ(LanguageHelper::GetTablesFontName(), GetParam().font);
 }
 
-// One regular language speaks for the others.
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Language, LanguageMapping, ::testing::Values(
-    Row{"Regular", "tr", "tr-TR", "06", 6, "TR"},
-    Row{"JapaneseWithItsCountrysPostfixAndAFontOfItsOwn", "ja", "ja-JP", "08", 8, "JP", "Meiryo UI"},
-    Row{"ChineseWithARegion", "zh-cn", "zh-CN", "09", 9, "CH"},
-    Row{"ItalianWithEnglishLibraries", "it", "it-IT", "01", 1, "EN"},
-    Row{"KoreanWithEnglishLibraries", "ko", "ko-KR", "01", 1, "EN"},
-    Row{"MarathiWithLibrariesButNoId", "mr", "mr-IN", "01", 1, "MA"},
-    Row{"UnknownRegionInCapitals", "zh-CN", "en-US", "01", 1, "EN"},
-    Row{"UnknownWithoutARegion", "zh", "en-US", "01", 1, "EN"},
-    Row{"UnknownInCapitals", "JA", "en-US", "01", 1, "EN"},
-    Row{"UnknownWithARegion", "ja-jp", "en-US", "01", 1, "EN"}),
-    [](const auto& row) { return std::string{row.param.name}; });
-// clang-format on
+// One library for each base.
+TEST_P(Language, DecidesLibrariesAndFolders)
+{
+    EXPECT_EQ(LanguageHelper::GetAdvancedQryResourcePath(), Library(R"(Resource\Language\QueryGenRes)"));
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguageSectionWizardDllPath("Free"), Library(R"(FRAXO\SectionWizard\Free)"));
+    EXPECT_EQ(LanguageHelper::GetStWizardInternalResourcePath(), Library(R"(FRAXO\StWizard)"));
+
+    // "USEnglish" in any language
+    EXPECT_EQ(LanguageHelper::GetFraxoProResourcePath(), Library(R"(Resource\Language\USEnglish)"));
+    const std::string languages = GetParam().root + std::string{R"(Resource\Language\)"};
+    EXPECT_EQ(LanguageHelper::GetFraxoProResourcePath("mr"), languages + "USEnglishMA.dll");
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguageDirectory(), languages + GetParam().code + '\\');
+    EXPECT_EQ(LanguageHelper::GetCurrentLanguageDirectory(""), languages + R"(\)");
+    EXPECT_EQ(LanguageHelper::GetCodeDescriptionDir(), Utf8String{R"(Language\)"} + GetParam().code);
+}
+
+// One regular language speaks for the others. Letter case and length of a code matter.
+INSTANTIATE_TEST_SUITE_P(
+    , Language,
+    ::testing::Values(Row{"tr", "tr-TR", 6, "TR"}, Row{"ja", "ja-JP", 8, "JP", "Meiryo UI", ""},
+                      Row{"zh-cn", "zh-CN", 9, "CH"}, Row{"it", "it-IT", 1, "EN"}, Row{"ko", "ko-KR", 1, "EN"},
+                      Row{"mr", "mr-IN", 1, "MA"}, Row{"zh-CN", "en-US", 1, "EN"}, Row{"zh", "en-US", 1, "EN"},
+                      Row{"JA", "en-US", 1, "EN"}, Row{"ja-jp", "en-US", 1, "EN"},
+                      Row{R"(..\..\it)", "en-US", 1, "EN", "Arial", "C:/Pro/"})); // not checked, see docs/security.md
 } // namespace

@@ -13,6 +13,7 @@
 
 namespace
 {
+using namespace std::string_literals;
 using Settings = Quenlor::Fraxo::SharedUtilities::Native::UserSettingsConfig;
 
 class ExternalApplications : public InstallationTest
@@ -28,14 +29,9 @@ protected:
 
     std::string Folder(const char* name) const { return m_machine.Folder(name); }
 
-    void Machine(const char* key, const char* name, std::string_view text) const
+    void Record(const char* key, const char* name, std::string_view text, HKEY root = HKEY_LOCAL_MACHINE) const
     {
-        m_machine.WriteText(HKEY_LOCAL_MACHINE, key, name, text);
-    }
-
-    void User(const char* key, const char* name, std::string_view text) const
-    {
-        m_machine.WriteText(HKEY_CURRENT_USER, key, name, text);
+        m_machine.WriteText(root, key, name, text);
     }
 };
 
@@ -45,55 +41,44 @@ TEST_F(ExternalApplications, AreAbsentOnAnEmptyMachine)
     WriteFile(m_machine.Root() / "sbuilder.exe", "");
     WriteFile(m_machine.Root() / "MSInfo32.exe", "");
     std::filesystem::current_path(m_machine.Root());
-    for (const auto find :
-         {Settings::GetAdaptBuilderExePath, Settings::GetLumConceptExePath, Settings::GetPlanWinExePath,
-          Settings::GetKRDCExePath, Settings::GetTechnipExePath, Settings::GetMsInfo32ExePath,
-          Settings::GetDesconWinExePath, Settings::GetPlexoraExplorerExecutablePath})
+    for (const auto find : {Settings::GetAdaptBuilderExePath, Settings::GetMsInfo32ExePath,
+                            Settings::GetTechnipExePath, Settings::GetPlexoraExplorerExecutablePath})
         EXPECT_EQ(find(), "");
     std::filesystem::current_path(m_machine.Root().parent_path());
     EXPECT_FALSE(Settings::IsPlexoraExplorerInstalled());
-    EXPECT_FALSE(Settings::GetDesconWinInterface());
 }
 
-TEST_F(ExternalApplications, AdaptIsTheUsersEvenWhenOnlyTheMachinesIsThere)
+TEST_F(ExternalApplications, PreferTheUsersAdapt)
 {
     constexpr char Key[] = R"(SOFTWARE\Adapt\BUILDERPLUSPATH)";
-    Machine(Key, "", Folder("Machine's Adapt"));
-    WriteFile(m_machine.Root() / "Machine's Adapt" / "sbuilder.exe", "program");
-    EXPECT_EQ(Settings::GetAdaptBuilderExePath(), Folder("Machine's Adapt") + "sbuilder.exe");
+    Program("sbuilder.exe");
+    Record(Key, "", Folder("Programs"));
+    EXPECT_EQ(Settings::GetAdaptBuilderExePath(), Folder("Programs") + "sbuilder.exe");
 
-    User(Key, "", R"(X:\gone)");
+    Record(Key, "", R"(X:\gone)", HKEY_CURRENT_USER);
     EXPECT_EQ(Settings::GetAdaptBuilderPath(), R"(X:\gone)");
     EXPECT_EQ(Settings::GetAdaptBuilderExePath(), "");
 }
 
-TEST_F(ExternalApplications, LumConceptIsTheLinkedOneThenTheLatestOne)
+TEST_F(ExternalApplications, PreferTheLinkedThenTheLatestLumConcept)
 {
     constexpr char Key[] = R"(SOFTWARE\Lum International\Lum Concept\Integration)";
     constexpr char Linked[] = "UserFraxoLinkExePath";
     constexpr char Latest[] = "LatestConceptExePath";
-    const struct
+    // from the last choice to the first
+    for (const auto& [name, root] : {std::pair{Latest, HKEY_CURRENT_USER}, std::pair{Latest, HKEY_LOCAL_MACHINE},
+                                     std::pair{Linked, HKEY_CURRENT_USER}, std::pair{Linked, HKEY_LOCAL_MACHINE}})
     {
-        HKEY root;
-        const char* name;
-        std::string program;
-    } candidates[] = {
-        // from the last choice to the first
-        {HKEY_CURRENT_USER, Latest, Program("user's latest.exe")},
-        {HKEY_LOCAL_MACHINE, Latest, Program("machine's latest.exe")},
-        {HKEY_CURRENT_USER, Linked, Program("user's link.exe")},
-        {HKEY_LOCAL_MACHINE, Linked, Program("machine's link.exe")},
-    };
-    for (const auto& [root, name, program] : candidates)
-    {
-        m_machine.WriteText(root, Key, name, program);
+        const std::string before = Settings::GetLumConceptExePath().ToStdString();
+        Record(Key, name, R"(X:\deleted.exe)", root);
+        EXPECT_EQ(Settings::GetLumConceptExePath(), before);
+        const std::string program = Program((root == HKEY_CURRENT_USER ? "user's "s : "machine's "s) + name);
+        Record(Key, name, program, root);
         EXPECT_EQ(Settings::GetLumConceptExePath(), program);
     }
-    Machine(Key, Linked, R"(X:\deleted.exe)");
-    EXPECT_EQ(Settings::GetLumConceptExePath(), candidates[2].program);
 }
 
-TEST_F(ExternalApplications, AProgramInItsInstallFolderNeedsFolderNameAndFile)
+TEST_F(ExternalApplications, InAnInstallFolderNeedFolderNameAndFile)
 {
     const struct
     {
@@ -106,16 +91,15 @@ TEST_F(ExternalApplications, AProgramInItsInstallFolderNeedsFolderNameAndFile)
     };
     for (const auto& [key, find, version] : products)
     {
-        Machine(key, "ProductName", "Planner.2");
+        Record(key, "ProductName", "Planner.2");
         EXPECT_EQ(find(), "") << "no folder";
-        Machine(key, "InstallPath", Folder("Programs"));
+        Record(key, "InstallPath", Folder("Programs"));
         EXPECT_EQ(find(), "") << "no file";
         const std::string program = Program("Planner.2.exe");
         EXPECT_EQ(find(), program);
-        Machine(key, "ProductName", "");
+        Record(key, "ProductName", "");
         EXPECT_EQ(find(), "") << "no name";
-        EXPECT_EQ(version(), "");
-        Machine(key, "Version", "4.02");
+        Record(key, "Version", "4.02");
         EXPECT_EQ(version(), "4.02");
         std::filesystem::remove(NativePath(program));
     }
@@ -147,36 +131,36 @@ private:
     static constexpr const char* Keys[] = {"Fraxo.foundation", "FRAXO Foundation Adv", "Word.Application"};
 };
 
-TEST_F(ProductClasses, FoundationIsWhatItsLastVersionRecordedUnchecked)
+TEST_F(ProductClasses, NameFoundationUnchecked)
 {
-    m_machine.WriteText(HKEY_CLASSES_ROOT, R"(Fraxo.foundation\7.0)", "ExeName", R"(X:\gone\seven.exe)");
-    m_machine.WriteText(HKEY_CLASSES_ROOT, R"(FRAXO Foundation Adv\5.0)", "ExeName", "five.exe");
+    Record(R"(Fraxo.foundation\7.0)", "ExeName", R"(X:\gone\seven.exe)", HKEY_CLASSES_ROOT);
+    Record(R"(FRAXO Foundation Adv\5.0)", "ExeName", "five.exe", HKEY_CLASSES_ROOT);
     EXPECT_EQ(Settings::GetFraxoFoundationExePath(false), R"(X:\gone\seven.exe)");
     EXPECT_EQ(Settings::GetFraxoFoundationExePath(true), "five.exe");
-    m_machine.WriteText(HKEY_CLASSES_ROOT, "Fraxo.foundation", "LastVersion", "8.1");
+    Record("Fraxo.foundation", "LastVersion", "8.1", HKEY_CLASSES_ROOT);
     EXPECT_EQ(Settings::GetFraxoFoundationExePath(false), "");
 }
 
-TEST_F(ProductClasses, WordsVersionIsTheNumberBehindItsNameOnce)
+TEST_F(ProductClasses, NumberWord)
 {
     constexpr std::pair<const char*, int> rows[] = {
         {"Word.Application.16", 16}, {"Word.Application.Word.Application.16", 0}, {"16", 0},
         {"Word.Application.", 0},    {"Word.Application.\xEF\xBC\x91", 0}, // a full-width digit
     };
+    EXPECT_FALSE(Settings::IsWordInstalled());
     for (const auto& [progId, number] : rows)
     {
-        m_machine.WriteText(HKEY_CLASSES_ROOT, R"(Word.Application\CurVer)", "", progId);
+        Record(R"(Word.Application\CurVer)", "", progId, HKEY_CLASSES_ROOT);
         EXPECT_EQ(Settings::GetWordProgID(), progId);
         EXPECT_EQ(Settings::GetWordVersionNumber(), number) << progId;
         EXPECT_TRUE(Settings::IsWordInstalled());
     }
 }
 
-TEST_F(ExternalApplications, SystemInformationIsThePathIfItExistsElseInTheFolder)
+TEST_F(ExternalApplications, FindSystemInformationByPathElseInItsFolder)
 {
-    using namespace std::string_literals;
     constexpr char Key[] = R"(Software\Microsoft\Shared Tools\MSInfo)";
-    Machine(R"(Software\Microsoft\Shared Tools Location)", "MSInfo", Folder("Programs"));
+    Record(R"(Software\Microsoft\Shared Tools Location)", "MSInfo", Folder("Programs"));
     EXPECT_EQ(Settings::GetMsInfo32ExePath(), "");
     const std::string second = Program("MSInfo32.exe");
     const std::string first = Program("other.exe");
@@ -186,81 +170,65 @@ TEST_F(ExternalApplications, SystemInformationIsThePathIfItExistsElseInTheFolder
     EXPECT_EQ(Settings::GetMsInfo32ExePath(), first);
 }
 
-TEST_F(ExternalApplications, DesconIsItsFileAndItsSwitchesAreTrueInCapitals)
+TEST_F(ExternalApplications, SwitchDesconOnInCapitals)
 {
     constexpr char Win[] = R"(SOFTWARE\Omnitech\DesconWin)";
     constexpr char Brace[] = R"(SOFTWARE\Omnitech\DesconBrace)";
-    Machine(Win, "AppFullPath", R"(X:\deleted.exe)");
-    EXPECT_FALSE(Settings::IsDesconWinInstalled());
-    Machine(Brace, "AppFullPath", Program("Brace.exe"));
+    Record(Win, "AppFullPath", R"(X:\deleted.exe)");
+    Record(Brace, "AppFullPath", Program("Brace.exe"));
     EXPECT_EQ(Settings::GetDesconBraceExePath(), Program("Brace.exe"));
     EXPECT_TRUE(Settings::IsDesconBraceInstalled());
-    EXPECT_FALSE(Settings::IsDesconWinInstalled()) << "neither stands in for the other";
+    EXPECT_FALSE(Settings::IsDesconWinInstalled());
 
-    constexpr std::pair<const char*, bool> rows[] = {{"TRUE", true},   {"True", false}, {"true", false},
-                                                     {"TRUE ", false}, {"1", false},    {"", false}};
-    for (const auto& [text, isOn] : rows)
+    for (const char* const text : {"TRUE", "True", "TRUE ", "1", ""})
     {
-        Machine(Win, "DESCONWIN_LRFD_METRIC", text);
-        Machine(Brace, "DESCON_BRACE_ASD", text);
-        EXPECT_EQ(Settings::GetDesconWinLrfdMetricCode(), isOn) << text;
-        EXPECT_EQ(Settings::GetDesconBraceAsdCode(), isOn) << text;
+        Record(Win, "DESCONWIN_LRFD_METRIC", text);
+        Record(Brace, "DESCON_BRACE_ASD", text);
+        EXPECT_EQ(Settings::GetDesconWinLrfdMetricCode(), text == "TRUE"s) << text;
+        EXPECT_EQ(Settings::GetDesconBraceAsdCode(), text == "TRUE"s) << text;
     }
     EXPECT_FALSE(Settings::GetDesconWinLrfdCode());
 }
 
-TEST_F(ExternalApplications, TheDocumentClientsNewerLineAndNativeViewComeFirst)
+TEST_F(ExternalApplications, PreferTheNewerNativeDocumentClient)
 {
-    const struct
-    {
-        const char* key;
-        const char* version;
-        bool bothLines;
-    } lines[] = {
+    constexpr std::pair<const char*, const char*> lines[] = {
         // from the last choice to the first
-        {R"(SOFTWARE\Wow6432Node\Quenlor\Plexora Explorer\08.11)", "08.11.09.100", false},
-        {R"(SOFTWARE\Quenlor\Plexora Explorer\08.11)", "08.11.09", false},
-        {R"(SOFTWARE\Wow6432Node\Quenlor\Plexora Explorer\10.00)", "10.00.03", true},
-        {R"(SOFTWARE\Quenlor\Plexora Explorer\10.00)", "10.00.04", true},
+        {R"(SOFTWARE\Wow6432Node\Quenlor\Plexora Explorer\08.11)", "08.11.09.100"},
+        {R"(SOFTWARE\Quenlor\Plexora Explorer\08.11)", "08.11.09"},
+        {R"(SOFTWARE\Wow6432Node\Quenlor\Plexora Explorer\10.00)", "10.00.03"},
+        {R"(SOFTWARE\Quenlor\Plexora Explorer\10.00)", "10.00.04"},
     };
-    for (const auto& [key, version, bothLines] : lines)
+    for (const auto& [key, version] : lines)
     {
-        Machine(key, "Version", version);
+        Record(key, "Version", version);
         EXPECT_EQ(Settings::GetPlexoraExplorerVersionString(), version);
-        EXPECT_EQ(Settings::IsMultiplePlexoraExplorerInstalled(), bothLines) << key;
+        EXPECT_EQ(Settings::IsMultiplePlexoraExplorerInstalled(), version[0] == '1') << key;
     }
-    Machine(lines[3].key, "Version", ""); // counts as missing
+    Record(lines[3].first, "Version", ""); // as if it were missing
     EXPECT_EQ(Settings::GetPlexoraExplorerVersionString(), "10.00.03");
-    EXPECT_EQ(Settings::GetPlexoraExplorerExecutablePath(), "");
 
-    Machine(lines[0].key, "PathName", Folder("Plexora"));
+    Record(lines[0].first, "PathName", Folder("Plexora"));
     EXPECT_EQ(Settings::GetPlexoraExplorerExecutablePath(), "") << "no bin folder";
     const std::string bin = Folder("Plexora/bin");
     EXPECT_EQ(Settings::GetPlexoraExplorerExecutablePath().ToStdString() + '\\', Folder("Plexora") + R"(bin\)");
 }
 
-TEST_F(ExternalApplications, TheDocumentClientsVersionHasThreeNumbersOrNone)
+TEST_F(ExternalApplications, NumberTheDocumentClientInThreePartsOrNone)
 {
-    struct Row
-    {
-        const char* version;
-        int numbers[3];
-    };
-    constexpr Row rows[] = {
+    const std::pair<const char*, std::vector<int>> rows[] = {
         {"10.00.03", {10, 0, 3}}, {"08.11.09.100", {0, 0, 0}}, {"10.2", {0, 0, 0}},
         {"a.-1.7b", {0, -1, 7}},  {"..5", {0, 0, 5}},          {"99999999999.1.1", {2147483647, 1, 1}},
     };
     for (const auto& [version, numbers] : rows)
     {
-        Machine(R"(SOFTWARE\Quenlor\Plexora Explorer\10.00)", "Version", version);
+        Record(R"(SOFTWARE\Quenlor\Plexora Explorer\10.00)", "Version", version);
         const auto tokens = Settings::GetPlexoraExplorerVersionTokens();
-        EXPECT_EQ((std::vector{tokens.Major, tokens.Minor, tokens.Build}),
-                  (std::vector<int>{std::begin(numbers), std::end(numbers)}))
-            << version;
+        EXPECT_EQ((std::vector{tokens.Major, tokens.Minor, tokens.Build}), numbers) << version;
     }
 }
 
-TEST_F(ExternalApplications, CompanionsAreJoinedToTheirBaseAsTheyStand)
+TEST_F(ExternalApplications, OfOurOwnAreBelowTheRoot)
 {
     EXPECT_EQ(Settings::GetFraxoProHelpDocumentPath(), R"(Help\index.html)") << "without an installation";
     const Bases bases = Install();
@@ -269,7 +237,7 @@ TEST_F(ExternalApplications, CompanionsAreJoinedToTheirBaseAsTheyStand)
     EXPECT_EQ(Settings::SectionWizardHelpDocumentPath(), bases.root + R"(Help\SectionBuilder.html)");
 }
 
-TEST(RunningPrograms, AreFoundByFileNameWithOrWithoutExtension)
+TEST(RunningPrograms, AreFoundByFileName)
 {
     using Quenlor::QnFileName;
     QnFileName self;

@@ -1,11 +1,12 @@
-#include "IniConfig.h"
-
 #include <filesystem>
 #include <stdexcept>
 #include <string>
 
 #include <gmock/gmock.h>
 
+#include "DirectoryConfig.h"
+#include "IniConfig.h"
+#include "XmlConfig.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
 #include "support/Printers.h"
@@ -13,15 +14,15 @@
 namespace
 {
 using Quenlor::Utf8String;
-using Quenlor::Fraxo::SharedUtilities::Native::IniConfig;
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
 using ::testing::StrEq;
 using ::testing::ThrowsMessage;
 
 /// The product is installed, in German, and the user has no files.
-class IniConfigTest : public InstallationTest
+class ConfigFiles : public InstallationTest
 {
 protected:
-    IniConfigTest() { m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "de"); }
+    ConfigFiles() { m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "de"); }
 
     const Bases m_bases = Install();
 };
@@ -32,9 +33,10 @@ struct Copy
     const char* tail; // in the user's data
     std::string Bases::*defaultBase;
     const char* defaultTail;
+    const char* advice = " The installation of FRAXO.Pro may be corrupt.";
 };
 
-// With the release in its name, with the language, from the root; and called or filed differently from its default.
+// With the release in its name, with the language, from the root, called or filed differently, and of a plug-in.
 // clang-format off
 constexpr Copy Copies[] = {
     {IniConfig::GetFraxoProIniPath,                  R"(Default\FraxoPro22.00.00.ini)",       &Bases::machineData, "FraxoPro22.00.00.ini"},
@@ -42,20 +44,25 @@ constexpr Copy Copies[] = {
     {IniConfig::GetBDeckLiveLoadVehiclePath,         R"(Default\LiveLoad.veh)",               &Bases::root,        R"(FRAXO\LiveLoad.veh)"},
     {IniConfig::GetStWizardDefaultStpPath,           R"(Default\StWizard\default.stp)",       &Bases::root,        R"(FRAXO\default.stp)"},
     {IniConfig::GetSteelAutoDrafterUserStyleIniPath, R"(Default\SteelAutoDrafter\Style.ini)", &Bases::machineData, R"(SteelAutoDrafter\SCGA-DrgEnv.INI)"},
+    {XmlConfig::GetUserQATFilePath,                  R"(Default\FProQATItemSettings.xml)",    &Bases::root,        R"(FRAXO\FProQATItemSettings.xml)"},
+    {XmlConfig::GetUserConnectionTagLinkFilePath,    R"(Default\Plugins\ConnectionTagLink\ConnectionTagFile.xml)", &Bases::root, R"(FRAXO\Plugins\ConnectionTagLink\Data\ConnectionTagFile.xml)", ""},
 };
 // clang-format on
 
-TEST_F(IniConfigTest, SomeFilesAreTheUsersCopiesOfDefaults)
+TEST_F(ConfigFiles, AreTheUsersCopiesOfDefaults)
 {
     for (const Copy& row : Copies)
     {
         const std::string path = m_bases.userData + row.tail;
         const std::filesystem::path installed = NativePath(m_bases.*row.defaultBase + row.defaultTail);
-        EXPECT_THROW(row.getter(), std::runtime_error);
+        EXPECT_THAT(row.getter,
+                    ThrowsMessage<std::runtime_error>(installed.filename().string() + " file not found." + row.advice));
         WriteFile(installed, "default");
         EXPECT_EQ(row.getter(), path);
         EXPECT_EQ(ReadFile(NativePath(path)), "default");
     }
+    EXPECT_EQ(DirectoryConfig::GetConnectionTagLinkAppDataDirectory(), // the same folder in other letter case
+              m_bases.userData + R"(Default\PlugIns\ConnectionTagLink\)");
     m_machine.BreakShellFolder(ShellFolder::ProgramData);
     m_machine.BreakShellFolder(ShellFolder::LocalAppData);
     EXPECT_THAT(IniConfig::GetFraxoProIniPath,
@@ -63,8 +70,12 @@ TEST_F(IniConfigTest, SomeFilesAreTheUsersCopiesOfDefaults)
         << "the user's folder first";
 }
 
-TEST_F(IniConfigTest, OtherFilesAreOnlyLocatedInTheShellsFoldersWhoseTextIsUtf8)
+TEST_F(ConfigFiles, OfOtherKindsAreOnlyLocated)
 {
+    EXPECT_EQ(XmlConfig::GetEditorMRUListFilePath(),
+              m_bases.userData + R"(Default\Editor\Quenlor.Fraxo.Editor.Mru.xml)");
+    EXPECT_EQ(XmlConfig::GetSteelAutoDrafterSectionListFilePath(),
+              m_bases.machineData + R"(SteelAutoDrafter\SectionList.xml)");
     EXPECT_EQ(IniConfig::GetNativeCodesIniPath(), m_bases.machineData + R"(Language\de\Codes.ini)");
     WriteFile(NativePath(m_bases.machineData + R"(Sections\Custom.dbi)"), "default"); // natural to copy
     EXPECT_EQ(IniConfig::GetDbSectionCustomDbiPath(), m_bases.userData + R"(Default\Sections\Custom.dbi)");
@@ -76,7 +87,7 @@ TEST_F(IniConfigTest, OtherFilesAreOnlyLocatedInTheShellsFoldersWhoseTextIsUtf8)
               folder + R"(Quenlor\Engineering\FRAXO.Pro VANTIRE Edition\Default\Sections\Custom.dbi)");
 }
 
-TEST_F(IniConfigTest, EachProjectHasItsOwnSectionsFromTheDatabaseOfItsTime)
+TEST_F(ConfigFiles, OfEachProjectIncludeItsSections)
 {
     const auto contentFor = [this](const char* project, const std::string& database)
     {
@@ -96,14 +107,14 @@ TEST_F(IniConfigTest, EachProjectHasItsOwnSectionsFromTheDatabaseOfItsTime)
     EXPECT_EQ(contentFor("Bridge", database), "machine's");
 }
 
-/// The 260 bytes that stand for a tool's value.
+/// The 260 bytes of a tool's value.
 std::string Padded(std::string value)
 {
     value.resize(260);
     return value;
 }
 
-TEST_F(IniConfigTest, AToolsPathIsBelowThePlugInsUnlessItIsAbsoluteAndIsCutTo259BytesOfValue)
+TEST_F(ConfigFiles, NameToolsBelowThePlugIns)
 {
     const std::string plugIns = m_bases.root + R"(FRAXO\Plugins\)";
     WriteFile(NativePath(plugIns + "Plugins.ini"), "[USER-TOOLS]\nCommand#1=installed");

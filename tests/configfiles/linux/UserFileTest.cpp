@@ -1,0 +1,83 @@
+#include "configfiles/UserFile.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <sys/stat.h>
+
+#include <Platform/Win32.h>
+#include <gmock/gmock.h>
+
+#include "IniReader.h"
+#include "support/Files.h"
+#include "support/OrdinaryUser.h"
+#include "support/ScratchMachine.h"
+
+namespace
+{
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+namespace fs = std::filesystem;
+using ::testing::ThrowsMessage;
+
+class UserFileOnLinux : public ::testing::Test
+{
+protected:
+    UserFileOnLinux() { create_directories(m_path.parent_path()); }
+
+    std::string Provided(const fs::path& origin) const { return Provide({m_path.string(), origin.string()}).c_str(); }
+
+    const ScratchMachine m_machine;
+    const fs::path m_default = m_machine.Root() / "default.ini";
+    const fs::path m_path = m_machine.Root() / "user" / "user.ini";
+};
+
+TEST_F(UserFileOnLinux, IsReadableOnlyByItsOwner)
+{
+    WriteFile(m_default, "[Main]\n");
+    const mode_t former = ::umask(0);
+    Provided(m_default);
+    ::umask(former);
+    EXPECT_EQ(status(m_path).permissions(), fs::perms{0600});
+}
+
+TEST_F(UserFileOnLinux, IsNeitherReadNorMadeInAClosedFolder)
+{
+    WriteFile(m_default, "[Main]\n");
+    WriteFile(m_path, "[Main]\nKey=v\n");
+    permissions(m_path.parent_path(), fs::perms::none);
+    const OrdinaryUser user{m_machine.Root()};
+    EXPECT_FALSE(IniReader{}.LoadFile(m_path.string()));
+    EXPECT_THAT([this] { Provided(m_default); },
+                ThrowsMessage<std::runtime_error>("default.ini file could not be copied."));
+}
+
+/// What reads a pipe or a device waits for ever, or gets bytes without an end.
+TEST_F(UserFileOnLinux, IsNotReadFromPipesDevicesAndBeyondTheLimit)
+{
+    const fs::path pipe = m_machine.Root() / "pipe";
+    const fs::path huge = m_machine.Root() / "huge";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    WriteFile(huge, "[Main]\nKey=v\n");
+    fs::resize_file(huge, std::uintmax_t{1} << 40); // which takes no room on the disk
+    for (const fs::path& path : {huge, pipe, fs::path{"/dev/zero"}})
+    {
+        char value[8];
+        ::GetPrivateProfileStringA("Main", "Key", "none", value, sizeof value, path.c_str());
+        EXPECT_STREQ(value, "none");
+        if (path == huge)
+            continue;
+        IniReader reader;
+        EXPECT_TRUE(reader.LoadFile(path.string())) << "it exists";
+        EXPECT_EQ(reader.GetStringValue("Main", "Key", "none"), "none");
+        EXPECT_EQ(::GetFileVersionInfoSizeA(path.c_str(), nullptr), 0U);
+        EXPECT_THAT([&] { Provided(path); },
+                    ThrowsMessage<std::runtime_error>(path.filename().string() + " file could not be copied."));
+    }
+}
+
+TEST_F(UserFileOnLinux, IsNotMadeAtALinkToNowhere)
+{
+    WriteFile(m_default, "[Main]\n");
+    create_symlink("nowhere", m_path);
+    EXPECT_THROW(Provided(m_default), std::runtime_error);
+}
+} // namespace
