@@ -1,7 +1,6 @@
 #include "Report.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <exception>
 
 #include "Colour.h"
@@ -56,24 +55,6 @@ Value LookFor(const UserFile& file)
     return file.path.ToStdString();
 }
 } // namespace
-
-std::string Printable(std::string_view text)
-{
-    std::string printable;
-    for (const char character : text)
-    {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte >= 0x20 && byte != 0x7F)
-        {
-            printable += character;
-            continue;
-        }
-        char escaped[5];
-        std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(byte));
-        printable += escaped;
-    }
-    return printable;
-}
 
 std::string Shown(const Answer& answer)
 {

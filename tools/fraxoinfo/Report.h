@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Catalogue.h"
+#include "common/StoredText.h"
 
 namespace FraxoInfo
 {
@@ -29,8 +30,7 @@ std::string ToText(const Value& value);
 /// The value or the failure on one line, and whether a file or folder is there.
 std::string Shown(const Answer& answer);
 
-/// One line of a terminal: a value must not move the cursor or hide behind control characters.
-std::string Printable(std::string_view text);
+using Tools::Printable;
 
 /// All answers under their classes, aligned for reading.
 std::string FormatTable(const std::vector<Answer>& answers);

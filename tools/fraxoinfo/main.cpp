@@ -246,7 +246,11 @@ int main(int argc, char** argv)
 {
     try
     {
-        return Run(argc, argv);
+        const int status = Run(argc, argv);
+        if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+            return status;
+        std::perror("fraxoinfo: cannot write the output");
+        return WrongUse;
     }
     catch (const std::exception& error)
     {
