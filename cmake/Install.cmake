@@ -85,7 +85,7 @@ if(SHAREDUTILITIES_BUILD_TOOLS)
     install(TARGETS fraxoinfo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
     if(NOT WIN32)
         install(TARGETS fraxoreg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
-        install(FILES tools/fraxoinfo/fraxoinfo.1 ${PROJECT_BINARY_DIR}/tools/fraxoreg/fraxoreg.1
+        install(FILES ${PROJECT_BINARY_DIR}/tools/fraxoinfo/fraxoinfo.1 ${PROJECT_BINARY_DIR}/tools/fraxoreg/fraxoreg.1
             DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT Tools)
         install(FILES tools/fraxoinfo/fraxoinfo.bash RENAME fraxoinfo
             DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT Tools)

@@ -47,7 +47,7 @@ expectsAnswer {
         value = substr(place, at + 3)
         place = substr(place, 1, at - 1)
     } else
-        sub(/  \[(exists|missing|not set)\]$/, "", place)
+        sub(/  \[[^]]*\]$/, "", place)
 
     for (i = 1; i <= held; ++i) # what a place held before goes by that place's name
         place = literal(place, texts[i], names[i])

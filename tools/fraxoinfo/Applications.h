@@ -3,21 +3,21 @@
 #include <string>
 #include <vector>
 
-#include "Inquiries.h"
+#include "Answer.h"
 
 namespace FraxoInfo
 {
-/// An application that is installed on its own, as the library sees it.
+/// A product that is installed on its own, as the library sees it.
 struct Application
 {
     std::string name;
-    std::string answer; ///< Where it is, or for Word its program id; empty when it was not found.
-    bool isThere;       ///< Found, and on the disk if the answer is a path.
-    std::vector<Inquiry> inquiries;
+    Answer answer; ///< Where it is, or for Word its program id; empty when it was not found.
+
+    bool IsThere() const; ///< Found, and on the disk if the answer is a path.
 };
 
 std::vector<Application> FindApplications();
 
-/// Each application with its answer, and below it what was asked; `*` marks the registry place that decided.
-std::string FormatApplications(const std::vector<Application>& applications);
+/// Each application with its answer, and below it where that came from.
+std::string Format(const std::vector<Application>& applications);
 } // namespace FraxoInfo

@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "configfiles/UserFile.h"
+#include "ForTools.h"
 
 namespace FraxoInfo
 {
@@ -32,14 +32,14 @@ struct Operation
     Kind kind;
     Value (*ask)(); ///< May throw what the operation throws.
 
-    /// For an operation that provides a user's file: where that file lies, without providing it.
+    /// For an operation that provides a user's file: where that file is, without providing it.
     Quenlor::Fraxo::SharedUtilities::Native::UserFile (*userFile)() = nullptr;
 };
 
-/// Every such question, the operations of a class together. A new getter is one line there.
+/// Every such question. Those of the public headers are found by the build.
 std::span<const Operation> Catalogue();
 
-/// The operation of that name, which may stand alone or behind its class (`VersionConfig::GetProductName`).
+/// The operation of that name, with or without its class (`VersionConfig::GetProductName`).
 /// @return null when there is none
 const Operation* Find(std::string_view name);
 } // namespace FraxoInfo

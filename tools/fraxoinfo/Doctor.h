@@ -1,7 +1,10 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
+
+#include "Answer.h"
 
 namespace FraxoInfo
 {
@@ -16,8 +19,17 @@ struct Finding
 /// changed.
 std::vector<Finding> Examine();
 
-std::string FormatFindings(const std::vector<Finding>& findings);
+/// What the places that the library asked for these answers say about the machine: settings of another type, and
+/// settings that are stored where this release does not look.
+void ExamineStoredSettings(std::vector<Finding>& findings, const std::vector<Answer>& answers);
 
-/// What is wrong with the registry's own files, where it has any. One source per system.
-std::vector<Finding> ExamineRegistryFiles();
+/// Variables that override what is installed, and switches that are unusable or unknown.
+/// @param missing what is missing in the installation, which a variable may explain
+void ExamineVariables(std::vector<Finding>& findings, const std::vector<Finding>& missing);
+void ExamineFeatures(std::vector<Finding>& findings);
+
+std::string Format(const std::vector<Finding>& findings);
+
+/// Whether this user may write a file, or else make it in the nearest folder that exists.
+bool CanWriteOrMake(const std::filesystem::path& file);
 } // namespace FraxoInfo

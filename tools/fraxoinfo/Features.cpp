@@ -5,11 +5,9 @@
 
 #include <Quenlor/QnFileName.h>
 
-#include "Colour.h"
 #include "CoreUtilities.h"
-#include "configfiles/UserFile.h"
-#include "core/Paths.h"
-#include "devfeatures/FeatureFlags.h"
+#include "ForTools.h"
+#include "Terminal.h"
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 
@@ -17,20 +15,6 @@ namespace FraxoInfo
 {
 namespace
 {
-std::string ProductIniToRead()
-{
-    try
-    {
-        const UserFile file = FraxoProIni();
-        const bool exists = Quenlor::QnFileName::DoesPathExist(PathOf(file.path).GetName());
-        return (exists ? file.path : file.installedDefault).ToStdString();
-    }
-    catch (const std::runtime_error&)
-    {
-        return {}; // no folder for it: then the switches are off
-    }
-}
-
 std::string Describe(FeatureSwitch::Source source)
 {
     switch (source)
@@ -61,6 +45,20 @@ Feature ReadFeature(const std::string& flag)
 }
 } // namespace
 
+std::string ProductIniToRead()
+{
+    try
+    {
+        const UserFile file = FraxoProIni();
+        const bool exists = Quenlor::QnFileName::DoesPathExist(PathOf(file.path).GetName());
+        return (exists ? file.path : file.installedDefault).ToStdString();
+    }
+    catch (const std::runtime_error&)
+    {
+        return {}; // no folder for it: then the switches are off
+    }
+}
+
 std::vector<Feature> ReadFeatures()
 {
     std::vector<Feature> features;
@@ -68,7 +66,7 @@ std::vector<Feature> ReadFeatures()
     return features;
 }
 
-std::string FormatFeatures(const std::vector<Feature>& features)
+std::string Format(const std::vector<Feature>& features)
 {
     std::size_t width = 0;
     for (const Feature& feature : features)

@@ -18,5 +18,8 @@ struct Feature
 /// default that it would be made from is read.
 std::vector<Feature> ReadFeatures();
 
-std::string FormatFeatures(const std::vector<Feature>& features);
+/// The product's INI file that the switches are read from; empty when there is no folder for it.
+std::string ProductIniToRead();
+
+std::string Format(const std::vector<Feature>& features);
 } // namespace FraxoInfo

@@ -3,15 +3,34 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include "Applications.h"
+#include "Doctor.h"
+#include "Features.h"
+#include "IniLines.h"
+#include "LogSetup.h"
 
-#include "Report.h"
+// The JSON of docs/fraxoinfo-json.md: indented, with a line end.
 
 namespace FraxoInfo
 {
-/// What FormatJson prints.
-nlohmann::ordered_json ToJson(const std::vector<Answer>& answers);
+/// An object of classes, each an object of operations.
+std::string ToJson(const std::vector<Answer>& answers);
+std::string ToJson(const Answer& answer); ///< The operation with its sources.
+std::string ToJson(const std::vector<Feature>& features);
+std::string ToJson(const std::vector<Application>& applications);
+std::string ToJson(const LogSetup& setup);
+std::string ToJson(const std::vector<Finding>& findings);
+std::string ToJson(const std::vector<IniLine>& lines);
+std::string ToJson(const std::vector<std::string>& names);
 
-/// Indented, with a line end.
-std::string Dump(const nlohmann::ordered_json& json);
+/// Everything that a support case needs, as one object.
+/// @param withPersonalData false leaves out what names a user, an account or a project, and every stored text that is
+///        neither a path nor a number nor one of the words that the product itself stores
+std::string MakeReport(bool withPersonalData);
+
+/// A self-contained page that shows the report, or the differences, which the text is.
+std::string MakePage(const std::string& json);
+
+/// The JSON of a page; any other text as it is.
+std::string JsonOf(const std::string& reportOrPage);
 } // namespace FraxoInfo

@@ -2,14 +2,14 @@
 
 #include <algorithm>
 
-#include "Colour.h"
-#include "Report.h"
-#include "core/Paths.h"
-#include "logging/LoggerPlan.h"
+#include "Doctor.h"
+#include "Terminal.h"
+#include "common/StoredText.h"
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 using namespace Quenlor::NativeLogging;
 using Quenlor::QnFileName;
+using Tools::Printable;
 
 namespace FraxoInfo
 {
@@ -26,19 +26,22 @@ std::string Row(std::string label, const std::string& text)
     return label + text;
 }
 
-std::string Target(const AppenderSettings& appender, const QnFileName& file)
+/// Values of environment variables may be private, and reports are sent away.
+std::string FileName(const AppenderSettings& appender, const QnFileName& file, bool expand)
 {
-    // Values of environment variables may be private, and reports are sent away.
-    const bool isPrivate = appender.path.find("${env:") != std::string::npos;
-    const std::string path = isPrivate ? appender.path : NativeName(file);
+    return expand || appender.path.find("${env:") == std::string::npos ? NativeName(file) : appender.path;
+}
+
+std::string Target(const AppenderSettings& appender, const std::string& file)
+{
     switch (appender.type)
     {
     case AppenderType::Console:
         return appender.toStandardOutput ? "standard output" : "standard error";
     case AppenderType::File:
-        return path;
+        return file;
     case AppenderType::RollingFile:
-        return path + ", " + std::to_string(appender.maxSize) + " bytes, and " + std::to_string(appender.count) +
+        return file + ", " + std::to_string(appender.maxSize) + " bytes, and " + std::to_string(appender.count) +
                " older ones";
     case AppenderType::Debugger:
         return "the debugger";
@@ -48,18 +51,24 @@ std::string Target(const AppenderSettings& appender, const QnFileName& file)
     return "nowhere";
 }
 
-std::vector<std::string> Describe(const Configuration& configuration, const LoggerPlan& plan)
+void Describe(LogSetup& setup, const Configuration& configuration, const LoggerPlan& plan, bool expand)
 {
-    std::vector<std::string> lines{Row("Level", std::string{NameOf(plan.level)})};
+    setup.lines.push_back(Row("Level", std::string{NameOf(plan.level)}));
+    setup.isSilent = true;
     for (const PlannedAppender& planned : plan.appenders)
     {
         const AppenderSettings& appender = configuration.appenders[planned.position];
-        std::string line = "\"" + appender.name + "\" to " + Target(appender, planned.file);
+        const std::string file = FileName(appender, planned.file, expand);
+        std::string line = "\"" + appender.name + "\" to " + Target(appender, file);
         if (appender.threshold != LogLevel::Trace)
             line += ", from level " + std::string{NameOf(appender.threshold)};
-        lines.push_back(Row("Appender", line));
+        setup.lines.push_back(Row("Appender", line));
+        const bool isFile = appender.type == AppenderType::File || appender.type == AppenderType::RollingFile;
+        if (isFile && !CanWriteOrMake(planned.file.ToNativePath()))
+            setup.notWritable.push_back(file);
+        const LogLevel lowest = std::max(appender.threshold, plan.level);
+        setup.isSilent = setup.isSilent && (appender.type == AppenderType::Null || lowest == LogLevel::Off);
     }
-    return lines;
 }
 
 Variables VariablesFor(const Quenlor::WString& logger)
@@ -80,9 +89,9 @@ QnFileName ThisProgram()
     return executable;
 }
 
-LogSetup ExamineLog(const QnFileName& executable)
+LogSetup ExamineLog(const QnFileName& executable, bool expand)
 {
-    LogSetup setup{.choice = ChooseLogConfiguration(executable), .lines = {}, .faults = {}};
+    LogSetup setup{.choice = ChooseLogConfiguration(executable), .lines = {}, .faults = {}, .notWritable = {}};
     const QnFileName& file = setup.choice.File();
     setup.exists = Exists(file);
 
@@ -95,7 +104,7 @@ LogSetup ExamineLog(const QnFileName& executable)
         setup.faults.push_back(FormatFault(file, fault));
 
     faults.clear();
-    setup.lines = Describe(configuration, PlanLogger(configuration, variables, faults));
+    Describe(setup, configuration, PlanLogger(configuration, variables, faults), expand);
     for (const Fault& fault : faults)
     {
         if (const std::string line = FormatFault(file, fault);
@@ -105,11 +114,11 @@ LogSetup ExamineLog(const QnFileName& executable)
     return setup;
 }
 
-std::string FormatLogSetup(const LogSetup& setup)
+std::string Format(const LogSetup& setup)
 {
     const LogConfigurationChoice& choice = setup.choice;
     const std::string reason = choice.isBesideExecutable
-                                   ? "it lies beside the executable, and wins over " + Text(choice.inProgramData)
+                                   ? "it is beside the executable, and wins over " + Text(choice.inProgramData)
                                    : "there is none beside the executable, " + Text(choice.besideExecutable);
     QnFileName name;
     name.SetName(choice.loggerName.c_str());

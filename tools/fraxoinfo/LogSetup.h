@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "logging/LogConfigurationChoice.h"
+#include "ForTools.h"
 
 namespace FraxoInfo
 {
@@ -14,6 +14,8 @@ struct LogSetup
     bool exists = false;            ///< Whether the chosen configuration file does.
     std::vector<std::string> lines; ///< The level, and each appender with where it writes.
     std::vector<std::string> faults;
+    std::vector<std::string> notWritable; ///< Its files that this user cannot write, as `lines` shows them.
+    bool isSilent = false;                ///< Whether no record goes anywhere.
 };
 
 /// The executable of this process.
@@ -21,7 +23,8 @@ Quenlor::QnFileName ThisProgram();
 
 /// Looks at the configuration as the program would, and validates all of it. No log file is opened.
 /// @param executable the full path of the program's executable
-LogSetup ExamineLog(const Quenlor::QnFileName& executable);
+/// @param expand whether paths with `${env:...}` are shown with what the variable holds, which may be secret
+LogSetup ExamineLog(const Quenlor::QnFileName& executable, bool expand);
 
-std::string FormatLogSetup(const LogSetup& setup);
+std::string Format(const LogSetup& setup);
 } // namespace FraxoInfo

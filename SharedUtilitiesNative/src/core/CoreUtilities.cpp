@@ -54,7 +54,7 @@ std::string FormatFloatToString(float value, int precision)
 std::string GetEnvironmentVariableValue(const std::string& name)
 {
     std::optional<std::string> value = ReadVariable(name);
-    Trace([&] { return Inquiry{Inquiry::Source::Environment, name, value}; });
+    Note([&] { return Source{Source::Kind::Environment, name, value, value && !value->empty()}; });
     return std::move(value).value_or("");
 }
 

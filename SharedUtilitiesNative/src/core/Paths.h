@@ -30,7 +30,12 @@ inline bool Exists(const QnFileName& path)
     if (*path.GetName() == L'\0')
         return false;
     const bool exists = QnFileName::DoesPathExist(path.GetName());
-    Trace([&] { return Inquiry{Inquiry::Source::Path, path.GetNameUtf8().ToStdString(), Presence(exists)}; });
+    Note(
+        [&]
+        {
+        return Source{Source::Kind::Path, path.GetNameUtf8().ToStdString(),
+                      exists ? std::optional<std::string>{""} : std::nullopt};
+    });
     return exists;
 }
 

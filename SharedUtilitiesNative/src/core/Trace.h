@@ -1,14 +1,16 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// One question that the library asked the machine on the way to an answer.
-struct Inquiry
+/// Something on the machine that the library asked on the way to an answer.
+struct Source
 {
-    enum class Source
+    enum class Kind
     {
         Environment,
         RegistryValue,
@@ -17,27 +19,40 @@ struct Inquiry
         System,      ///< What the operating system knows: a folder of the shell, the executable, a language.
     };
 
-    Source source;
+    Kind kind;
     std::string place;               ///< Such as a variable's name or a registry value with its key and root. UTF-8.
     std::optional<std::string> held; ///< What was there, NULs of a text included; nothing when it was missing.
+    bool decided = false;            ///< Whether what it held went into the answer.
+    std::string problem{};           ///< Why what is there could not be used; empty when nothing is.
 };
 
-/// What an inquiry held that only asked whether something is there.
-inline std::optional<std::string> Presence(bool exists)
-{
-    return exists ? std::optional{std::string{}} : std::nullopt;
-}
+/// What an answer came from, in the order of asking.
+using Trace = std::vector<Source>;
 
-/// Told of every inquiry, in order, while it is set. Null, as in every application: then nothing is described.
-/// Not guarded: a program that sets it asks from one thread.
-using Tracer = void (*)(Inquiry inquiry);
-inline constinit Tracer tracer = nullptr;
+/// Where sources are noted. Null in applications, where nothing is described. Not guarded: a program that sets it asks
+/// from one thread.
+inline constinit Trace* trace = nullptr;
 
-/// @param describe makes the Inquiry; not called while nobody listens
+/// @param describe makes the Source; not called while there is no trace
 template<class Describe>
-void Trace(const Describe& describe)
+void Note(const Describe& describe)
 {
-    if (tracer)
-        tracer(describe());
+    if (trace)
+        trace->push_back(describe());
 }
+
+/// Made before a source is asked whose answer may not be used.
+class Attempt final
+{
+public:
+    /// What was asked since then did not decide, but for the latest `kept`.
+    void PassOver(std::size_t kept = 0) const
+    {
+        for (std::size_t i = m_first; trace && i + kept < trace->size(); ++i)
+            (*trace)[i].decided = false;
+    }
+
+private:
+    std::size_t m_first = trace ? trace->size() : 0;
+};
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -59,11 +59,11 @@ Utf8String ProductFolderBelow(int shellFolder, const char* failure)
 {
     char folder[MAX_PATH] = {};
     const bool isKnown = !FAILED(::SHGetFolderPathA(nullptr, shellFolder, nullptr, SHGFP_TYPE_CURRENT, folder));
-    Trace(
+    Note(
         [&]
         {
-        return Inquiry{Inquiry::Source::System, NameOf(shellFolder),
-                       isKnown ? std::optional{std::string{folder}} : std::nullopt};
+        return Source{Source::Kind::System, NameOf(shellFolder),
+                      isKnown ? std::optional{std::string{folder}} : std::nullopt, isKnown};
     });
     if (!isKnown)
         throw std::runtime_error(failure);
@@ -106,15 +106,22 @@ Utf8String DirectoryConfig::GetFraxoSectionDatabaseDirectory()
     if (!chosen.empty())
         return QnFileName{FixedPathOf(PathOf(chosen))}.GetNameUtf8();
     constexpr FolderTail sections = R"(Sections\)";
+    const Attempt beside;
     QnFileName besideExecutable = GetCurrentExeDirectory();
     besideExecutable.AppendToPath(PathOf(sections.text).GetName());
-    return Exists(besideExecutable) ? besideExecutable.GetNameUtf8() : InMachineData(sections);
+    if (Exists(besideExecutable))
+        return besideExecutable.GetNameUtf8();
+    beside.PassOver();
+    return InMachineData(sections);
 }
 
 Utf8String DirectoryConfig::GetProjectConfigurationDirectory()
 {
+    const Attempt choice;
     const Utf8String project = UserSettingsConfig::GetDefaultConnectedProjectId();
     const bool isInUse = !project.empty() && UserSettingsConfig::UseDefaultConnectedProject();
+    if (!isInUse)
+        choice.PassOver(project.empty() ? 0 : 1); // that it is not to be used decides
     QnFileName directory = PathOf(GetLocalAppDataDirectory());
     directory.AppendToPath(PathOf(isInUse ? project : "Default").GetName()).AppendSeparator();
     return directory.GetNameUtf8();

@@ -19,7 +19,7 @@ QnFileName CurrentExecutable()
 {
     QnFileName executable;
     QnGetModuleFileName(executable, nullptr);
-    Trace([&] { return Inquiry{Inquiry::Source::System, "the executable", executable.GetNameUtf8().ToStdString()}; });
+    Note([&] { return Source{Source::Kind::System, "the executable", executable.GetNameUtf8().ToStdString(), true}; });
     return executable;
 }
 
@@ -56,8 +56,12 @@ Utf8String AsFolder(const Utf8String& path)
 
 std::optional<Utf8String> OutputRoot()
 {
+    const Attempt output;
     const Utf8String root = GetEnvironmentVariableValue("FRAXO_PRO_ROOT_DIRECTORY");
-    return IsExecutableBelow(root) ? std::optional{AsFolder(root)} : std::nullopt;
+    if (IsExecutableBelow(root))
+        return AsFolder(root);
+    output.PassOver();
+    return {};
 }
 
 bool DirectoryConfig::IsRunningFromOutput()

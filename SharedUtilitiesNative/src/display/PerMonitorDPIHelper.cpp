@@ -33,7 +33,7 @@ double PerMonitorDPIHelper::GetSystemDPI()
     const HDC screen = ::GetDC(nullptr);
     const int dpi = ::GetDeviceCaps(screen, LOGPIXELSX);
     ::ReleaseDC(nullptr, screen);
-    Trace([&] { return Inquiry{Inquiry::Source::System, "the screen's dots per inch", std::to_string(dpi)}; });
+    Note([&] { return Source{Source::Kind::System, "the screen's dots per inch", std::to_string(dpi), true}; });
     return dpi;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -33,6 +33,9 @@ inline Utf8String LanguageKey(const Utf8String& productKey)
     return productKey + R"(\Language)";
 }
 
+/// Has the languages found out again at the next question, which no application does. For tools that watch.
+void ForgetLanguages();
+
 /// The key of all choices. The installed set has another one, directly below HKEY_CLASSES_ROOT.
 inline Utf8String LanguageChoiceKey()
 {

@@ -94,7 +94,7 @@ Utf8String LanguageHelper::GetTablesFontName()
 unsigned char LanguageHelper::GetInterfaceCharset()
 {
     const unsigned language = ::GetUserDefaultUILanguage();
-    Trace([&] { return Inquiry{Inquiry::Source::System, "this user's display language", std::to_string(language)}; });
+    Note([&] { return Source{Source::Kind::System, "this user's display language", std::to_string(language), true}; });
     const unsigned primary = language & 0x3FFU;
     const auto found = std::ranges::find(Charsets, primary, &Charset::primaryLanguage);
     return found == std::end(Charsets) ? 0 : found->charset;

@@ -53,6 +53,18 @@ std::set<Utf8String> RecordedLanguages()
     return languages;
 }
 
+void NoteRemembered(const char* what, const std::set<Utf8String>& languages)
+{
+    Note(
+        [&]
+        {
+        std::string held;
+        for (const Utf8String& code : languages)
+            held.append(code.ToStdString()).append(1, '\0');
+        return Source{Source::Kind::System, what, held, true};
+    });
+}
+
 const std::set<Utf8String>& InstalledLanguages(Cache& cache)
 {
     if (cache.installed.empty())
@@ -60,6 +72,8 @@ const std::set<Utf8String>& InstalledLanguages(Cache& cache)
         const Utf8String forced = ForcedLanguage();
         cache.installed = forced.empty() ? RecordedLanguages() : std::set{forced};
     }
+    else
+        NoteRemembered("the installed languages that this process found at first", cache.installed);
     return cache.installed;
 }
 
@@ -67,13 +81,23 @@ Utf8String ChosenLanguage(const std::set<Utf8String>& installed)
 {
     for (const LanguageChoice& place : LanguageChoices)
     {
+        const Attempt attempt;
         const Utf8String choice = RegistryHelper::GetStringValue(place.root, LanguageChoiceKey(), place.name, {});
         if (installed.contains(choice))
             return choice;
+        attempt.PassOver();
     }
     return FallBack;
 }
 } // namespace
+
+void ForgetLanguages()
+{
+    Cache& cache = TheCache();
+    const std::lock_guard lock{cache.mutex};
+    cache.current = {};
+    cache.installed.clear();
+}
 
 Utf8String LanguageHelper::GetCurrentLanguage()
 {
@@ -82,9 +106,17 @@ Utf8String LanguageHelper::GetCurrentLanguage()
     if (cache.current.empty())
     {
         // Looked at here as well: the installed set may have been found before the variable was set.
-        const Utf8String forced = ForcedLanguage();
-        cache.current = forced.empty() ? ChosenLanguage(InstalledLanguages(cache)) : forced;
+        cache.current = ForcedLanguage();
+        if (cache.current.empty())
+        {
+            const Attempt restriction; // the installed set only says which choices are good
+            const std::set<Utf8String>& installed = InstalledLanguages(cache);
+            restriction.PassOver();
+            cache.current = ChosenLanguage(installed);
+        }
     }
+    else
+        NoteRemembered("the language that this process chose at first", {cache.current});
     return cache.current;
 }
 

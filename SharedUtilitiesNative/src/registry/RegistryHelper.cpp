@@ -49,10 +49,12 @@ std::optional<StoredNumber> ReadNumber(HKEY root, const Utf8String& subKey, cons
 /// Turns a numeric text setting into a number in place; leaves any other value untouched.
 int ConvertStringValueToInt(HKEY root, const Utf8String& subKey, const Utf8String& name, int whenMissing)
 {
+    const Attempt conversion;
     const Utf8String text = RegistryHelper::GetStringValue(root, subKey, name, {});
     const int number = LeadingNumber(text);
     if (number == 0 && text != "0")
     {
+        conversion.PassOver();
         const std::optional<StoredNumber> now = ReadNumber(root, subKey, name);
         return now && now->type == REG_DWORD ? now->number : whenMissing; // somebody else has just converted it
     }
@@ -68,7 +70,12 @@ Utf8String RegistryHelper::GetCurrentUserKey()
 bool RegistryHelper::CheckIfKeyExists(HKEY root, const Utf8String& subKey)
 {
     const bool exists = OpenForReading(root, subKey) != nullptr;
-    Trace([&] { return Inquiry{Inquiry::Source::RegistryKey, PlaceOf(root, subKey), Presence(exists)}; });
+    Note(
+        [&]
+        {
+        return Source{Source::Kind::RegistryKey, PlaceOf(root, subKey),
+                      exists ? std::optional<std::string>{""} : std::nullopt, exists};
+    });
     return exists;
 }
 
@@ -112,8 +119,8 @@ int RegistryHelper::GetIntValue(HKEY root, const Utf8String& subKey, const Utf8S
     const std::optional<StoredNumber> stored = ReadNumber(root, subKey, name);
     if (stored && stored->type != REG_DWORD)
         return ConvertStringValueToInt(root, subKey, name, whenMissing);
-    TraceValue(root, subKey, name,
-               [&] { return stored ? std::optional{std::to_string(stored->number)} : std::nullopt; });
+    if (trace)
+        NoteValue(root, subKey, name, REG_DWORD, stored ? std::optional{std::to_string(stored->number)} : std::nullopt);
     return stored ? stored->number : whenMissing;
 }
 

@@ -1,6 +1,7 @@
 #include "registry/RegistryKey.h"
 
 #include <array>
+#include <iterator>
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -33,6 +34,33 @@ std::optional<std::string> Read(HKEY root, const Utf8String& subKey, const Utf8S
     data.resize(size);
     return data;
 }
+
+const char* NameOf(DWORD type)
+{
+    constexpr const char* names[] = {"REG_NONE",  "REG_SZ", "REG_EXPAND_SZ", "REG_BINARY",
+                                     "REG_DWORD", "type 5", "REG_LINK",      "REG_MULTI_SZ",
+                                     "type 8",    "type 9", "type 10",       "REG_QWORD"};
+    return type < std::size(names) ? names[type] : "an unknown type";
+}
+
+/// Why a value that is there has no data of that type; empty when it is missing.
+std::string ProblemOf(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType)
+{
+    HKEY opened = nullptr;
+    LSTATUS status = ::RegOpenKeyExA(root, subKey.c_str(), 0, ReadAccess, &opened);
+    const RegistryKey key{status == ERROR_SUCCESS ? opened : nullptr};
+    DWORD type = REG_NONE;
+    if (key)
+        status = ::RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, nullptr, nullptr);
+    if (status == ERROR_FILE_NOT_FOUND)
+        return {};
+    if (status != ERROR_SUCCESS || type == wantedType)
+        return "cannot be read";
+    const char* const wanted = wantedType == REG_SZ      ? "text"
+                               : wantedType == REG_DWORD ? "a number"
+                                                         : NameOf(wantedType);
+    return std::string{NameOf(type)} + ", " + wanted + " expected";
+}
 } // namespace
 
 RegistryKey OpenForReading(HKEY root, const Utf8String& subKey)
@@ -53,8 +81,19 @@ RegistryKey OpenForWriting(HKEY root, const Utf8String& subKey)
 std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType)
 {
     std::optional<std::string> data = Read(root, subKey, name, wantedType);
-    TraceValue(root, subKey, name, [&] { return data; });
+    NoteValue(root, subKey, name, wantedType, data);
     return data;
+}
+
+void NoteValue(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType,
+               const std::optional<std::string>& held)
+{
+    Note(
+        [&]
+        {
+        return Source{Source::Kind::RegistryValue, PlaceOf(root, subKey, name), held, held.has_value(),
+                      held ? std::string{} : ProblemOf(root, subKey, name, wantedType)};
+    });
 }
 
 std::string PlaceOf(HKEY root, const Utf8String& subKey)

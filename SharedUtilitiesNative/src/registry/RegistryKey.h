@@ -37,10 +37,7 @@ inline constexpr REGSAM WriteAccess = KEY_WRITE | KEY_WOW64_64KEY;
 std::string PlaceOf(HKEY root, const Utf8String& subKey);
 std::string PlaceOf(HKEY root, const Utf8String& subKey, const Utf8String& name);
 
-/// @param held tells what the value was, as ReadData does
-template<class Held>
-void TraceValue(HKEY root, const Utf8String& subKey, const Utf8String& name, const Held& held)
-{
-    Trace([&] { return Inquiry{Inquiry::Source::RegistryValue, PlaceOf(root, subKey, name), held()}; });
-}
+/// @param held what the value was; nothing when it is missing, cannot be read or has another type, which is said then
+void NoteValue(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType,
+               const std::optional<std::string>& held);
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

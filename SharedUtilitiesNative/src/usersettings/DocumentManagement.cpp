@@ -32,9 +32,11 @@ Utf8String FirstText(Keys keys, const char* name)
 {
     for (const char* const key : keys)
     {
+        const Attempt attempt;
         Utf8String text = RegistryHelper::GetStringValue(HKEY_LOCAL_MACHINE, key, name, {});
         if (!text.empty())
             return text;
+        attempt.PassOver();
     }
     return {};
 }

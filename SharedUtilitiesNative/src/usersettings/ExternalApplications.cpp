@@ -44,8 +44,12 @@ Utf8String InstalledVersion(const char* key)
 
 Utf8String UserSettingsConfig::GetAdaptBuilderPath()
 {
+    const Attempt users;
     const Utf8String folder = Text(HKEY_CURRENT_USER, AdaptBuilder, DefaultValue);
-    return folder.empty() ? Text(HKEY_LOCAL_MACHINE, AdaptBuilder, DefaultValue) : folder;
+    if (!folder.empty())
+        return folder;
+    users.PassOver();
+    return Text(HKEY_LOCAL_MACHINE, AdaptBuilder, DefaultValue);
 }
 
 Utf8String UserSettingsConfig::GetAdaptBuilderExePath()
@@ -59,9 +63,11 @@ Utf8String UserSettingsConfig::GetLumConceptExePath()
     {
         for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) // the machine's entry wins here
         {
+            const Attempt attempt;
             const Utf8String program = IfExists(PathOf(Text(root, LumConcept, name)));
             if (!program.empty())
                 return program;
+            attempt.PassOver();
         }
     }
     return {};
@@ -111,9 +117,12 @@ Utf8String UserSettingsConfig::GetTechnipExePath()
 Utf8String UserSettingsConfig::GetMsInfo32ExePath()
 {
     // References such as %SystemRoot% stay in the text, so a path with one does not exist and the folder decides.
+    const Attempt attempt;
     const Utf8String recorded =
         IfExists(PathOf(RegistryHelper::GetExpandedStringValue(HKEY_LOCAL_MACHINE, MsInfo, "Path", {})));
-    return recorded.empty() ? IfExists(InFolder(Text(HKEY_LOCAL_MACHINE, SharedTools, "MSInfo"), "MSInfo32.exe"))
-                            : recorded;
+    if (!recorded.empty())
+        return recorded;
+    attempt.PassOver();
+    return IfExists(InFolder(Text(HKEY_LOCAL_MACHINE, SharedTools, "MSInfo"), "MSInfo32.exe"));
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -7,6 +7,7 @@
 #include "VersionConfig.h"
 #include "core/Format.h"
 #include "core/NumberConversion.h"
+#include "core/Trace.h"
 #include "registry/ProductKey.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -18,7 +19,11 @@ constexpr int OldestReleaseThatRecords = 22;
 
 Utf8String RecordedVersion(const Utf8String& userKey)
 {
-    return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, userKey + BuildKey, ProductVersion, {});
+    const Attempt attempt;
+    Utf8String version = RegistryHelper::GetStringValue(HKEY_CURRENT_USER, userKey + BuildKey, ProductVersion, {});
+    if (version.empty())
+        attempt.PassOver();
+    return version;
 }
 } // namespace
 

@@ -8,6 +8,7 @@
 #include "core/Format.h"
 #include "registry/InstallationRecord.h"
 #include "registry/ProductKey.h"
+#include "registry/RegistryKey.h"
 #include "usersettings/InstalledVersion.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -72,9 +73,9 @@ void Write(const Flag& row, bool value)
     RegistryHelper::SetBoolValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, value);
 }
 
-Utf8String Read(const Text& row, const Utf8String& whenMissing = {})
+Utf8String Read(const Text& row)
 {
-    return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, whenMissing);
+    return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, {});
 }
 
 void Write(const Text& row, const Utf8String& value)
@@ -130,7 +131,13 @@ void UserSettingsConfig::SetRssFeedUrl(const Utf8String& url)                   
 Utf8String UserSettingsConfig::GetApplicationFont()
 {
     // "Segoi" is what is stored on users' machines; the right spelling would be another font to them.
-    return Read(Font, LanguageHelper::GetCurrentLanguage() == "zh-cn" ? "Microsoft YaHei" : "Segoi UI");
+    const Attempt usual;
+    const char* const whenMissing = LanguageHelper::GetCurrentLanguage() == "zh-cn" ? "Microsoft YaHei" : "Segoi UI";
+    const std::optional<std::string> stored = ReadData(HKEY_CURRENT_USER, KeyOf(Font.subKey), Font.name, REG_SZ);
+    if (!stored)
+        return whenMissing;
+    usual.PassOver(1);
+    return stored->c_str(); // up to the first NUL
 }
 
 Utf8String UserSettingsConfig::GetUserNameString()

@@ -48,11 +48,11 @@ bool HasProcess(const Utf8String& exe)
 bool UserSettingsConfig::IsExeRunning(const Utf8String& exe)
 {
     const bool isRunning = HasProcess(exe);
-    Trace(
+    Note(
         [&]
         {
-        return Inquiry{Inquiry::Source::System, "the running processes",
-                       isRunning ? std::optional{exe.ToStdString()} : std::nullopt};
+        return Source{Source::Kind::System, "the running processes",
+                      isRunning ? std::optional{exe.ToStdString()} : std::nullopt, isRunning};
     });
     return isRunning;
 }

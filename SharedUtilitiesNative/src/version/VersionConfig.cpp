@@ -62,7 +62,7 @@ Utf8String TextOf(const ModuleVersion& version)
 const ModuleVersion& ExecutableVersion()
 {
     static const ModuleVersion version = ReadModuleVersion();
-    Trace([] { return Inquiry{Inquiry::Source::System, "the executable's version", TextOf(version).ToStdString()}; });
+    Note([] { return Source{Source::Kind::System, "the executable's version", TextOf(version).ToStdString(), true}; });
     return version;
 }
 

@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 
 #include "Features.h"
-#include "Report.h"
 #include "SettledOperations.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
@@ -18,7 +17,9 @@ namespace
 using namespace FraxoInfo;
 using namespace std::string_literals;
 using std::filesystem::path;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 constexpr char ProductIni[] = "FraxoPro22.00.00.ini";
 
@@ -29,6 +30,7 @@ public:
     using InstallationTest::Install; // damage is done from outside
     using InstallationTest::InstallationKey;
     using InstallationTest::m_machine;
+    using InstallationTest::RunFromOutput;
 
     Installation()
     {
@@ -42,7 +44,9 @@ public:
             WriteFile(Root() / name, "default");
         for (const char* const name : {"Sections/Custom.ini", "SteelAutoDrafter/SCGA-DrgEnv.INI",
                                        "Language/en/Codes.ini", "Language/en/IS875Cities.ini", ProductIni})
-            WriteFile(MachineData() / name, "; default\n");
+            WriteFile(MachineData() / name, "[SECTION]\nkey=value\n");
+        WriteFile(MachineData() / "FraxoPro.log.xml", "<logging><appender name='n' type='console'/><root level='info'>"
+                                                      "<appender-ref ref='n'/></root></logging>");
     }
 
     path Root() const { return NativePath(m_bases.root); }
@@ -54,7 +58,6 @@ public:
         m_machine.WriteText(root, R"(SOFTWARE\Quenlor\FraxoPro\22.00.00\Language)", name, language);
     }
 
-protected:
     const Bases m_bases = Install();
 };
 
@@ -64,15 +67,11 @@ constexpr char Healthy[] = "Healthy: nothing needs attention.\n";
 
 TEST_F(Doctor, FindsNothingInAHealthyInstallation)
 {
-    EXPECT_EQ(FormatFindings(Examine()), Healthy);
+    EXPECT_EQ(Format(Examine()), Healthy);
     WriteFile(MachineData() / "Sections/Custom.ini", ""); // an empty default has an empty copy
     AskForEverything(true);
     Choose(HKEY_CURRENT_USER, "CurrentLanguage", "de");
-    EXPECT_EQ(FormatFindings(Examine()), Healthy);
-
-    m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "en"); // overrides a choice, which is not looked at then
-    Choose(HKEY_CURRENT_USER, "CurrentLanguage", "fr");
-    EXPECT_EQ(FormatFindings(Examine()), Healthy);
+    EXPECT_EQ(Format(Examine()), Healthy);
 }
 
 struct Damage
@@ -80,6 +79,7 @@ struct Damage
     const char* name;
     void (*inflict)(Installation&);
     const char* problem;
+    const char* remedy = "";
 };
 
 class DamagedInstallation : public Installation, public ::testing::WithParamInterface<Damage>
@@ -90,8 +90,9 @@ TEST_P(DamagedInstallation, GivesOneFindingThatNamesTheDamage)
 {
     GetParam().inflict(*this);
     const auto findings = Examine();
-    ASSERT_EQ(findings.size(), 1U) << FormatFindings(findings);
+    ASSERT_EQ(findings.size(), 1U) << Format(findings);
     EXPECT_THAT(findings[0].problem, HasSubstr(GetParam().problem));
+    EXPECT_THAT(findings[0].remedy, HasSubstr(GetParam().remedy));
 }
 
 // clang-format off
@@ -105,29 +106,65 @@ INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
     Damage{"UsersLanguage", [](Installation& it) { it.Choose(HKEY_CURRENT_USER, "CurrentLanguage", "fr"); }, R"(user's language "fr" is not installed)"},
     Damage{"MachinesLanguage", [](Installation& it) { it.Choose(HKEY_LOCAL_MACHINE, "DefaultLanguage", "EN"); }, R"(machine's default language "EN" is not installed)"},
     Damage{"LanguageFolder", [](Installation& it) { remove_all(it.Root() / "Resource/Language/de"); }, R"(language "de" has no resource folder)"},
-    Damage{"FeatureInTheEnvironment", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "yes"); }, "FPRO_FEATURE_REVULYTICS"},
+    Damage{"UnusableFeature", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "yes"); }, "FPRO_FEATURE_REVULYTICS has an unusable value in the environment"},
+    Damage{"OverriddenFeature", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "1"); }, "FPRO_FEATURE_REVULYTICS=1 overrides the INI file, which says nothing"},
+    Damage{"UnknownFeatureVariable", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULITICS", "1"); }, "FPRO_FEATURE_REVULITICS names no feature", "FPRO_FEATURE_REVULYTICS"},
+    Damage{"UnknownFeature", [](Installation& it) { WriteFile(it.MachineData() / ProductIni, "[DEV_FEATURES]\nFPRO_FEATURE_REVULITICS=1\n"); }, "FPRO_FEATURE_REVULITICS\" in section DEV_FEATURES", "FPRO_FEATURE_REVULYTICS"},
+    Damage{"ForcedLanguage", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "en"); it.Choose(HKEY_CURRENT_USER, "CurrentLanguage", "fr"); }, "FRAXO_PRO_LANGUAGE=en sets the language, and hides what was chosen (the user's language: fr"},
+    Damage{"SectionsVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", it.m_bases.machineData + "Sections\\"); }, "replaces the installed section database"},
+    Damage{"RootVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_ROOT_DIRECTORY", "/nowhere"); }, "this program is not in it"},
+    Damage{"RunningFromOutput", [](Installation& it) { it.RunFromOutput(); }, "Files missing there: 1", "Remove the variable"},
+    Damage{"OtherRelease", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.01\Configurations)", "ThemeColor", "Dark"); }, R"(Quenlor Systems\FraxoPro\22.00.01\Configurations, where this release does not look: ThemeColor)"},
+    Damage{"OtherSpelling", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Fraxo Pro\22.00.00\Configurations)", "ThemeColor", "Dark"); }, "where this release does not look", R"(HKEY_CURRENT_USER\Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)"},
+    Damage{"OtherType", [](Installation& it) { it.m_machine.WriteNumber(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)", "ThemeColor", 1); }, "ThemeColor is not used: REG_DWORD, text expected"},
+    Damage{"ByteOrderMark", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "\xEF\xBB\xBF[SECTION]\nkey=1\n"); }, "starts with a byte-order mark"},
+    Damage{"Utf16", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "\xFF\xFE[\0S\0]\0"s); }, "starts with a byte-order mark"},
+    Damage{"Nuls", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "[SECTION]\nkey=\0\n"s); }, "Line 2 of this user's file"},
+    Damage{"NoSection", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "; nothing\n"); }, "has no section, although its default has"},
+    Damage{"NoBracket", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "[SECTION\nkey=1\n"); }, "no closing bracket: a header of section \"SECTIO\""},
+    Damage{"NoLogConfiguration", [](Installation& it) { remove(it.MachineData() / "FraxoPro.log.xml"); }, "There is no log configuration"},
+    Damage{"SilentLog", [](Installation& it) { WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging><appender name='n' type='null'/><root level='info'><appender-ref ref='n'/></root></logging>"); }, "sends no record anywhere"},
+    Damage{"LogFolderIsAFile", [](Installation& it) { WriteFile(it.MachineData() / "Logs", ""); WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging><appender name='f' type='file' path='Logs/a.log'/><root level='info'><appender-ref ref='f'/></root></logging>"); }, "The log file cannot be written"},
     Damage{"LogConfiguration", [](Installation& it) { WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging>\n<rot/></logging>"); }, "FraxoPro.log.xml:2: <rot>"},
+    Damage{"UsersClasses", [](Installation& it) { for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) it.m_machine.WriteText(root, R"(Software\Classes\FraxoPro\22.00.00)", "RootDir", it.m_bases.root); }, "hide the machine's installation record"},
     Damage{"MachinesShellFolder", [](Installation& it) { it.m_machine.BreakShellFolder(ShellFolder::ProgramData); }, "Could not get ProgramData folder"}),
     [](const auto& row) { return std::string{row.param.name}; });
 // clang-format on
 
-TEST_F(Doctor, TellsOfRegistryFilesWithoutUse)
+TEST_F(Doctor, FindsFaultsOfRegistryFilesWithoutQuotingTheirData)
 {
     if (!std::getenv("QUENLOR_REGISTRY_DIR"))
         GTEST_SKIP() << "This system keeps its registry itself.";
     const path registry = m_machine.Root() / "Registry";
-    std::ofstream{registry / "HKEY_LOCAL_MACHINE.reg", std::ios::app} << "\"Lost\"=no quotes\n";
-    const auto findings = Examine();
-    ASSERT_EQ(findings.size(), 1U) << FormatFindings(findings);
-    EXPECT_THAT(findings[0].problem, HasSubstr("HKEY_LOCAL_MACHINE.reg is skipped"));
+    const auto problems = [&]
+    {
+        std::string all;
+        for (const Finding& finding : Examine())
+            all += finding.problem + '|' + finding.remedy + '\n';
+        return all;
+    };
+    const std::string healthy = ReadFile(registry / "HKEY_LOCAL_MACHINE.reg");
+    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg", healthy + "\"Mail\"=\"kim@example.com\n");
+    EXPECT_THAT(problems(), AllOf(HasSubstr("HKEY_LOCAL_MACHINE.reg is skipped"), HasSubstr("\"Mail\"=..."),
+                                  Not(HasSubstr("kim@"))));
 
+    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg", healthy);
+    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg.skipped", "\"Mail\"=\"kim@example.com\n");
+    EXPECT_THAT(problems(), AllOf(HasSubstr("were skipped when it was last written"), Not(HasSubstr("kim@"))));
+
+    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg", healthy.substr(healthy.find('\n') + 1));
+    EXPECT_THAT(problems(),
+                AllOf(HasSubstr("is not read at all"), HasSubstr("has to be: Windows Registry Editor Version 5.00"),
+                      Not(HasSubstr("RootDir="))));
+
+    remove(registry / "HKEY_CURRENT_USER.reg");
     create_directory(registry / "HKEY_CURRENT_USER.reg");
-    EXPECT_THAT(Examine().front().problem + Examine()[1].problem, HasSubstr("HKEY_CURRENT_USER.reg cannot be read"));
+    EXPECT_THAT(problems(), HasSubstr("HKEY_CURRENT_USER.reg cannot be read"));
 }
 
-TEST(FormatFindings, CountsTheProblemsBelowThem)
+TEST(Findings, AreCountedBelowThem)
 {
-    EXPECT_EQ(FormatFindings({{"P.", "R."}}), "! P.\n  R.\n\n1 problem needs attention.\n");
+    EXPECT_EQ(Format(std::vector<Finding>{{"P.", "R."}}), "! P.\n  R.\n\n1 problem needs attention.\n");
 }
 
 TEST_F(Doctor, CreatesNothingUnlessFilesAreToBeProvided)
@@ -156,7 +193,7 @@ TEST_F(Doctor, SaysWhatDecidedAFeature)
                                           "FPRO_FEATURE_CHINESE_WIND_LOAD_GB50009_2012=on\n");
     m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "5");
     const std::string installed = "INI file " + m_bases.machineData + ProductIni;
-    const std::string table = FormatFeatures(ReadFeatures());
+    const std::string table = Format(ReadFeatures());
     EXPECT_THAT(table, HasSubstr("REVULYTICS                       on   environment\n"));
     EXPECT_THAT(table, HasSubstr("CHINESE_STEEL_DESIGN             on   " + installed));
     EXPECT_THAT(table, HasSubstr("unusable value in the " + installed + ": invalid stoi argument\n"));
@@ -164,6 +201,6 @@ TEST_F(Doctor, SaysWhatDecidedAFeature)
     WriteFile(UserDefaults() / ProductIni, "[DEV_FEATURES]\nFPRO_FEATURE_INTEGRATED_CHINESE_STEEL_DESIGN=2\n");
     const auto features = ReadFeatures();
     EXPECT_EQ(features[2].source, "INI file " + m_bases.userData + R"(Default\)" + ProductIni);
-    EXPECT_EQ(features[1].source, "off by default"); // the installed default does not count any more
+    EXPECT_EQ(features[1].source, "off by default"); // the installed default is not read any more
 }
 } // namespace

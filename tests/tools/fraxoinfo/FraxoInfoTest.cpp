@@ -9,15 +9,11 @@
 #include <vector>
 
 #include "Applications.h"
-#include "Catalogue.h"
-#include "Colour.h"
-#include "Report.h"
-#include "Suggestions.h"
-#include "Why.h"
+#include "Json.h"
+#include "Terminal.h"
+#include "Watch.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
-
-#include "PublicGetters.h" // made by the build from the public headers
 
 namespace
 {
@@ -27,14 +23,21 @@ using ::testing::ContainsRegex;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
 
-TEST(Catalogue, HasEveryPublicGetterThatTakesNoArgument)
+TEST(Catalogue, IsMadeOfThePublicHeaders)
 {
-    ASSERT_GT(std::size(PublicGetters), 10U) << "the headers were not read";
-    for (const std::string_view getter : PublicGetters)
-        EXPECT_NE(Find(getter), nullptr) << getter << " is missing from tools/fraxoinfo/Catalogue.cpp";
-    const auto takesNoArgument = [](const Operation& row) { return !row.name.ends_with(')'); };
-    EXPECT_EQ(std::ranges::count_if(Catalogue(), takesNoArgument), std::ssize(PublicGetters));
+    EXPECT_GT(Catalogue().size(), 140U);
+    EXPECT_EQ(std::ranges::count_if(Catalogue(), [](const Operation& row) { return row.userFile != nullptr; }), 10);
+    for (const auto& [name, kind] : {std::pair{"GetHelpDirectory", Kind::Directory},
+                                     {"GetFRAXOProRoot", Kind::Directory},
+                                     {"GetFraxoProIniPath", Kind::File},
+                                     {"GetInstalledLanguages", Kind::List},
+                                     {"GetFraxoFoundationExePath(true)", Kind::File},
+                                     {"GetLangId", Kind::Number},
+                                     {"IsRssFeedEnabled", Kind::Flag},
+                                     {"GetCodeDescriptionDir", Kind::Text}})
+        EXPECT_EQ(Find(name)->kind, kind) << name;
 }
 
 TEST(Catalogue, FindsAnOperationAloneAndBehindItsClass)
@@ -55,8 +58,8 @@ TEST_F(Applications, TellWhatWasAskedAndWhichPlaceDecided)
     m_machine.WriteText(HKEY_LOCAL_MACHINE, Key, "LatestConceptExePath", program);
 
     const std::string place = R"(\SOFTWARE\Lum International\Lum Concept\Integration\)";
-    const std::string text = FormatApplications(FindApplications());
-    EXPECT_THAT(text, HasSubstr("Lum Concept: " + program + "\n    HKEY_LOCAL_MACHINE" + place +
+    const std::string text = Format(FindApplications());
+    EXPECT_THAT(text, HasSubstr("Lum Concept: " + program + "  [exists]\n    HKEY_LOCAL_MACHINE" + place +
                                 "UserFraxoLinkExePath  [missing]"
                                 "\n    HKEY_CURRENT_USER" +
                                 place +
@@ -67,43 +70,104 @@ TEST_F(Applications, TellWhatWasAskedAndWhichPlaceDecided)
     EXPECT_THAT(text, HasSubstr("PlanWin: not found\n"));
 }
 
-TEST(Explanation, ListsWhatWasAskedAndMarksWhatDecided)
+TEST(Explanation, ListsSourcesAndMarksThoseThatDecided)
 {
-    using Source = Inquiry::Source;
-    const Operation row{"C", "GetPath", Kind::Text, [] { return Value{std::string{R"(\opt\Model\de\)"}}; }};
-    Explanation explanation{AskFor(row, false),
-                            {{Source::Environment, "VARIABLE", {}},
-                             {Source::RegistryValue, "languages", "en\0de\0\0"s},
-                             {Source::RegistryValue, "language", "de\0"s},
-                             {Source::RegistryValue, "other", "od\0"s},
-                             {Source::Path, R"(\opt)", ""}}};
-    EXPECT_EQ(FormatExplanation(explanation), "GetPath: \\opt\\Model\\de\\\n"
-                                              "Asked, in this order (* decided):\n"
-                                              "    VARIABLE  [not set]\n"
-                                              "    languages = en, de\n"
-                                              "  * language = de\n"
-                                              "    other = od\n"
-                                              "    \\opt  [exists]\n");
+    using Kind = Source::Kind;
+    const Operation row{"C", "GetPath", FraxoInfo::Kind::Text, [] { return Value{std::string{R"(\opt\)"}}; }};
+    Answer answer = AskFor(row, false);
+    EXPECT_EQ(Explain(answer), "GetPath: \\opt\\\nFixed: nothing was asked.\n");
+    answer.trace = {{Kind::Environment, "VARIABLE", {}},
+                    {Kind::RegistryValue, "languages", "en\0de\0\0"s},
+                    {Kind::RegistryValue, "language", "de\0"s, true},
+                    {Kind::RegistryValue, "other", {}, false, "REG_DWORD, text expected"},
+                    {Kind::Path, R"(\opt)", ""}};
+    EXPECT_EQ(Explain(answer), "GetPath: \\opt\\\n"
+                               "Asked, in this order (* decided):\n"
+                               "    VARIABLE  [not set]\n"
+                               "    languages = en, de\n"
+                               "  * language = de\n"
+                               "    other  [REG_DWORD, text expected]\n"
+                               "    \\opt  [exists]\n");
+}
+
+/// The places that decided, in order.
+std::vector<std::string> Deciding(std::string_view operation)
+{
+    std::vector<std::string> places;
+    for (const Source& source : AskFor(*Find(operation), false).trace)
+    {
+        if (source.decided)
+            places.push_back(source.place);
+    }
+    return places;
 }
 
 TEST_F(Applications, AreExplainedByWhatTheLibraryReallyAsked)
 {
     const Bases bases = Install();
-    const Explanation explanation = Explain(*Find("GetPluginsIniPath"));
     std::vector<std::string> places;
-    for (const Inquiry& inquiry : explanation.inquiries)
-        places.push_back(inquiry.place);
+    for (const Source& source : AskFor(*Find("GetPluginsIniPath"), false).trace)
+        places.push_back(source.place);
     EXPECT_THAT(places, ElementsAre("FRAXO_PRO_ROOT_DIRECTORY", "the shell's folder of this user's data",
                                     "FRAXO_PRO_ROOT_DIRECTORY", R"(HKEY_CLASSES_ROOT\FraxoPro\22.00.00\RootDir)",
                                     bases.userData + R"(Default\Plugins\Plugins.ini)",
                                     bases.root + R"(FRAXO\Plugins\Plugins.ini)"));
 }
 
+TEST_F(Applications, MarkOnlyWhatWentIntoTheAnswer)
+{
+    constexpr char settings[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)";
+    constexpr char chosen[] = R"(SOFTWARE\Quenlor\FraxoPro\22.00.00\Language)";
+    const std::string user = R"(HKEY_CURRENT_USER\)";
+    Install("/de"); // which the language's text is part of
+    m_machine.WriteData(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Language)", "InstalledLanguages", REG_MULTI_SZ,
+                        "de\0\0"s);
+    m_machine.WriteText(HKEY_CURRENT_USER, chosen, "CurrentLanguage", "fr"); // not installed
+    m_machine.WriteText(HKEY_LOCAL_MACHINE, chosen, "DefaultLanguage", "de");
+    EXPECT_THAT(Deciding("GetCurrentLanguage"),
+                ElementsAre(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Quenlor\FraxoPro\22.00.00\Language\DefaultLanguage)"));
+    EXPECT_THAT(Deciding("GetCurrentLanguageDirectory"),
+                UnorderedElementsAre(R"(HKEY_CLASSES_ROOT\FraxoPro\22.00.00\RootDir)",
+                                     "the language that this process chose at first"));
+    UseProject("bridge", false);
+    EXPECT_THAT(Deciding("GetProjectConfigurationDirectory"),
+                ElementsAre(user + settings + R"(\UseDefaultProject)", "the shell's folder of this user's data"));
+    m_machine.WriteText(HKEY_CURRENT_USER, settings, "ThemeFont", "Arial");
+    EXPECT_THAT(Deciding("GetApplicationFont"), ElementsAre(user + settings + R"(\ThemeFont)"));
+    m_machine.WriteText(HKEY_CURRENT_USER, settings, "UseRoamingProjectConfig", "on"); // no number: the default
+    EXPECT_THAT(Deciding("UseRoamingProjectConfig"), IsEmpty());
+}
+
+TEST_F(Applications, SayWhatIsThereWhenAValueCannotBeUsed)
+{
+    constexpr char settings[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)";
+    m_machine.WriteNumber(HKEY_CURRENT_USER, settings, "ThemeColor", 1);
+    m_machine.WriteText(HKEY_CURRENT_USER, settings, "UseDefaultProject", "a long text");
+    EXPECT_THAT(Explain(AskFor(*Find("GetApplicationTheme"), false)),
+                HasSubstr(R"(\ThemeColor  [REG_DWORD, text expected])"));
+    EXPECT_THAT(Explain(AskFor(*Find("UseDefaultConnectedProject"), false)),
+                HasSubstr(R"(\UseDefaultProject  [REG_SZ, a number expected])"));
+}
+
+TEST_F(Applications, AreWatched)
+{
+    const Operation& operation = *Find("GetApplicationTheme");
+    const std::vector<Answer> before{AskFor(operation, false)};
+    m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)", "ThemeColor",
+                        "Dark");
+    const std::vector<Answer> after{AskFor(operation, false)};
+    EXPECT_EQ(Changes(after, after, "12:00:00"), "");
+    EXPECT_EQ(Changes(before, after, "12:00:00"),
+              "12:00:00  GetApplicationTheme: (empty) -> Dark\n          HKEY_CURRENT_USER\\Software\\Quenlor "
+              "Systems\\FraxoPro\\22.00.00\\Configurations\\ThemeColor = Dark\n");
+}
+
 TEST(NearestNames, AreThoseThatWereProbablyMeant)
 {
-    EXPECT_EQ(NearestNames("GetFraxoProRot").front(), "GetFRAXOProRoot");
-    EXPECT_THAT(NearestNames("runningfrom"), ElementsAre("IsRunningFromOutput"));
-    EXPECT_THAT(NearestNames("xyzzy"), IsEmpty());
+    const std::vector<std::string> names{"GetFRAXOProRoot", "IsRunningFromOutput"};
+    EXPECT_THAT(NearestNames("GetFraxoProRot", names), ElementsAre("GetFRAXOProRoot"));
+    EXPECT_THAT(NearestNames("runningfrom", names), ElementsAre("IsRunningFromOutput"));
+    EXPECT_THAT(NearestNames("xyzzy", names), IsEmpty());
 }
 
 constexpr Operation Rows[] = {
@@ -129,37 +193,39 @@ TEST(ToText, IsTheBareValue)
     EXPECT_EQ(ToText(Value{std::vector<std::string>{"a b", "c"}}), "a b\nc");
 }
 
-TEST(FormatTable, GroupsByClassAndAligns)
+TEST(Answers, GroupsByClassAndAligns)
 {
-    EXPECT_EQ(FormatTable(Answers()), "First\n"
-                                      "  GetText           a\\x1b[2J\\x0ab\n"
-                                      "  GetNumber         -134\n"
-                                      "  GetList           de de\n"
-                                      "\n"
-                                      "Second\n"
-                                      "  GetNothing        (empty)\n"
-                                      "  GetHereDirectory  .  [exists]\n"
-                                      "  GetNowherePath    no\\file  [missing]\n"
-                                      "  GetFailure        failed: Could not\n");
+    EXPECT_EQ(Format(Answers()), "First\n"
+                                 "  GetText           a\\x1b[2J\\x0ab\n"
+                                 "  GetNumber         -134\n"
+                                 "  GetList           de de\n"
+                                 "\n"
+                                 "Second\n"
+                                 "  GetNothing        (empty)\n"
+                                 "  GetHereDirectory  .  [exists]\n"
+                                 "  GetNowherePath    no\\file  [missing]\n"
+                                 "  GetFailure        failed: Could not\n");
 }
 
-TEST(FormatTable, ColoursWhatIsMissingWhenAsked)
+TEST(Answers, ColoursWhatIsMissingWhenAsked)
 {
     UseColours(true);
-    const std::string table = FormatTable(Answers());
+    const std::string table = Format(Answers());
     UseColours(false);
     EXPECT_THAT(table, HasSubstr("no\\file  \x1b[33m[missing]\x1b[0m\n"));
 }
 
-TEST(FormatJson, KeepsTypesAndSaysWhatFailed)
+TEST(Json, KeepsTypesAndSaysWhatFailed)
 {
-    const std::string json = FormatJson(Answers());
+    const std::string json = ToJson(Answers());
     EXPECT_THAT(json, HasSubstr(R"("value": -134)"));
     EXPECT_THAT(json, HasSubstr(R"("value": "a\u001b[2J\nb")"));
+    constexpr Operation control{"C", "GetText", Kind::Text, [] { return Value{std::string{"\x7F\xC2\x9B"}}; }};
+    EXPECT_THAT(ToJson(std::vector{AskFor(control, false)}), HasSubstr(R"("\u007f\u009b")"));
     EXPECT_THAT(json, ContainsRegex(R"("value": \[\s+"de",\s+"de"\s+\])"));
     EXPECT_THAT(json, HasSubstr(R"("error": "Could not")"));
 
     constexpr Operation binary{"C", "GetBytes", Kind::Text, [] { return Value{std::string{"\xFF"}}; }};
-    EXPECT_THAT(FormatJson({AskFor(binary, false)}), HasSubstr("\xEF\xBF\xBD"));
+    EXPECT_THAT(ToJson(std::vector{AskFor(binary, false)}), HasSubstr("\xEF\xBF\xBD"));
 }
 } // namespace

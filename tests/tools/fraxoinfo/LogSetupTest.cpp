@@ -20,7 +20,7 @@ protected:
     {
         Quenlor::QnFileName executable;
         executable.SetNameUtf8((m_programs + "Editor.exe").c_str());
-        return ExamineLog(executable);
+        return ExamineLog(executable, false);
     }
 
     ScratchMachine m_machine;
@@ -31,22 +31,22 @@ protected:
 
 TEST_F(LogSetupTest, TellsWhichFileCountsAndWhy)
 {
-    EXPECT_EQ(FormatLogSetup(Examine()), "Logger         Editor\n"
-                                         "Configuration  " +
-                                             m_machineData +
-                                             "FraxoPro.log.xml  [missing]\n"
-                                             "Chosen because there is none beside the executable, " +
-                                             m_programs +
-                                             "FraxoPro.log.xml\n"
-                                             "Level          warning\n"
-                                             "Appender       \"console\" to standard error\n"
-                                             "Appender       \"debugger\" to the debugger\n");
+    EXPECT_EQ(Format(Examine()), "Logger         Editor\n"
+                                 "Configuration  " +
+                                     m_machineData +
+                                     "FraxoPro.log.xml  [missing]\n"
+                                     "Chosen because there is none beside the executable, " +
+                                     m_programs +
+                                     "FraxoPro.log.xml\n"
+                                     "Level          warning\n"
+                                     "Appender       \"console\" to standard error\n"
+                                     "Appender       \"debugger\" to the debugger\n");
 
     WriteFile(NativePath(m_programs + "FraxoPro.log.xml"), "<logging/>");
-    EXPECT_THAT(FormatLogSetup(Examine()), HasSubstr("Configuration  " + m_programs +
-                                                     "FraxoPro.log.xml  [exists]\n"
-                                                     "Chosen because it lies beside the executable, and wins over " +
-                                                     m_machineData + "FraxoPro.log.xml\n"));
+    EXPECT_THAT(Format(Examine()), HasSubstr("Configuration  " + m_programs +
+                                             "FraxoPro.log.xml  [exists]\n"
+                                             "Chosen because it is beside the executable, and wins over " +
+                                             m_machineData + "FraxoPro.log.xml\n"));
 }
 
 TEST_F(LogSetupTest, ShowsWhatTheLoggerDoesAndEveryFaultOfTheFileWithoutOpeningALog)

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Report.h"
+#include "Answer.h"
 #include "SettledOperations.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace FraxoInfo
 {
@@ -19,7 +20,6 @@ void UseColours(bool use);
 /// The text between the terminal's codes for the colour; the bare text while colours are off.
 std::string Coloured(std::string_view text, Colour colour);
 
-/// Whether standard output is a terminal that can show colours and the user has not turned them off with NO_COLOR.
-/// Prepares the terminal where that is needed. One source per system.
-bool CanShowColours();
+/// Those of `names` that somebody who typed `typed` may have meant, the nearest first; at most three.
+std::vector<std::string> NearestNames(std::string_view typed, const std::vector<std::string>& names);
 } // namespace FraxoInfo

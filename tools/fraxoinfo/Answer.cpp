@@ -1,11 +1,14 @@
-#include "Report.h"
+#include "Answer.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
 #include <exception>
 
-#include "Colour.h"
-#include "Json.h"
-#include "core/Paths.h"
+#include <Quenlor/QnFileName.h>
+
+#include "Terminal.h"
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 using Quenlor::QnFileName;
@@ -14,30 +17,15 @@ namespace FraxoInfo
 {
 namespace
 {
-bool IsPlace(Kind kind)
+/// Lets the library note what it asks for one answer.
+class Listening final
 {
-    return kind == Kind::Directory || kind == Kind::File;
-}
-
-const char* NameOf(Kind kind)
-{
-    switch (kind)
-    {
-    case Kind::Text:
-        return "text";
-    case Kind::List:
-        return "list";
-    case Kind::Number:
-        return "number";
-    case Kind::Flag:
-        return "flag";
-    case Kind::Directory:
-        return "directory";
-    case Kind::File:
-        return "file";
-    }
-    return "";
-}
+public:
+    explicit Listening(Trace& sources) { trace = &sources; }
+    ~Listening() { trace = nullptr; }
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+};
 
 std::string Join(const std::vector<std::string>& items, std::string_view separator)
 {
@@ -53,6 +41,15 @@ Value LookFor(const UserFile& file)
     if (!Exists(PathOf(file.path)))
         Exists(PathOf(file.installedDefault));
     return file.path.ToStdString();
+}
+/// A stored value on one line: of a list, every text. The NULs that end it are not part of what it says.
+std::string OnOneLine(const std::string& held)
+{
+    std::string text;
+    const std::size_t end = held.find_last_not_of('\0') + 1; // npos + 1 is 0
+    for (const char character : held.substr(0, end))
+        text += character == '\0' ? std::string{", "} : std::string{character};
+    return text.empty() ? "(empty)" : Printable(text);
 }
 } // namespace
 
@@ -70,19 +67,31 @@ std::string Shown(const Answer& answer)
     return shown;
 }
 
+std::string Shown(const Source& source)
+{
+    if (!source.problem.empty())
+        return Coloured("[" + source.problem + "]", Colour::Warning);
+    if (!source.held)
+        return source.kind == Source::Kind::Environment ? "[not set]" : "[missing]";
+    if (source.kind == Source::Kind::Path || source.kind == Source::Kind::RegistryKey)
+        return "[exists]";
+    return "= " + OnOneLine(*source.held);
+}
+
 Answer AskFor(const Operation& operation, bool provide)
 {
-    Answer answer{&operation, {}, {}, {}};
+    Answer answer{&operation, {}, {}, {}, {}};
     try
     {
+        const Listening listening{answer.trace};
         answer.value = operation.userFile && !provide ? LookFor(operation.userFile()) : operation.ask();
-        if (IsPlace(operation.kind)) // asked past the library: it is no part of the answer
-            answer.exists = QnFileName::DoesPathExist(PathOf(std::get<std::string>(answer.value)).GetName());
     }
     catch (const std::exception& failure)
     {
         answer.failure = failure.what();
     }
+    if (answer.failure.empty() && (operation.kind == Kind::Directory || operation.kind == Kind::File))
+        answer.exists = QnFileName::DoesPathExist(PathOf(std::get<std::string>(answer.value)).GetName());
     return answer;
 }
 
@@ -101,13 +110,17 @@ std::string ToText(const Value& value)
         std::string operator()(const std::string& text) const { return text; }
         std::string operator()(bool flag) const { return flag ? "true" : "false"; }
         std::string operator()(std::int64_t number) const { return std::to_string(number); }
-        std::string operator()(double number) const { return nlohmann::json(number).dump(); } // the fewest digits
+        std::string operator()(double number) const // the fewest digits
+        {
+            std::array<char, 32> digits;
+            return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
+        }
         std::string operator()(const std::vector<std::string>& list) const { return Join(list, "\n"); }
     } toText;
     return std::visit(toText, value);
 }
 
-std::string FormatTable(const std::vector<Answer>& answers)
+std::string Format(const std::vector<Answer>& answers)
 {
     std::size_t width = 0;
     for (const Answer& answer : answers)
@@ -131,32 +144,28 @@ std::string FormatTable(const std::vector<Answer>& answers)
     return table;
 }
 
-nlohmann::ordered_json ToJson(const std::vector<Answer>& answers)
+std::string Format(const Trace& trace)
 {
-    nlohmann::ordered_json json;
-    for (const Answer& answer : answers)
+    std::string text;
+    for (const Source& source : trace)
     {
-        nlohmann::ordered_json& entry =
-            json[std::string{answer.operation->className}][std::string{answer.operation->name}];
-        entry["kind"] = NameOf(answer.operation->kind);
-        if (!answer.failure.empty())
-            entry["error"] = answer.failure;
-        else
-            std::visit([&entry](const auto& value) { entry["value"] = value; }, answer.value);
-        if (answer.exists)
-            entry["exists"] = *answer.exists;
+        const std::string shown = Shown(source);
+        text.append(source.decided ? "  " + Coloured("*", Colour::Good) + " " : "    ")
+            .append(Printable(source.place))
+            .append(shown.starts_with('=') ? " " : "  ")
+            .append(shown)
+            .append("\n");
     }
-    return json;
+    return text;
 }
 
-std::string Dump(const nlohmann::ordered_json& json)
+std::string Explain(const Answer& answer)
 {
-    // Registry values may hold anything: bytes that are no UTF-8 are shown as U+FFFD instead of failing the report.
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-}
-
-std::string FormatJson(const std::vector<Answer>& answers)
-{
-    return Dump(ToJson(answers));
+    const std::string text = Coloured(answer.operation->name, Colour::Heading) + ": " + Shown(answer) + "\n";
+    if (answer.trace.empty())
+        return text + "Fixed: nothing was asked.\n";
+    const bool isDecided = std::ranges::any_of(answer.trace, &Source::decided);
+    return text + "Asked, in this order (" + (isDecided ? "* decided" : "none held anything: the default") + "):\n" +
+           Format(answer.trace);
 }
 } // namespace FraxoInfo
