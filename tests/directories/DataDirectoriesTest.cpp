@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 
 #include <gmock/gmock.h>
 
@@ -44,7 +45,7 @@ void ExpectSamples(const Bases& bases)
         EXPECT_EQ(sample.getter(), bases.*sample.base + sample.tail);
 }
 
-TEST_F(DataDirectories, LieInTheInstallationAndTheShellsFoldersOrBelowTheOutputsRootWithoutTheShell)
+TEST_F(DataDirectories, AreInTheInstallationOrTheOutput)
 {
     ExpectSamples(Install());
     EXPECT_TRUE(IsEmptyFolder(m_machine.Root() / "ProgramData"));
@@ -58,7 +59,7 @@ TEST_F(DataDirectories, LieInTheInstallationAndTheShellsFoldersOrBelowTheOutputs
     EXPECT_EQ(DirectoryConfig::GetSampleModelsDirectory(), output.root + R"(Samples\Sample Models\)");
 }
 
-TEST_F(DataDirectories, AreRelativeWithoutARecordOfWhichTheModelsHaveTheirOwn)
+TEST_F(DataDirectories, AreRelativeWithoutAnInstallation)
 {
     EXPECT_EQ(DirectoryConfig::GetHelpDirectory(), R"(Help\)");
     EXPECT_EQ(DirectoryConfig::GetSeedModelsDirectory(), R"(Seed Models\)");
@@ -66,7 +67,7 @@ TEST_F(DataDirectories, AreRelativeWithoutARecordOfWhichTheModelsHaveTheirOwn)
     EXPECT_EQ(DirectoryConfig::GetSampleModelsDirectory(), R"(C:\My Models\Sample Models\)");
 }
 
-TEST_F(DataDirectories, OfTheUserStartInAFolderThatIsMadeButThoseOfTheMachineDoNot)
+TEST_F(DataDirectories, AreMadeOnlyForTheUser)
 {
     const std::filesystem::path missing = m_machine.Root() / "new" / "folder";
     m_machine.MoveShellFolder(ShellFolder::LocalAppData, missing.string());
@@ -82,45 +83,32 @@ TEST_F(DataDirectories, OfTheUserStartInAFolderThatIsMadeButThoseOfTheMachineDoN
                 ThrowsMessage<std::runtime_error>(StrEq("Could not get LocalAppData folder")));
 }
 
-class GetFraxoSectionDatabaseDirectory : public InstallationTest
+TEST_F(DataDirectories, OfSectionsAreTheVariablesOrBesideTheProgramOrTheMachines)
 {
-protected:
-    GetFraxoSectionDatabaseDirectory() { RemoveSections(); } // of a crashed run
-    ~GetFraxoSectionDatabaseDirectory() override { RemoveSections(); }
-
-    void RemoveSections() const { std::filesystem::remove(NativePath(m_besideExecutable).parent_path()); }
-
-    const std::string m_besideExecutable =
-        (DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8() + R"(\Sections\)").ToStdString();
-};
-
-TEST_F(GetFraxoSectionDatabaseDirectory, IsTheVariablesThenThatBesideTheExecutableThenTheMachines)
-{
-    const std::string variable = "FRAXO_PRO_SECTIONS_DIRECTORY";
-    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(),
-              m_machine.ProductFolder(ShellFolder::ProgramData) + R"(Sections\)");
-    std::filesystem::create_directory(NativePath(m_besideExecutable));
+    const auto sections = DirectoryConfig::GetFraxoSectionDatabaseDirectory;
+    const std::string beside = DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8().ToStdString() + R"(\Sections\)";
+    std::filesystem::remove(NativePath(beside).parent_path()); // of a crashed run
+    EXPECT_EQ(sections(), m_machine.ProductFolder(ShellFolder::ProgramData) + R"(Sections\)");
+    std::filesystem::create_directory(NativePath(beside));
     m_machine.BreakShellFolder(ShellFolder::ProgramData);
-    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), m_besideExecutable);
+    EXPECT_EQ(sections(), beside);
 
-    m_machine.SetEnvironment(variable, R"(C:\no/such\.\..\folder)"); // normalised, neither checked nor ended
-    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), R"(C:\no\folder)");
-    m_machine.SetEnvironment(variable, ""); // is not set
-    EXPECT_EQ(DirectoryConfig::GetFraxoSectionDatabaseDirectory(), m_besideExecutable);
+    m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", R"(C:\no/such\.\..\folder)");
+    EXPECT_EQ(sections(), R"(C:\no\folder)") << "normalised, neither checked nor ended";
+    m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", ""); // is not set
+    EXPECT_EQ(sections(), beside);
+    std::filesystem::remove(NativePath(beside).parent_path());
 }
 
-using GetProjectConfigurationDirectory = InstallationTest;
-
-TEST_F(GetProjectConfigurationDirectory, IsNamedAfterTheProjectInUse)
+TEST_F(DataDirectories, OfAProjectHaveItsName)
 {
     const std::string userData = m_machine.ProductFolder(ShellFolder::LocalAppData);
-    UseProject("abc", false);
-    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(Default\)");
-    UseProject("", true);
-    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(Default\)");
-    UseProject("abc", true);
-    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(abc\)");
-    UseProject(R"(..\..\abc)", true); // not checked, see docs/security.md
-    EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + R"(..\..\abc\)");
+    constexpr char NotChecked[] = R"(..\..\abc)"; // see docs/security.md
+    for (const auto& [id, isInUse, folder] : {std::tuple{"abc", false, "Default"}, std::tuple{"", true, "Default"},
+                                              std::tuple{"abc", true, "abc"}, std::tuple{NotChecked, true, NotChecked}})
+    {
+        UseProject(id, isInUse);
+        EXPECT_EQ(DirectoryConfig::GetProjectConfigurationDirectory(), userData + folder + '\\');
+    }
 }
 } // namespace

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "VersionConfig.h"
 #include "support/Files.h"
@@ -34,43 +35,22 @@ std::string Capitals(std::string text)
     return QnFileName{WString{text.c_str(), false}.ToUpperCase()}.GetNameUtf8().ToStdString();
 }
 
-using GetFRAXOProRoot = InstallationTest;
+using RootDirectory = InstallationTest;
 
-TEST_F(GetFRAXOProRoot, IsTheRecordedRootWithOneSeparatorAtItsEnd)
+TEST_F(RootDirectory, IsTheRecordedOneWithOneSeparatorAtItsEnd)
+{
+    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), "") << "nothing below it is at the root of a drive";
+    for (const auto& [recorded, root] :
+         {std::pair{"", ""}, std::pair{R"(C:\Fraxo Pro)", R"(C:\Fraxo Pro\)"}, std::pair{R"(D:\Pro\)", R"(D:\Pro\)"}})
+    {
+        Install(recorded);
+        EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), root); // nothing is cached
+    }
+}
+
+TEST_F(RootDirectory, IsTheVariablesWhenThisProgramRunsFromThere)
 {
     Install(R"(C:\Fraxo Pro)");
-    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), R"(C:\Fraxo Pro\)");
-    Install(R"(D:\Fraxo Pro\)"); // nothing is cached
-    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), R"(D:\Fraxo Pro\)");
-}
-
-TEST_F(GetFRAXOProRoot, IsEmptyWithoutARecordSoThatNothingBelowItLiesAtTheRootOfADrive)
-{
-    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), "");
-    Install("");
-    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), "");
-}
-
-TEST_F(GetFRAXOProRoot, IsTheVariablesValueWhenRunningFromOutput)
-{
-    Install(R"(C:\Fraxo Pro)");
-    m_machine.SetEnvironment(RootVariable, ExecutableFolder());
-    EXPECT_TRUE(DirectoryConfig::IsRunningFromOutput());
-    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), Utf8String{ExecutableFolder() + '\\'});
-}
-
-TEST_F(GetFRAXOProRoot, IsTheRecordedOneWhenTheVariableNamesAFolderElsewhere)
-{
-    Install(R"(C:\Fraxo Pro)");
-    m_machine.SetEnvironment(RootVariable, m_machine.Folder("elsewhere"));
-    EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
-    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), R"(C:\Fraxo Pro\)");
-}
-
-using IsRunningFromOutput = InstallationTest;
-
-TEST_F(IsRunningFromOutput, ComparesPathsWhateverTheirSpelling)
-{
     EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
     const std::string folder = ExecutableFolder();
     for (const std::string& spelling : {folder, Capitals(folder), folder + R"(\.)", folder + R"(\sub\..\)"})
@@ -78,11 +58,17 @@ TEST_F(IsRunningFromOutput, ComparesPathsWhateverTheirSpelling)
         m_machine.SetEnvironment(RootVariable, spelling);
         EXPECT_TRUE(DirectoryConfig::IsRunningFromOutput()) << spelling;
     }
-    m_machine.SetEnvironment(RootVariable, folder + R"(\sub)");
-    EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
+    m_machine.SetEnvironment(RootVariable, folder);
+    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), Utf8String{folder + '\\'});
+    for (const std::string& elsewhere : {m_machine.Folder("elsewhere"), folder + R"(\sub)"})
+    {
+        m_machine.SetEnvironment(RootVariable, elsewhere);
+        EXPECT_FALSE(DirectoryConfig::IsRunningFromOutput());
+        EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), R"(C:\Fraxo Pro\)");
+    }
 }
 
-TEST_F(IsRunningFromOutput, TakesDotsForTheFolderTheyName)
+TEST_F(RootDirectory, MayBeNamedByDots)
 {
     const std::filesystem::path folder = NativePath(ExecutableFolder());
     for (const char* const dots : {".", R"(sub\..)"})
@@ -95,7 +81,7 @@ TEST_F(IsRunningFromOutput, TakesDotsForTheFolderTheyName)
     }
 }
 
-TEST_F(IsRunningFromOutput, FollowsSymbolicLinks)
+TEST_F(RootDirectory, MayBeALink)
 {
     const std::filesystem::path link = m_machine.Root() / "link";
     std::error_code error; // not every system lets everybody make links
@@ -104,11 +90,8 @@ TEST_F(IsRunningFromOutput, FollowsSymbolicLinks)
     EXPECT_EQ(DirectoryConfig::IsRunningFromOutput(), !error);
 }
 
-using ExecutableWithoutAVersion = InstallationTest;
-
-TEST_F(ExecutableWithoutAVersion, HasAllZeros)
+TEST(ProductVersion, IsAllZerosWithoutAResource)
 {
     EXPECT_EQ(VersionConfig::GetProductVersion(), "00.00.00.00");
-    EXPECT_EQ(VersionConfig::GetBuildNumber(), "00");
 }
 } // namespace

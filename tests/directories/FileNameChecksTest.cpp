@@ -21,24 +21,19 @@ using Quenlor::Fraxo::SharedUtilities::Native::PathOf;
 
 constexpr char Kanji[] = "\xE6\x97\xA5\xE6\x9C\xAC";
 
-TEST(IsFileNameSupportedInCurrentCulture, IsAnotherQuestionThanHasUnicodeChars)
+void ExpectChecks(const char* name, bool hasUnicodeChars, bool isSupported)
 {
-    struct
-    {
-        const char* name;
-        bool hasUnicodeChars;
-        int isSupported;
-    } const rows[] = {
-        {"", false, 1},        {"Portal Frame.frx", false, 1}, {"\xC3\xA9", false, 0}, // in 1252, but longer in UTF-8
-        {"\xC4\x80", true, 0},                                                         // has a look-alike in 1252
-        {Kanji, true, 0},
-    };
+    EXPECT_EQ(DirectoryConfig::HasUnicodeChars(name) != 0, hasUnicodeChars) << name;
+    EXPECT_EQ(DirectoryConfig::IsFileNameSupportedInCurrentCulture(name), isSupported) << name;
+}
+
+TEST(FileNameChecks, AskTwoQuestions)
+{
     const ScratchMachine machine;
-    for (const auto& row : rows)
-    {
-        EXPECT_EQ(DirectoryConfig::HasUnicodeChars(row.name) != 0, row.hasUnicodeChars) << row.name;
-        EXPECT_EQ(DirectoryConfig::IsFileNameSupportedInCurrentCulture(row.name), row.isSupported) << row.name;
-    }
+    ExpectChecks("", false, true);
+    ExpectChecks("Portal Frame.frx", false, true);
+    ExpectChecks("\xC3\xA9", false, false); // in 1252, but longer in UTF-8
+    ExpectChecks("\xC4\x80", true, false);  // has a look-alike in 1252
 }
 
 class GetNormalizedFileName : public ::testing::Test
@@ -70,7 +65,7 @@ protected:
     const std::string m_kanji = m_machine.Folder(Kanji);
 };
 
-TEST_F(GetNormalizedFileName, ShortensOnlyWhatHasToBe)
+TEST_F(GetNormalizedFileName, ShortensOnlyWhatIsUnsupported)
 {
     const std::string plain = Make(m_models, "a portal frame.frx");
     const std::string namedInKanji = Make(m_models, std::string{Kanji} + ".frx");
@@ -81,7 +76,7 @@ TEST_F(GetNormalizedFileName, ShortensOnlyWhatHasToBe)
     EXPECT_EQ(Normalise(m_kanji), ShortForm(m_kanji));
 }
 
-TEST_F(GetNormalizedFileName, IsEmptyForWhatIsNotThereOrDoesNotFitItsBuffer)
+TEST_F(GetNormalizedFileName, IsEmptyForMissingAndLongPaths)
 {
     EXPECT_EQ(Normalise(m_kanji + Kanji), "");
     const std::string folder = m_machine.Folder(std::string(100, 'x'));

@@ -41,8 +41,8 @@ TEST_F(ExternalApplications, AreAbsentOnAnEmptyMachine)
     WriteFile(m_machine.Root() / "sbuilder.exe", "");
     WriteFile(m_machine.Root() / "MSInfo32.exe", "");
     std::filesystem::current_path(m_machine.Root());
-    for (const auto find : {Settings::GetAdaptBuilderExePath, Settings::GetMsInfo32ExePath,
-                            Settings::GetTechnipExePath, Settings::GetPlexoraExplorerExecutablePath})
+    for (const auto find : {Settings::GetAdaptBuilderExePath, Settings::GetMsInfo32ExePath, Settings::GetTechnipExePath,
+                            Settings::GetPlexoraExplorerExecutablePath})
         EXPECT_EQ(find(), "");
     std::filesystem::current_path(m_machine.Root().parent_path());
     EXPECT_FALSE(Settings::IsPlexoraExplorerInstalled());
