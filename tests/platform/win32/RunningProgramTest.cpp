@@ -5,17 +5,19 @@
 #include <cstdlib>
 #include <elf.h>
 #include <filesystem>
-#include <spawn.h>
 #include <string>
-#include <sys/wait.h>
+#include <sys/prctl.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
-#include <utility>
 
 #include <Quenlor/QnFileName.h>
 #include <gtest/gtest.h>
 
+#include "DirectoryConfig.h"
 #include "UserSettingsConfig.h"
 #include "VersionConfig.h"
+#include "registry/Hives.h"
+#include "reliability/Processes.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/Printers.h"
@@ -27,32 +29,10 @@ using namespace Quenlor;
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 namespace fs = std::filesystem;
 
-class Process final
+pid_t Launch(const fs::path& program, const char* name, const char* argument)
 {
-public:
-    Process(const fs::path& program, const char* name, const char* argument)
-    {
-        char* const arguments[] = {const_cast<char*>(name), const_cast<char*>(argument), nullptr};
-        EXPECT_EQ(::posix_spawn(&m_id, program.c_str(), nullptr, nullptr, arguments, environ), 0) << program;
-    }
-    ~Process()
-    {
-        if (m_id == 0)
-            return;
-        ::kill(m_id, SIGKILL);
-        Wait();
-    }
-
-    int Wait()
-    {
-        int status = 0;
-        ::waitpid(std::exchange(m_id, 0), &status, 0);
-        return status;
-    }
-
-private:
-    pid_t m_id = 0;
-};
+    return Start([&] { return ::execl(program.c_str(), name, argument, nullptr); });
+}
 
 TEST(RunningPrograms, OfOtherUsersAreFound)
 {
@@ -61,13 +41,24 @@ TEST(RunningPrograms, OfOtherUsersAreFound)
     const fs::path shortName = machine.Root() / "without line";
     for (const fs::path& program : {longName, shortName})
         copy_file("/bin/sleep", program);
-    const Process withCommandLine{longName, longName.c_str(), "60"};
-    const Process withoutCommandLine{shortName, "", "60"};
-    const OrdinaryUser user{machine.Root()};
-    EXPECT_TRUE(UserSettingsConfig::IsExeRunning("a program with a long name"));
-    EXPECT_TRUE(UserSettingsConfig::IsExeRunning("without line"));
-    EXPECT_FALSE(UserSettingsConfig::IsExeRunning("a program"));
+    const pid_t children[] = {Launch(longName, longName.c_str(), "60"), Launch(shortName, "", "60")};
+    const auto isRunning = [](const char* name) { return UserSettingsConfig::IsExeRunning(name); };
+    {
+        const OrdinaryUser user{machine.Root()};
+        for (int i = 0; i < 10'000 && !(isRunning("a program with a long name") && isRunning("without line")); ++i)
+            ::usleep(1000); // until both have started
+        EXPECT_TRUE(isRunning("a program with a long name"));
+        EXPECT_TRUE(isRunning("without line"));
+        EXPECT_FALSE(isRunning("a program"));
+    }
+    for (const pid_t child : children)
+    {
+        ::kill(child, SIGKILL);
+        ExitCode(child);
+    }
 }
+
+constexpr char CopyVariable[] = "TEST_RUNS_IN_A_COPY";
 
 /// In a copy of this program, whose version is 22.9.0.115.
 void CheckAfterReplacement(const fs::path& program)
@@ -77,24 +68,71 @@ void CheckAfterReplacement(const fs::path& program)
     EXPECT_EQ(VersionConfig::GetProductVersion(), "22.09.00.115");
     QnFileName name;
     EXPECT_EQ(QnGetModuleFileName(name, nullptr), QuenlorStatus::Success);
-    QnFileName expected;
-    expected.SetNameUtf8(program.c_str());
-    EXPECT_STREQ(name.GetName(), expected.GetName());
+    EXPECT_EQ(name.GetNameUtf8(), QnFileName{Utf8String{program.c_str()}}.GetNameUtf8());
 }
 
 TEST(RunningProgram, KeepsItsVersionAndNameWhenReplaced)
 {
-    constexpr char copyVariable[] = "TEST_RUNS_IN_A_COPY";
-    if (std::getenv(copyVariable))
+    if (std::getenv(CopyVariable))
         return CheckAfterReplacement(fs::read_symlink("/proc/self/exe"));
     ScratchMachine machine;
-    machine.SetEnvironment(copyVariable, "1");
+    machine.SetEnvironment(CopyVariable, "1");
     for (const char* const name : {"Editor", "Edi\\tor", "Edi\xFFtor"})
     {
         const fs::path program = machine.Root() / name;
         copy_file("/proc/self/exe", program);
-        Process copy{program, program.c_str(), "--gtest_filter=*WhenReplaced"};
-        EXPECT_EQ(copy.Wait(), 0) << program;
+        EXPECT_EQ(ExitCode(Launch(program, program.c_str(), "--gtest_filter=*WhenReplaced")), 0) << program;
+    }
+}
+
+/// In a copy of this program in a folder that all variables name.
+void CheckPlaces(bool areMoved)
+{
+    using Quenlor::StandIn::Registry::HivePath;
+    char machineData[MAX_PATH] = "";
+    char userData[MAX_PATH] = "";
+    ::SHGetFolderPathA(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, machineData);
+    ::SHGetFolderPathA(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, userData);
+    for (const Utf8String& place :
+         {Utf8String{HivePath(HKEY_CURRENT_USER).c_str()}, Utf8String{HivePath(HKEY_LOCAL_MACHINE).c_str()},
+          Utf8String{machineData}, Utf8String{userData}, DirectoryConfig::GetFRAXOProRoot(),
+          DirectoryConfig::GetFraxoSectionDatabaseDirectory()})
+        EXPECT_EQ(place.ToStdString().find("elsewhere") != std::string::npos, areMoved) << place;
+}
+
+// A set-user-ID program is started by somebody who must not choose what it reads with its greater rights.
+TEST(RunningProgram, WithGreaterRightsIgnoresVariables)
+{
+    if (const char* const areMoved = std::getenv(CopyVariable))
+        return CheckPlaces(*areMoved == '1');
+    ScratchMachine machine;
+    struct statvfs volume
+    {
+    };
+    ASSERT_EQ(::statvfs(machine.Root().c_str(), &volume), 0);
+    if (::geteuid() != 0 || (volume.f_flag & ST_NOSUID) || ::prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) == 1)
+        GTEST_SKIP() << "Only root can try this, and only where programs can get rights.";
+    const fs::path folder = machine.Root() / "elsewhere";
+    const fs::path program = folder / "program";
+    fs::permissions(machine.Root(), fs::perms{0755});
+    fs::create_directory(folder);
+    fs::copy_file("/proc/self/exe", program);
+    for (const char* const name : {"QUENLOR_REGISTRY_DIR", "HOME", "PROGRAMDATA", "LOCALAPPDATA",
+                                   "FRAXO_PRO_ROOT_DIRECTORY", "FRAXO_PRO_SECTIONS_DIRECTORY"})
+        machine.SetEnvironment(name, folder.string());
+    machine.SetEnvironment("ASAN_OPTIONS", "detect_leaks=0"); // which does not work with greater rights
+    for (const bool hasRights : {false, true})
+    {
+        fs::permissions(program, fs::perms{hasRights ? 04755U : 0755U});
+        machine.SetEnvironment(CopyVariable, hasRights ? "0" : "1");
+        EXPECT_EQ(ExitCode(Start(
+                      [&]
+                      {
+            return ::setgid(65534) != 0 || ::setuid(65534) != 0 ||
+                   ::execl(program.c_str(), program.c_str(), "--gtest_filter=*IgnoresVariables", nullptr);
+                  })),
+                  0)
+            << hasRights;
     }
 }
 
@@ -131,7 +169,7 @@ std::string ExecutableWithNotes(Elf64_Half count)
     return file + bytes(segment) + std::string(megabyte, '\0') + bytes(version);
 }
 
-TEST(VersionResource, IsLookedForInOneMegabyteOfNotes)
+TEST(VersionResource, IsInTheFirstMegabyteOfNotes)
 {
     const ScratchMachine machine;
     const fs::path program = machine.Root() / "program";
