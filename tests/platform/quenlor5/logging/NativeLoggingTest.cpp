@@ -23,7 +23,7 @@ using ::testing::HasSubstr;
 
 using NativeLogging = LoggingTest;
 
-TEST_F(NativeLogging, SendsEachRecordWhereLevelsThresholdsAndAncestorsSay)
+TEST_F(NativeLogging, SendsRecordsAsConfigured)
 {
     Configure(R"(
         <appender name="all" type="file" path="all.log" pattern="%n %L"/>
@@ -90,7 +90,7 @@ TEST_F(NativeLogging, TakesTextOfAnyKind)
     EXPECT_EQ(Lines("a.log"), "literal\nown\nstandard\nview\n\n");
 }
 
-TEST_F(NativeLogging, FillsVariablesInAndMakesTheFolderForTheFirstRecord)
+TEST_F(NativeLogging, FillsVariablesAndMakesFolders)
 {
     m_machine.SetEnvironment("FRAXO_PRO_TEST", "of the test");
     LoggingConfig::DefineVariable(L"Place", [] { return Utf8String{R"(deep\er\)"}; });
@@ -125,42 +125,7 @@ TEST_F(NativeLogging, KeepsTheNameOfALoggerWithinOneFileName)
     EXPECT_EQ(names, expected);
 }
 
-class RollingFile : public LoggingTest
-{
-protected:
-    static constexpr char Elements[] =
-        R"(<appender name="a" type="rolling-file" path="a.log" size="1KB" count="2" pattern="%v"/>
-           <root><appender-ref ref="a"/></root>)";
-
-    /// Writes lines of 100 characters, numbered.
-    static void Write(int from, int to)
-    {
-        for (int line = from; line <= to; ++line)
-            Logger(L"").Error(std::to_string(1000 + line) + std::string(96 - LineEnd, '.'));
-    }
-
-    std::string FirstAndLast(const char* name) const
-    {
-        const std::string lines = Lines(name);
-        return lines.empty() ? lines : lines.substr(0, 4) + "-" + lines.substr(lines.rfind('1'), 4);
-    }
-
-    static constexpr std::size_t LineEnd = std::filesystem::path::preferred_separator == '\\' ? 2 : 1;
-};
-
-TEST_F(RollingFile, KeepsSoManyFullFilesAndGoesOnWithTheLastOne)
-{
-    Configure(Elements);
-    Write(0, 43);
-    Activate(); // as the next process does
-    Write(44, 47);
-    EXPECT_EQ(FirstAndLast("a.log"), "1040-1047");
-    EXPECT_EQ(FirstAndLast("a.1.log"), "1030-1039");
-    EXPECT_EQ(FirstAndLast("a.2.log"), "1020-1029");
-    EXPECT_FALSE(exists(m_folder / "a.3.log"));
-}
-
-TEST_F(NativeLogging, KeepsRecordsOfManyThreadsWholeWhileItIsConfiguredAnew)
+TEST_F(NativeLogging, KeepsRecordsOfManyThreadsWhole)
 {
     constexpr int ThreadCount = 4;
     constexpr int LineCount = 300;
@@ -241,7 +206,7 @@ TEST_F(NativeLogging, WarnsOnStandardErrorWithoutAUsableConfiguration)
                 LooksLike(".*log.xml:2: no appender .*\n"));
 }
 
-TEST_F(NativeLogging, TellsOnceOfAnAppenderThatCannotWorkAndGoesOnWithTheOthers)
+TEST_F(NativeLogging, ReportsAFailingAppenderOnce)
 {
     LoggingConfig::DefineVariable(L"Nowhere",
                                   []() -> Utf8String { throw std::runtime_error("Could not get the folder"); });

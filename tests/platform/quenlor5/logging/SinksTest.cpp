@@ -86,6 +86,18 @@ TEST_F(FileSink, TriesAgainAfterASecondAndSaysHowManyRecordsAreLost)
     EXPECT_THAT(Lines(), LooksLike("lost records: 4 \\(cannot open .*\\)\n5\n6\n"));
 }
 
+TEST_F(FileSink, KeepsSoManyFullFilesAndContinuesTheLast)
+{
+    const auto sink = Make(Rolling, 2);
+    for (const char* const text : {"record 1", "record 2", "record 3", "4"})
+        Log(sink, text);
+    Log(Make(Rolling, 2), "5"); // as the next process does
+    EXPECT_EQ(Lines(), "4\n5\n");
+    EXPECT_EQ(Lines("a.1.log"), "record 3\n");
+    EXPECT_EQ(Lines("a.2.log"), "record 2\n");
+    EXPECT_FALSE(exists(m_folder / "a.3.log"));
+}
+
 TEST_F(FileSink, MutesNoOtherProgramWhenNoOldFilesAreKept)
 {
     const auto first = Make(Rolling, 0);
