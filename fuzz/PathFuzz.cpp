@@ -12,23 +12,14 @@ using namespace Quenlor;
 
 namespace
 {
-constexpr std::wstring_view Separators = L"\\/";
-
 bool IsSeparator(wchar_t character)
 {
-    return Separators.find(character) != std::wstring_view::npos;
+    return character == L'\\' || character == L'/';
 }
 
 bool StartsRooted(const std::wstring& path)
 {
     return !path.empty() && IsSeparator(path.front());
-}
-
-QnFileName Named(const std::wstring& path)
-{
-    QnFileName name;
-    name.SetName(path.c_str());
-    return name;
 }
 
 std::wstring Fixed(const std::wstring& path)
@@ -40,7 +31,7 @@ std::wstring Fixed(const std::wstring& path)
 
 std::wstring WithSeparator(const std::wstring& path)
 {
-    QnFileName name = Named(path);
+    QnFileName name{path};
     name.AppendSeparator();
     return name.GetName();
 }
@@ -50,11 +41,7 @@ std::wstring Respelled(const std::wstring& path)
 {
     std::wstring other;
     for (const wchar_t character : path)
-    {
-        if (IsSeparator(character) && other.length() >= 2)
-            other += L'/';
-        other += IsSeparator(character) && other.length() >= 2 ? L'/' : character;
-    }
+        other += IsSeparator(character) && other.length() >= 2 ? L"//" : std::wstring{character};
     return other;
 }
 
@@ -68,7 +55,7 @@ void CheckFixing(const std::wstring& path)
     Check(fixed.find(L'/') == std::wstring::npos && fixed.find(L"\\\\", 1) == std::wstring::npos);
     Check(fixed.empty() == path.empty());
     Check(StartsRooted(fixed) == StartsRooted(path)); // relative stays relative: never the root of a drive
-    Check(!Named(fixed).IsAbsolutePath() || Named(path).IsAbsolutePath());
+    Check(!QnFileName(fixed).IsAbsolutePath() || QnFileName(path).IsAbsolutePath());
 }
 
 void CheckParts(const std::wstring& path)
@@ -86,7 +73,7 @@ void CheckAppending(const std::wstring& path, const std::wstring& component)
     Check(WithSeparator(WithSeparator(path)) == WithSeparator(path));
     Check(path.empty() == WithSeparator(path).empty());
 
-    const std::wstring joined = Named(path).AppendToPath(component.c_str()).GetName();
+    const std::wstring joined = QnFileName(path).AppendToPath(component.c_str()).GetName();
     Check(path.empty() || joined.starts_with(path));
     Check(path.empty() || StartsRooted(joined) == StartsRooted(path));
     const bool isPlain = !component.empty() && std::ranges::none_of(component, IsSeparator);

@@ -13,17 +13,15 @@ using ::testing::ThrowsMessage;
 
 constexpr float Infinity = std::numeric_limits<float>::infinity();
 
-struct Comparison
+TEST(AreFloatNumbersEqual, ScalesTheToleranceByTheTruncatedExponent)
 {
-    float a;
-    float b;
-    float epsilon;
-    bool areEqual;
-};
-
-TEST(AreFloatNumbersEqual, ScalesTheToleranceByTheTruncatedBinaryExponent)
-{
-    const Comparison rows[] = {
+    const struct
+    {
+        float a;
+        float b;
+        float epsilon;
+        bool areEqual;
+    } rows[] = {
         {0.0F, -0.0F, 0.0F, true},
         {1.0F, 1.0F, 0.0F, false},        // a difference equal to the tolerance
         {1000.0F, 1000.4F, 0.001F, true}, // 512 * 0.001
@@ -37,8 +35,8 @@ TEST(AreFloatNumbersEqual, ScalesTheToleranceByTheTruncatedBinaryExponent)
         {Infinity, 1.0F, 1.0F, false},
         {std::numeric_limits<float>::quiet_NaN(), 1.0F, 1.0F, false},
     };
-    for (const Comparison& row : rows)
-        EXPECT_EQ(AreFloatNumbersEqual(row.a, row.b, row.epsilon), row.areEqual) << row.a << " and " << row.b;
+    for (const auto& [a, b, epsilon, areEqual] : rows)
+        EXPECT_EQ(AreFloatNumbersEqual(a, b, epsilon), areEqual) << a << " and " << b;
 }
 
 TEST(FormatFloatToString, WritesAsManyDigitsAsAskedFor)
@@ -49,51 +47,39 @@ TEST(FormatFloatToString, WritesAsManyDigitsAsAskedFor)
     EXPECT_EQ(FormatFloatToString(1e10F, 1), "10000000000.0"); // never in scientific notation
 }
 
-TEST(EnvironmentVariable, IsReadBackAsSetAndRemovedByAnEmptyValue)
+TEST(EnvironmentVariable, IsReadBackAndRemovedByAnEmptyValue)
 {
     const std::string name = "FRAXO_TEST_VARIABLE";
-    EXPECT_EQ(GetEnvironmentVariableValue(name), "");
-    SetEnvironmentVariableValue(name, "a value with = and blanks");
-    EXPECT_EQ(GetEnvironmentVariableValue(name), "a value with = and blanks");
-    SetEnvironmentVariableValue(name, "");
-    EXPECT_EQ(GetEnvironmentVariableValue(name), "");
-    SetEnvironmentVariableValue(name, std::string(20000, 'x'));
-    EXPECT_EQ(GetEnvironmentVariableValue(name), std::string(20000, 'x'));
-    SetEnvironmentVariableValue(name, "");
-}
-
-TEST(SetEnvironmentVariableValue, IgnoresANameThatCannotBeSet)
-{
-    SetEnvironmentVariableValue("", "x");
-    SetEnvironmentVariableValue("A=B", "x");
+    for (const std::string& value :
+         {std::string{}, std::string{"a value with = and blanks"}, std::string(20000, 'x'), std::string{}})
+    {
+        SetEnvironmentVariableValue(name, value);
+        EXPECT_EQ(GetEnvironmentVariableValue(name), value);
+    }
+    for (const char* const bad : {"", "A=B"}) // cannot be set
+        SetEnvironmentVariableValue(bad, "x");
     EXPECT_EQ(GetEnvironmentVariableValue(""), "");
 }
-
-struct Cut
-{
-    std::string text;
-    std::uint64_t position;
-    std::string left;
-    std::string right;
-};
 
 TEST(LeftOfAndRightOf, SplitATextAroundAPosition)
 {
     const std::uint64_t last = std::numeric_limits<std::uint64_t>::max();
-    Cut rows[] = {
+    struct
+    {
+        std::string text;
+        std::uint64_t position;
+        std::string left;
+        std::string right;
+    } rows[] = {
         {"a=b", 1, "a", "b"}, {"abc", 0, "", "bc"}, {"abc", 2, "ab", ""},        {"abc", 4, "abc", "abc"},
         {"", 0, "", ""},      {"", 7, "", ""},      {"abc", last, "abc", "abc"},
     };
-    for (Cut& row : rows)
+    for (auto& [text, position, left, right] : rows)
     {
-        EXPECT_EQ(LeftOf(row.text, row.position), row.left) << row.text << " at " << row.position;
-        EXPECT_EQ(RightOf(row.text, row.position), row.right) << row.text << " at " << row.position;
+        EXPECT_EQ(LeftOf(text, position), left) << text << " at " << position;
+        EXPECT_EQ(RightOf(text, position), right) << text << " at " << position;
     }
-}
-
-TEST(RightOf, FailsRightBehindTheTextAndOnlyThere)
-{
-    std::string text = "abc";
+    std::string text = "abc"; // right after which nothing can be cut
     EXPECT_THAT([&] { RightOf(text, 3); }, ThrowsMessage<std::out_of_range>("invalid string position"));
     EXPECT_EQ(LeftOf(text, 3), "abc");
 }

@@ -8,16 +8,14 @@ namespace
 {
 using Quenlor::Fraxo::SharedUtilities::Native::VersionConfig;
 
-struct Versions
-{
-    const char* first;
-    const char* second;
-    int result;
-};
-
 TEST(CompareVersions, ComparesPartsAsNumbersOfSixteenBits)
 {
-    const Versions rows[] = {
+    const struct
+    {
+        const char* first;
+        const char* second;
+        int result;
+    } rows[] = {
         {"22.9.0.115", "22.9.0.115", 0},
         {"22.10.0.0", "22.9.0.115", 1}, // numbers, not text
         {"1.0", "1.0.0.0", 0},
@@ -31,27 +29,21 @@ TEST(CompareVersions, ComparesPartsAsNumbersOfSixteenBits)
         {"1.2.3.4.5", "1.2.3.4", 0},
         {"65535.0.0.0", "32767.65535.65535.65535", 1}, // unsigned
     };
-    for (const Versions& row : rows)
+    for (const auto& [first, second, result] : rows)
     {
-        EXPECT_EQ(VersionConfig::CompareVersions(row.first, row.second), row.result) << row.first << ", " << row.second;
-        EXPECT_EQ(VersionConfig::CompareVersions(row.second, row.first), -row.result);
+        EXPECT_EQ(VersionConfig::CompareVersions(first, second), result) << first << ", " << second;
+        EXPECT_EQ(VersionConfig::CompareVersions(second, first), -result);
     }
 }
 
-TEST(GetVersionStamp, JoinsProductKeyAndReleaseNumber)
+TEST(VersionConfig, HasFixedKeys)
 {
-    EXPECT_EQ(VersionConfig::GetVersionStamp(),
-              VersionConfig::GetProductKey() + R"(\)" + VersionConfig::GetReleaseNumber());
     EXPECT_EQ(VersionConfig::GetVersionStamp(), R"(FraxoPro\22.00.00)");
-}
-
-TEST(GetConnectedProjectRegistrationKey, StaysAtTheEarlierRelease)
-{
-    EXPECT_EQ(VersionConfig::GetConnectedProjectRegistrationKey(), "21.00.00.00");
+    EXPECT_EQ(VersionConfig::GetConnectedProjectRegistrationKey(), "21.00.00.00"); // of the earlier release, on purpose
 }
 
 // This program's version resource says 22.9.0.115; the other test programs have none.
-TEST(GetProductVersion, IsTheExecutablesFileVersionWithAtLeastTwoDigitsAPart)
+TEST(VersionConfig, PadsTheFileVersionToTwoDigits)
 {
     EXPECT_EQ(VersionConfig::GetProductVersion(), "22.09.00.115");
     EXPECT_EQ(VersionConfig::GetBuildNumber(), "00");

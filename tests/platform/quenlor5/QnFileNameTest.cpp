@@ -16,11 +16,6 @@ using namespace Quenlor;
 
 constexpr bool SystemHasOneRoot = std::filesystem::path::preferred_separator == '/';
 
-QnFileName Named(const wchar_t* path)
-{
-    return QnFileName{path};
-}
-
 struct Path
 {
     const wchar_t* given;
@@ -32,14 +27,14 @@ TEST(SeparatorsAtTheEnd, AreAddedOnlyWhereOneIsMissing)
     const Path rows[] = {{L"C:\\a", L"C:\\a\\"}, {L"/opt/a/", L"/opt/a/"}, {L"", L""}};
     for (const Path& row : rows)
     {
-        QnFileName name = Named(row.given);
+        QnFileName name{row.given};
         name.AppendSeparator();
         EXPECT_STREQ(name.GetName(), row.expected);
     }
-    EXPECT_STREQ(Named(L"C:\\a").AppendToPath(L"b").AppendToPath(L"c\\").GetName(), L"C:\\a\\b\\c\\");
-    EXPECT_STREQ(Named(L"/a/").AppendToPath(L"\\b").GetName(), L"/a/b");
-    EXPECT_STREQ(Named(L"").AppendToPath(L"Samples\\").GetName(), L"Samples\\"); // stays relative
-    EXPECT_STREQ(Named(L"C:\\a").AppendToPath(L"").AppendToPath(nullptr).GetName(), L"C:\\a");
+    EXPECT_STREQ(QnFileName(L"C:\\a").AppendToPath(L"b").AppendToPath(L"c\\").GetName(), L"C:\\a\\b\\c\\");
+    EXPECT_STREQ(QnFileName(L"/a/").AppendToPath(L"\\b").GetName(), L"/a/b");
+    EXPECT_STREQ(QnFileName(L"").AppendToPath(L"Samples\\").GetName(), L"Samples\\"); // stays relative
+    EXPECT_STREQ(QnFileName(L"C:\\a").AppendToPath(L"").AppendToPath(nullptr).GetName(), L"C:\\a");
 }
 
 TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
@@ -74,11 +69,11 @@ TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
 TEST(IsAbsolutePath, WantsARootBehindTheDevice)
 {
     for (const wchar_t* path : {LR"(C:\a)", L"z:/a", LR"(\\server\share)", LR"(\/server\share)"})
-        EXPECT_TRUE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
+        EXPECT_TRUE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8().c_str();
     for (const wchar_t* path : {L"", L"a", LR"(a\b)", L"C:", L"C:a", LR"(..\a)"})
-        EXPECT_FALSE(Named(path).IsAbsolutePath()) << Named(path).GetNameUtf8().c_str();
+        EXPECT_FALSE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8().c_str();
     for (const wchar_t* path : {LR"(\a)", LR"(\\)", LR"(\\\a)"})
-        EXPECT_EQ(Named(path).IsAbsolutePath(), SystemHasOneRoot) << Named(path).GetNameUtf8().c_str();
+        EXPECT_EQ(QnFileName(path).IsAbsolutePath(), SystemHasOneRoot) << QnFileName(path).GetNameUtf8().c_str();
     QnFileName executable;
     ASSERT_EQ(QnGetModuleFileName(executable, nullptr), QuenlorStatus::Success);
     EXPECT_TRUE(executable.IsAbsolutePath());
@@ -182,7 +177,7 @@ TEST_F(FilesTest, PathsBeyondTheClassicLimitWork)
     std::filesystem::path top = Below(L"long").ToNativePath();
     for (int level = 0; level < levels; ++level)
     {
-        rename(top / Named(name.c_str()).ToNativePath(), top / "a");
+        rename(top / QnFileName(name.c_str()).ToNativePath(), top / "a");
         top /= "a";
     }
 }
