@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "Fuzz.h"
+#include "registry/Key.h"
 #include "registry/RegistryFileReader.h"
 #include "registry/RegistryFileWriter.h"
-#include "registry/RegistryTree.h"
 #include "registry/TreeLoader.h"
 
 using namespace Quenlor::StandIn::Registry;

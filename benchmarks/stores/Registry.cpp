@@ -7,6 +7,11 @@
 
 #include "Settings.h"
 
+namespace Quenlor::StandIn::Registry
+{
+void LocateHives(); // where the environment of now says; programs decide once
+}
+
 namespace Benchmarks
 {
 namespace
@@ -20,7 +25,11 @@ class Store
 public:
     explicit Store(const std::filesystem::path& folder) : m_folder{folder} {}
 
-    void Select() const { ::setenv("QUENLOR_REGISTRY_DIR", m_folder.c_str(), 1); }
+    void Select() const
+    {
+        ::setenv("QUENLOR_REGISTRY_DIR", m_folder.c_str(), 1);
+        Quenlor::StandIn::Registry::LocateHives();
+    }
 
     void Fill(int count) const
     {

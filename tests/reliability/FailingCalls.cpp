@@ -12,7 +12,6 @@
 #include <iterator>
 #include <string_view>
 #include <sys/file.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <type_traits>
 #include <unistd.h>
@@ -58,9 +57,7 @@ template<typename Result>
 Result Fail(int error)
 {
     errno = error;
-    if constexpr (std::is_same_v<Result, void*>)
-        return MAP_FAILED;
-    else if constexpr (std::is_pointer_v<Result>)
+    if constexpr (std::is_pointer_v<Result>)
         return nullptr;
     else
         return -1;
@@ -134,12 +131,16 @@ int linkat(int first, const char* from, int second, const char* to, int flags) n
 int lstat(const char* path, struct stat* status) noexcept { return Attempt<&lstat>("lstat", path, status); }
 int mkdir(const char* path, mode_t mode) noexcept { return Attempt<&mkdir>("mkdir", path, mode); }
 int mkostemp(char* path, int flags) { return Attempt<&mkostemp>("mkostemp", path, flags); }
-void* mmap(void* at, std::size_t length, int protection, int flags, int file, off_t from) noexcept { return Attempt<&mmap>("mmap", at, length, protection, flags, file, from); }
 DIR* opendir(const char* path) { return Attempt<&opendir>("opendir", path); }
 struct dirent* readdir(DIR* folder) { return Attempt<&readdir>("readdir", folder); }
 ssize_t readlink(const char* path, char* target, std::size_t length) noexcept { return Attempt<&readlink>("readlink", path, target, length); }
 int rename(const char* from, const char* to) noexcept { return Attempt<&rename>("rename", from, to); }
 int renameat2(int first, const char* from, int second, const char* to, unsigned flags) noexcept { return Attempt<&renameat2>("renameat2", first, from, second, to, flags); }
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept { return Attempt<&fstatat>("fstatat", folder, path, status, flags); }
+int mkdirat(int folder, const char* path, mode_t mode) noexcept { return Attempt<&mkdirat>("mkdirat", folder, path, mode); }
+ssize_t readlinkat(int folder, const char* path, char* target, std::size_t length) noexcept { return Attempt<&readlinkat>("readlinkat", folder, path, target, length); }
+int renameat(int first, const char* from, int second, const char* to) noexcept { return Attempt<&renameat>("renameat", first, from, second, to); }
+int unlinkat(int folder, const char* path, int flags) noexcept { return Attempt<&unlinkat>("unlinkat", folder, path, flags); }
 int stat(const char* path, struct stat* status) noexcept { return Attempt<&stat>("stat", path, status); }
 int unlink(const char* path) noexcept { return Attempt<&unlink>("unlink", path); }
 }

@@ -34,7 +34,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StrEq;
 
-constexpr char PlainHive[] = "REGEDIT4\n\n[HKEY_CURRENT_USER]\n\"n\"=\"old\"\n";
+constexpr char PlainHive[] = "REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"n\"=\"old\"\n";
 constexpr char MalformedHive[] = "REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"n\"=\"old\"\n\"malformed\"=dword:x\n";
 
 /// The folder that is written to, and what belongs in it.
@@ -99,9 +99,9 @@ bool SetNumber(const Place&)
     return RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Key", "n", 22);
 }
 
-bool DeleteValue(const Place& place)
+bool DeleteKey(const Place& place)
 {
-    const LSTATUS status = ::RegDeleteValueA(HKEY_CURRENT_USER, "n");
+    const LSTATUS status = ::RegDeleteTreeA(HKEY_CURRENT_USER, "Key");
     if (status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND)
         return true;
     EXPECT_EQ(status, place.fault == EACCES ? ERROR_ACCESS_DENIED : ERROR_REGISTRY_IO_FAILED);
@@ -111,7 +111,7 @@ bool DeleteValue(const Place& place)
 const Operation Operations[] = {
     {"ATextInAMalformedHive", &Place::hive, MalformedHive, SetText, OpenKey, false, "\"malformed\"=dword:x\n"},
     {"ANumberInANewHive", &Place::hive, nullptr, SetNumber, OpenKey},
-    {"ADeletion", &Place::hive, PlainHive, DeleteValue},
+    {"ADeletion", &Place::hive, PlainHive, DeleteKey},
     {"ACopyInANewFolder", &Place::copy, nullptr, Provided},
     {.name = "ACopyThatNeedsAName",
      .target = &Place::copy,
@@ -160,10 +160,7 @@ protected:
     {
         fs::remove_all(m_place.user);
         if (GetParam().before)
-        {
             WriteFile(Target(), GetParam().before);
-            WriteFile(m_place.hive.string() + ".changes", {"\2\0\0\0\0\0\0", 8});
-        }
         m_reader.Refresh();
     }
 
@@ -172,7 +169,7 @@ protected:
     {
         Hive fresh{HKEY_CURRENT_USER, m_place.hive};
         EXPECT_EQ(fresh.Refresh(), ERROR_SUCCESS);
-        EXPECT_EQ(m_reader.RefreshIfAnnounced(), ERROR_SUCCESS);
+        EXPECT_EQ(m_reader.Refresh(), ERROR_SUCCESS);
         const auto text = [](const Hive& hive)
         { return WriteRegistryFile(hive.Root(), "HKEY_CURRENT_USER", RegistryFileForm::Hive); };
         EXPECT_EQ(text(m_reader), text(fresh));
@@ -205,7 +202,7 @@ protected:
         EXPECT_THAT(left + ReadFile(m_place.skipped), HasSubstr(GetParam().keeps));
         EXPECT_TRUE(left == m_states.back() || !success || mayBeSilent);
         EXPECT_TRUE(success || (plan.fault != EINTR && plan.fault != FailingCalls::HalfTransfer)) << "no failure";
-        EXPECT_TRUE(TemporaryFiles(folder).empty() || isKilled || plan.isLasting || call == "unlink");
+        EXPECT_TRUE(TemporaryFiles(folder).empty() || isKilled || plan.isLasting || call.starts_with("unlink"));
         ExpectThatReadersAreCurrent();
 
         // The disk works again, some time has passed.

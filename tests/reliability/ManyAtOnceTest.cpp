@@ -63,18 +63,15 @@ protected:
         return 0;
     }
 
-    /// Looks through a handle that stays open at what each writer has stored last, and at the hive as a whole.
+    /// Looks at what each writer has stored last, and at the hive as a whole.
     int Read(int writers)
     {
-        HKEY key = nullptr;
-        ::RegOpenKeyExA(HKEY_CURRENT_USER, "Shared", 0, KEY_READ, &key);
         std::size_t most = 0;
         for (int writer = 0; !m_shared->isOver; writer = (writer + 1) % writers)
         {
             const int write = m_shared->written[writer];
-            const LSTATUS status =
-                ::RegQueryValueExA(key, Name(writer, write).c_str(), nullptr, nullptr, nullptr, nullptr);
-            m_shared->outdated += write != 0 && status != ERROR_SUCCESS;
+            const int stored = RegistryHelper::GetIntValue(HKEY_CURRENT_USER, "Shared", Name(writer, write), 0);
+            m_shared->outdated += write != 0 && stored != write;
 
             std::size_t values = 0;
             const auto count = [&](const Key& root)

@@ -10,6 +10,11 @@
 
 #include "support/Files.h"
 
+namespace Quenlor::StandIn::Registry
+{
+void LocateHives(); // where the environment of now says; programs decide once
+}
+
 /// A registry of its own for each test: QUENLOR_REGISTRY_DIR names a folder that does not exist yet.
 class ScratchRegistry : public ::testing::Test
 {
@@ -19,6 +24,7 @@ protected:
         std::string name = (std::filesystem::temp_directory_path() / "registry-XXXXXX").string();
         m_scratch = ::mkdtemp(name.data());
         ::setenv("QUENLOR_REGISTRY_DIR", (m_scratch / "hives").c_str(), 1);
+        Quenlor::StandIn::Registry::LocateHives();
     }
 
     ~ScratchRegistry() override { std::filesystem::remove_all(m_scratch); }

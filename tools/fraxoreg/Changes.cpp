@@ -31,7 +31,7 @@ LSTATUS DeleteValue(const KeyName& name, const std::string& valueName)
 LSTATUS DeleteAllValues(Key* key)
 {
     while (key && !key->Values().empty())
-        key->DeleteValue(std::string{key->Values().back()->name});
+        key->DeleteValue(std::string{key->Values().begin()->second.name});
     return key ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
 }
 } // namespace

@@ -165,13 +165,13 @@ ExitStatus Import(const Arguments& arguments, const Console& console)
                       R"( has to be "Windows Registry Editor Version 5.00" or "REGEDIT4".)"};
     const std::string problems = Described(result.problems, file);
     if (!problems.empty() && !arguments.Has("--skip-errors"))
-        throw Failure{"Nothing was imported: " + file + " has " + Counted(result.problems.size()) + ".\n" + problems +
+        throw Failure{"Nothing was imported: " + file + " has " + Counted(result.problemCount) + ".\n" + problems +
                       "Correct the file, or import its other lines with --skip-errors."};
     changes.Apply();
     console.out << Completed;
     if (problems.empty())
         return Success;
-    console.err << Shown("WARNING: " + Counted(result.problems.size()) + " left out.\n" + problems);
+    console.err << Shown("WARNING: " + Counted(result.problemCount) + " left out.\n" + problems);
     return Partly;
 }
 } // namespace FraxoReg

@@ -49,13 +49,13 @@ std::string Explain(HKEY root, LSTATUS status)
 
 void CopyMissing(Key& target, const Key& source)
 {
-    for (const auto& value : source.Values())
+    for (const auto& [folded, value] : source.Values())
     {
-        if (!target.FindValue(value->name))
-            target.SetValue(value->name, value->type, value->data);
+        if (!target.FindValue(value.name))
+            target.SetValue(value.name, value.type, value.data);
     }
-    for (const auto& subKey : source.SubKeys())
-        CopyMissing(target.Create(subKey->Name()), *subKey);
+    for (const auto& [folded, subKey] : source.SubKeys())
+        CopyMissing(target.Create(subKey.Name()), subKey);
 }
 } // namespace
 

@@ -6,7 +6,7 @@
 
 #include <Platform/Win32.h>
 
-#include "registry/RegistryTree.h"
+#include "registry/Key.h"
 
 namespace FraxoReg
 {

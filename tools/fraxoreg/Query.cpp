@@ -32,11 +32,11 @@ public:
         if (m_foldedName && !m_isRecursive)
             return;
         const std::size_t length = path.size();
-        for (const auto& subKey : key.SubKeys())
+        for (const auto& [folded, subKey] : key.SubKeys())
         {
-            Registry::AppendToPath(path, subKey->Name());
+            Registry::AppendToPath(path, subKey.Name());
             if (m_isRecursive)
-                Print(*subKey, path);
+                Print(subKey, path);
             else
                 PrintKey(path);
             path.resize(length);
@@ -58,13 +58,13 @@ private:
     void PrintValues(const Key& key, std::string_view path)
     {
         const std::size_t before = m_valueCount;
-        for (const auto& value : key.Values())
+        for (const auto& [folded, value] : key.Values())
         {
-            if (m_foldedName && *m_foldedName != value->foldedName)
+            if (m_foldedName && *m_foldedName != folded)
                 continue;
             if (m_valueCount++ == before)
                 PrintKey(path);
-            PrintValue(value->name, value->type, FormatData(value->type, value->data, m_separator));
+            PrintValue(value.name, value.type, FormatData(value.type, value.data, m_separator));
         }
         if (m_valueCount != before)
             m_console.out << '\n';

@@ -7,6 +7,11 @@
 
 #include <gtest/gtest.h>
 
+namespace Quenlor::StandIn::Registry
+{
+void LocateHives(); // where the environment of now says; programs decide once
+}
+
 std::vector<std::string> ScratchMachine::EnvironmentNames()
 {
     std::vector<std::string> names;
@@ -31,6 +36,7 @@ unsigned long ScratchMachine::ProcessNumber()
 void ScratchMachine::TakeRegistryAndShell()
 {
     SetEnvironment("QUENLOR_REGISTRY_DIR", (m_root / "Registry").string());
+    Quenlor::StandIn::Registry::LocateHives();
     for (const char* const folder : {"ProgramData", "LocalAppData"})
         std::filesystem::create_directory(m_root / folder);
     MoveShellFolder(ShellFolder::ProgramData, (m_root / "ProgramData").string());

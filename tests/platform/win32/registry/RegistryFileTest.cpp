@@ -6,10 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include "registry/Key.h"
 #include "registry/RegistryFileReader.h"
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryText.h"
-#include "registry/RegistryTree.h"
+#include "registry/TreeLoader.h"
 
 namespace
 {
@@ -155,6 +156,34 @@ TEST(RegistryFileReader, TellsWhereProblemsAreAndAddsNoNulToTheTextOfAHive)
     EXPECT_EQ(recorder.notes, " [U:] c=7:a");
 }
 
+TEST(RegistryFileReader, CostsNoMoreThanAFewTimesTheFile)
+{
+    const auto keyOf = [](std::size_t levels, std::size_t length)
+    {
+        std::string key = "[HKEY_CURRENT_USER";
+        for (std::size_t i = 0; i < levels; ++i)
+            key += '\\' + std::string(length, 'k');
+        return key + "]\n";
+    };
+    EXPECT_TRUE(Read(Version5 + keyOf(512, 32)) == "!") << "the longest path has 16,383 characters";
+    EXPECT_TRUE(Read(Version5 + keyOf(513, 1)) == "!");
+
+    std::string deep = Version5, bad = Version5;
+    for (int i = 0; i < 8; ++i)
+        deep += keyOf(512, 30).insert(19, std::to_string(i));
+    for (int i = 0; i < 100'000; ++i)
+        bad += i % 2 ? "x\n" : "\"\n";
+    for (const std::string& text : {deep, bad})
+    {
+        Key tree;
+        TreeLoader loader{HKEY_CURRENT_USER, tree};
+        const RegistryFileResult result = ReadRegistryFile(text, RegistryFileDialect::Hive, loader);
+        EXPECT_LE(result.problems.size(), MaxProblems);
+        EXPECT_LE(result.skipped.size(), 2 * text.size());
+        EXPECT_LE(WriteRegistryFile(tree, "HKEY_CURRENT_USER", RegistryFileForm::Hive).size(), 2 * text.size());
+    }
+}
+
 // ---- writing --------------------------------------------------------------------------------------------------------
 
 TEST(RegistryFileWriter, WritesWhatWindowsExports)
@@ -171,13 +200,13 @@ TEST(RegistryFileWriter, WritesWhatWindowsExports)
     const std::string expected = R"([HKEY_CURRENT_USER]
 
 [HKEY_CURRENT_USER\A]
-"z\\\""="C:\\\"x\""
 @=dword:12345678
 "list"=hex(7):78,00,00,00,fc,00,00,00,00,00
-"tab"=hex(1):09,00,00,00
 "nn"=hex:ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,\
   ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,\
   ab,ab,ab,ab
+"tab"=hex(1):09,00,00,00
+"z\\\""="C:\\\"x\""
 
 [HKEY_CURRENT_USER\b]
 
@@ -192,10 +221,10 @@ TEST(RegistryFileWriter, WritesWhatWindowsExports)
 std::string Described(const Key& key, const std::string& path)
 {
     std::string notes = " [U:" + path + "]";
-    for (const auto& value : key.Values())
-        notes += ' ' + Described(value->name, value->type, value->data);
-    for (const auto& subKey : key.SubKeys())
-        notes += Described(*subKey, path.empty() ? subKey->Name() : path + '\\' + subKey->Name());
+    for (const auto& [folded, value] : key.Values())
+        notes += ' ' + Described(value.name, value.type, value.data);
+    for (const auto& [folded, subKey] : key.SubKeys())
+        notes += Described(subKey, path.empty() ? subKey.Name() : path + '\\' + subKey.Name());
     return notes;
 }
 
@@ -248,7 +277,10 @@ TEST(RegistryFileWriter, LosesNothing)
         for (const RegistryFileForm form : {RegistryFileForm::Hive, RegistryFileForm::Windows})
         {
             const std::string text = WriteRegistryFile(odd.tree, "HKEY_CURRENT_USER", form);
-            ASSERT_EQ(' ' + Read(text, RegistryFileDialect::Hive), Described(odd.tree, "")) << seed << '\n' << text;
+            Key read;
+            TreeLoader loader{HKEY_CURRENT_USER, read};
+            EXPECT_TRUE(ReadRegistryFile(text, RegistryFileDialect::Hive, loader).problems.empty());
+            ASSERT_EQ(Described(read, ""), Described(odd.tree, "")) << seed << '\n' << text;
         }
     }
 }

@@ -2,9 +2,13 @@
 
 #include <cerrno>
 #include <ctime>
+#include <fcntl.h>
 #include <system_error>
 #include <utility>
 
+#include "posix/NextVersion.h"
+#include "posix/ReadFile.h"
+#include "registry/HiveFolder.h"
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryPath.h"
 #include "registry/TreeLoader.h"
@@ -13,14 +17,58 @@ namespace Quenlor::StandIn::Registry
 {
 namespace
 {
+using Posix::FileDescriptor;
+
 constexpr const char* LockSuffix = ".lock";
-constexpr const char* CounterSuffix = ".changes";
+constexpr const char* NextSuffix = ".new";
 constexpr const char* SkippedSuffix = ".skipped";
 
 LSTATUS StatusOf(const std::system_error& error) noexcept
 {
     const int code = error.code().value();
     return code == EACCES || code == EPERM || code == EROFS ? ERROR_ACCESS_DENIED : ERROR_REGISTRY_IO_FAILED;
+}
+
+[[noreturn]] void Throw(int code)
+{
+    throw std::system_error{code, std::generic_category()};
+}
+
+void Require(bool isDone)
+{
+    if (!isDone)
+        ThrowSystemError();
+}
+
+FileVersion VersionOf(const struct stat& status) noexcept
+{
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+/// Of the file that a call to stat or one of its kind looks at; that of a missing file if it finds none.
+template<typename Stat>
+FileVersion LookAt(Stat stat)
+{
+    struct stat status;
+    if (stat(&status) == 0)
+        return VersionOf(status);
+    Require(errno == ENOENT || errno == ENOTDIR);
+    return {};
+}
+
+/// None when it is missing.
+FileDescriptor OpenHive(const std::string& path, int flags = 0, int folder = AT_FDCWD)
+{
+    FileDescriptor file = Posix::OpenFile(path, flags, folder);
+    Require(file || errno == ENOENT || errno == ENOTDIR);
+    return file;
+}
+
+std::int64_t Tick() noexcept
+{
+    struct timespec now = {};
+    ::clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return now.tv_sec * std::int64_t{1'000'000'000} + now.tv_nsec;
 }
 
 std::string TimeNow()
@@ -31,46 +79,53 @@ std::string TimeNow()
     ::gmtime_r(&now, &parts);
     return {text, std::strftime(text, sizeof text, "%FT%TZ", &parts)};
 }
+
+/// Sets the time of a file after that of its version before, whatever the clock says. @return its version
+FileVersion MakeLater(const FileDescriptor& file, const FileVersion& before)
+{
+    const auto isLater = [&](const FileVersion& version) {
+        return std::pair{version.seconds, version.nanoseconds} > std::pair{before.seconds, before.nanoseconds};
+    };
+    const auto look = [&] { return LookAt([&](struct stat* status) { return ::fstat(file.get(), status); }); };
+    FileVersion version = look();
+    for (const time_t seconds : {0, 2}) // some file systems store whole seconds only, or even ones
+    {
+        if (isLater(version))
+            return version;
+        const bool isEndOfSecond = before.nanoseconds == 999'999'999;
+        const struct timespec time = {before.seconds + seconds + isEndOfSecond,
+                                      isEndOfSecond ? 0 : before.nanoseconds + 1};
+        const struct timespec times[] = {time, time};
+        Require(::futimens(file.get(), times) == 0);
+        version = look();
+    }
+    if (!isLater(version))
+        Throw(EIO);
+    return version;
+}
 } // namespace
 
 Hive::Hive(HKEY root, std::string path) : m_rootKey{root}, m_path{std::move(path)} {}
 
 LSTATUS Hive::Refresh()
+try
 {
     if (m_path.empty())
         return ERROR_SUCCESS;
-    try
-    {
-        const std::uint64_t counted = m_counter.Read(); // before the file is looked at: a later change counts on
-        if (m_isLoaded && FileVersion::Of(m_path) == m_version)
-            m_counted = counted;
-        else
-            Load();
-        return ERROR_SUCCESS;
-    }
-    catch (const std::system_error& error)
-    {
-        Forget();
-        return StatusOf(error);
-    }
+    m_tick = Tick(); // before the file is looked at
+    if (!m_isLoaded || LookAt([&](struct stat* status) { return ::stat(m_path.c_str(), status); }) != m_version)
+        Load(OpenHive(m_path));
+    return ERROR_SUCCESS;
+}
+catch (const std::system_error& error)
+{
+    Forget();
+    return StatusOf(error);
 }
 
-LSTATUS Hive::RefreshIfAnnounced()
+LSTATUS Hive::RefreshOncePerTick()
 {
-    if (m_isLoaded && ChangeCounter::IsSettled(m_counted) && m_counter.Read() == m_counted)
-        return ERROR_SUCCESS;
-    return Refresh();
-}
-
-const Key* Hive::Find(std::string_view path)
-{
-    if (m_lastGeneration != m_generation || m_lastPath != path)
-    {
-        m_lastKey = m_root.Find(path);
-        m_lastPath = path;
-        m_lastGeneration = m_generation;
-    }
-    return m_lastKey;
+    return m_isLoaded && m_tick == Tick() ? ERROR_SUCCESS : Refresh();
 }
 
 LSTATUS Hive::CheckWritable() const
@@ -78,7 +133,7 @@ try
 {
     if (m_path.empty())
         return ERROR_ACCESS_DENIED;
-    CheckReplaceable(FollowLinks(m_path));
+    Registry::CheckWritable(FindPlace(m_path));
     return ERROR_SUCCESS;
 }
 catch (const std::system_error& error)
@@ -92,15 +147,12 @@ try
     LSTATUS status = CheckWritable();
     if (status != ERROR_SUCCESS)
         return status;
-    m_file = FollowLinks(m_path);
-    MakeFolder(FolderOf(m_file), IsPrivate() ? 0700 : 0755);
-    const FileLock lock{m_file + LockSuffix};
-    status = Refresh();
-    if (status != ERROR_SUCCESS)
-        return status;
+    const auto [folder, name] = MakePlace(m_path, IsPrivate() ? 0700 : 0755);
+    const FileLock lock{folder, name + LockSuffix};
+    Load(OpenHive(name, O_NOFOLLOW, folder.get()));
     status = edit(m_root);
     if (status == ERROR_SUCCESS)
-        Commit();
+        Commit(folder, name);
     else
         Forget();
     return status;
@@ -116,17 +168,25 @@ catch (...)
     throw;
 }
 
-void Hive::Load()
+void Hive::Load(const FileDescriptor& file)
 {
+    struct stat status = {};
+    // Before the text is read: what is written in between is another version then, and is read by the next call.
+    Require(!file || ::fstat(file.get(), &status) == 0);
+    if (m_isLoaded && VersionOf(status) == m_version)
+        return;
     Forget();
-    m_file = FollowLinks(m_path);
-    m_counter = ChangeCounter{m_file + CounterSuffix};
-    m_counted = m_counter.Read();
-    const std::string text = ReadFile(m_path, m_version);
-    if (text.find_first_not_of(" \t\r\n") != std::string::npos)
+    m_version = VersionOf(status);
+    m_mode = status.st_mode & 0777;
+    m_group = status.st_gid;
+    const std::optional<std::string> text = file ? Posix::ReadAll(file) : "";
+    Require(text.has_value());
+    if (text->find_first_not_of(" \t\r\n") != std::string::npos)
     {
         TreeLoader loader{m_rootKey, m_root};
-        m_problems = ReadRegistryFile(text, RegistryFileDialect::Hive, loader).problems;
+        m_content = ReadRegistryFile(*text, RegistryFileDialect::Hive, loader);
+        if (!m_content.isRegistryFile)
+            Throw(EINVAL);
     }
     m_isLoaded = true;
 }
@@ -135,40 +195,35 @@ void Hive::Forget() noexcept
 {
     m_isLoaded = false;
     m_root.Clear();
-    m_problems.clear();
-    ++m_generation;
+    m_content = {};
 }
 
-void Hive::Commit()
+void Hive::Commit(const FileDescriptor& folder, const std::string& name)
 {
-    if (!m_problems.empty())
-        SaveSkippedText();
-    Replacement next{m_file};
-    next.Write(WriteRegistryFile(m_root, RootName(m_rootKey), RegistryFileForm::Hive), FileMode(), m_version);
-    {
-        const ChangeAnnouncement announcement{m_file + CounterSuffix, FileMode()};
-        next.Publish();
-    }
-    next.Sync();
-    m_version = next.Version();
-    m_counter = ChangeCounter{m_file + CounterSuffix};
-    m_counted = m_counter.Read();
-    m_problems.clear();
-    ++m_generation;
-}
+    const bool isNew = m_version == FileVersion{};
+    const mode_t mode = IsPrivate() ? 0600 : isNew ? 0644 : m_mode;
+    if (!m_content.skipped.empty())
+        AppendToFile(folder, name + SkippedSuffix,
+                     "; " + TimeNow() + ": skipped when " + name + " was written\n" + m_content.skipped, mode);
 
-void Hive::SaveSkippedText() const
-{
-    std::string text = "; " + TimeNow() + ": skipped when " + m_file.substr(m_file.rfind('/') + 1) + " was written\n";
-    for (const RegistryFileProblem& problem : m_problems)
-        text += "; line " + std::to_string(problem.line) + ": " + problem.reason + '\n' + problem.text + '\n';
-    AppendToFile(m_file + SkippedSuffix, text, FileMode());
-}
+    const std::string nextName = name + NextSuffix;
+    Require(::unlinkat(folder.get(), nextName.c_str(), 0) == 0 || errno == ENOENT); // left by a killed process
+    Posix::NextVersion next{folder, nextName, 0600};
+    Require(next &&
+            Posix::WriteAll(next.File(), WriteRegistryFile(m_root, RootName(m_rootKey), RegistryFileForm::Hive)));
+    // If the group cannot be kept, the mode is meant for another one.
+    const bool isKept = isNew || ::fchown(next.File().get(), static_cast<uid_t>(-1), m_group) == 0;
+    Require(::fchmod(next.File().get(), isKept ? mode : mode & ~mode_t{070}) == 0);
+    const FileVersion version = MakeLater(next.File(), m_version);
 
-mode_t Hive::FileMode() const noexcept
-{
-    if (IsPrivate())
-        return 0600;
-    return m_version.Exists() ? m_version.Status().st_mode & 0777 : 0644;
+    const auto look = [&](struct stat* status)
+    { return ::fstatat(folder.get(), name.c_str(), status, AT_SYMLINK_NOFOLLOW); };
+    if (LookAt(look) != m_version)
+        Throw(EBUSY); // by a program that does not know of the lock
+    Require(next.Replace(name));
+    Require(Posix::Sync(OpenForSync(folder)));
+    m_version = version;
+    m_mode = mode;
+    m_content = {};
 }
 } // namespace Quenlor::StandIn::Registry

@@ -3,46 +3,53 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <string_view>
+#include <sys/stat.h>
 #include <vector>
 
 #include <Platform/Win32.h>
 
-#include "registry/ChangeCounter.h"
-#include "registry/HiveFile.h"
+#include "registry/Key.h"
 #include "registry/RegistryFileReader.h"
-#include "registry/RegistryTree.h"
+
+namespace Quenlor::Posix
+{
+class FileDescriptor;
+}
 
 namespace Quenlor::StandIn::Registry
 {
+/// What tells one version of a file from every other one; that of a missing file is all 0. A hive is written with a
+/// later time than its version before, so that this holds within a tick of the clock too.
+struct FileVersion
+{
+    dev_t device = 0;
+    ino_t file = 0;
+    off_t size = 0;
+    time_t seconds = 0;
+    long nanoseconds = 0;
+
+    friend bool operator==(const FileVersion&, const FileVersion&) = default;
+};
+
 /// One hive: a registry file, and the keys that were last read from it or written to it.
 ///
-/// A missing file is an empty hive. Codes are 0, ERROR_ACCESS_DENIED when the system refuses the right, and
-/// ERROR_REGISTRY_IO_FAILED when the file cannot be read or written for another reason; the hive is empty then, and the
-/// file is left alone. Not thread-safe. Several processes may work on one file.
+/// A missing file is an empty hive. Codes are 0, ERROR_ACCESS_DENIED when the right is refused, and
+/// ERROR_REGISTRY_IO_FAILED when the file cannot be read or written for another reason, or is not a registry file; the
+/// hive is empty then, and the file is left alone. Not thread-safe. Several processes may work on one file.
 class Hive final
 {
 public:
-    /// `root` is HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER. The file of the latter is for its owner alone. An empty path
-    /// is a hive without a place: it is empty and cannot be written.
+    /// `root` is HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER. The file of the latter is readable only by its owner. An
+    /// empty path is a hive without a place: it is empty and cannot be written.
     Hive(HKEY root, std::string path);
-    Hive(const Hive&) = delete;
-    Hive& operator=(const Hive&) = delete;
 
     const std::string& Path() const noexcept { return m_path; }
 
-    /// Makes the keys those of the file: one stat call if nothing has changed. Sees every change.
-    LSTATUS Refresh();
-    /// The same without a system call if nothing has changed. Sees what programs write, but what a person's editor
-    /// writes only with the next Refresh.
-    LSTATUS RefreshIfAnnounced();
+    LSTATUS Refresh();            ///< Makes the keys those of the file: one stat call if nothing has changed.
+    LSTATUS RefreshOncePerTick(); ///< The same, unless it was done in the same tick of the coarse clock (1 to 10 ms).
 
     const Key& Root() const noexcept { return m_root; }
-    /// Root().Find, quicker when asked for the same path again: programs mostly read the settings of one key.
-    const Key* Find(std::string_view path);
-    /// Another number after each change of the keys; pointers to keys are good for one number.
-    std::uint64_t Generation() const noexcept { return m_generation; }
-    const std::vector<RegistryFileProblem>& Problems() const noexcept { return m_problems; }
+    const std::vector<RegistryFileProblem>& Problems() const noexcept { return m_content.problems; }
 
     LSTATUS CheckWritable() const; ///< 0 if this process has the right to change it.
 
@@ -52,27 +59,20 @@ public:
     LSTATUS Change(const std::function<LSTATUS(Key&)>& edit);
 
 private:
-    void Load();
+    void Load(const Posix::FileDescriptor& file);
     void Forget() noexcept;
-    void Commit();
-    void SaveSkippedText() const;
+    void Commit(const Posix::FileDescriptor& folder, const std::string& name);
     bool IsPrivate() const noexcept { return m_rootKey == HKEY_CURRENT_USER; }
-    mode_t FileMode() const noexcept;
 
     HKEY m_rootKey;
     std::string m_path;
-    std::string m_file; // where the path leads to; the other files lie beside it
+
     Key m_root;
-    std::vector<RegistryFileProblem> m_problems;
-    std::uint64_t m_generation = 1;
-
-    std::string m_lastPath; // of Find, and its answer
-    const Key* m_lastKey = nullptr;
-    std::uint64_t m_lastGeneration = 0;
-
+    RegistryFileResult m_content; // what could not be read of it
+    FileVersion m_version;        // the one that the keys are from
+    mode_t m_mode = 0;            // of that version
+    gid_t m_group = 0;
     bool m_isLoaded = false;
-    FileVersion m_version; // the one that the keys are from
-    ChangeCounter m_counter;
-    std::uint64_t m_counted = 0; // what the counter showed before that version was looked at
+    std::int64_t m_tick = 0; // when the file was last looked at
 };
 } // namespace Quenlor::StandIn::Registry

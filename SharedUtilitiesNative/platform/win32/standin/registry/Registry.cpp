@@ -1,14 +1,17 @@
 #include <Platform/Win32.h>
 
-#include <algorithm>
+#include <array>
 #include <cstring>
+#include <functional>
+#include <map>
 #include <mutex>
 #include <new>
+#include <span>
 #include <string>
 #include <string_view>
 
+#include "registry/Hives.h"
 #include "registry/RegistryPath.h"
-#include "registry/RegistryState.h"
 #include "registry/RegistryText.h"
 
 using namespace Quenlor::StandIn::Registry;
@@ -19,192 +22,191 @@ constexpr std::string_view ClassesPath = R"(Software\Classes)";
 constexpr REGSAM Delete = 0x10000;
 constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | Delete;
 
+struct OpenKey
+{
+    HKEY root = nullptr; ///< The predefined key that it is below.
+    std::string path;    ///< In each hive that may have it.
+    REGSAM access = KEY_ALL_ACCESS;
+    bool isPredefined = false; ///< It is there even when no hive has it.
+    bool isDeleted = false;    ///< It stays so, even if such a key is created again.
+};
+
 std::string_view Text(LPCSTR text) noexcept
 {
     return text ? std::string_view{text} : std::string_view{};
 }
 
-/// Runs `action` while no other thread uses the registry.
-template<typename Action>
-LSTATUS Locked(Action action)
-try
-{
-    RegistryState& state = RegistryState::Instance();
-    const std::lock_guard lock{state.Mutex()};
-    return action(state);
-}
-catch (const std::bad_alloc&)
-{
-    return ERROR_NOT_ENOUGH_MEMORY;
-}
-
-bool IsHandle(HKEY handle, HKEY predefined) noexcept
+/// The predefined key that a handle stands for; null for any other.
+HKEY PredefinedKey(HKEY handle) noexcept
 {
     const auto low = [](HKEY key) { return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(key)); };
-    return low(handle) == low(predefined); // the rest may be there by sign extension or not
-}
-
-bool IsPredefined(HKEY handle) noexcept
-{
-    return IsHandle(handle, HKEY_CLASSES_ROOT) || IsHandle(handle, HKEY_CURRENT_USER) ||
-           IsHandle(handle, HKEY_LOCAL_MACHINE);
-}
-
-void OpenRoot(RegistryState& state, HKEY handle, OpenKey& root)
-{
-    root.access = KEY_ALL_ACCESS;
-    root.isRoot = true;
-    if (IsHandle(handle, HKEY_LOCAL_MACHINE))
-        root.places.Add({state.HiveOf(HKEY_LOCAL_MACHINE), {}});
-    else if (IsHandle(handle, HKEY_CURRENT_USER))
-        root.places.Add({state.HiveOf(HKEY_CURRENT_USER), {}});
-    else
+    for (const HKEY key : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
     {
-        root.places.Add({state.HiveOf(HKEY_CURRENT_USER), ClassesPath});
-        root.places.Add({state.HiveOf(HKEY_LOCAL_MACHINE), ClassesPath});
+        if (low(handle) == low(key)) // the rest may be there by sign extension or not
+            return key;
     }
+    return nullptr;
 }
 
-/// The key of a handle; a predefined one is put into `root`. Null for what is no handle.
-OpenKey* KeyOf(RegistryState& state, HKEY handle, OpenKey& root)
+/// One call: it has the registry to itself, and one key to work on. Below HKEY_CLASSES_ROOT that key may be in the
+/// user's hive, in the machine's or in both; which of them applies is decided anew by each call.
+class Session final
 {
-    if (!IsPredefined(handle))
-        return state.Handles().Find(handle);
-    OpenRoot(state, handle, root);
-    return &root;
-}
-
-enum class Look
-{
-    AtTheFile,  ///< As each open does.
-    IfAnnounced ///< As each later call on an open handle does.
-};
-
-/// Makes the hives of a key current. @return ERROR_KEY_DELETED when they have the key no more.
-LSTATUS Refresh(OpenKey& key, Look look)
-{
-    if (key.isDeleted)
-        return ERROR_KEY_DELETED;
-    bool exists = key.isRoot;
-    for (KeyPlace& place : key.places)
+public:
+    /// Works on the key of a handle that must have the rights `needed`.
+    LSTATUS Use(HKEY handle, REGSAM needed)
     {
-        Hive& hive = place.InHive();
-        const LSTATUS status = look == Look::AtTheFile ? hive.Refresh() : hive.RefreshIfAnnounced();
-        if (status != ERROR_SUCCESS)
-            return status;
-        exists = exists || place.Find();
-    }
-    key.isDeleted = !exists;
-    return exists ? ERROR_SUCCESS : ERROR_KEY_DELETED;
-}
-
-/// Runs `action` on the key of a handle that must have the rights `needed`.
-template<typename Action>
-LSTATUS WithKey(HKEY handle, REGSAM needed, Action action)
-{
-    return Locked(
-        [&](RegistryState& state) -> LSTATUS
-        {
-        OpenKey root;
-        OpenKey* const key = KeyOf(state, handle, root);
-        if (!key)
+        if (!Find(handle))
             return ERROR_INVALID_HANDLE;
-        if ((key->access & needed) != needed)
+        if ((m_key.access & needed) != needed)
             return ERROR_ACCESS_DENIED;
-        const LSTATUS status = Refresh(*key, key->isRoot ? Look::AtTheFile : Look::IfAnnounced);
-        return status == ERROR_SUCCESS ? action(state, *key) : status;
-        });
-}
+        return Refresh(m_key.isPredefined ? &Hive::Refresh : &Hive::RefreshOncePerTick);
+    }
 
-/// Runs `action` with the key of `subKey` below that of `handle`, of which it is not known whether it exists.
-template<typename Action>
-LSTATUS WithSubKey(HKEY handle, LPCSTR subKey, Action action)
-{
-    return Locked(
-        [&](RegistryState& state) -> LSTATUS
-        {
-        OpenKey root;
-        OpenKey* const parent = KeyOf(state, handle, root);
-        if (!parent)
+    /// Works on a key below that of a handle, which need not exist.
+    LSTATUS UseBelow(HKEY handle, std::string_view path)
+    {
+        if (!Find(handle))
             return ERROR_INVALID_HANDLE;
-        std::string_view path = Text(subKey);
-        if (IsHandle(handle, HKEY_CLASSES_ROOT) && path.starts_with('\\'))
-            path.remove_prefix(1); // tolerated there alone
-        const LSTATUS status = Refresh(*parent, Look::AtTheFile);
+        if (m_key.isPredefined && m_key.root == HKEY_CLASSES_ROOT && path.starts_with('\\'))
+            path.remove_prefix(1); // tolerated only there
+        const LSTATUS status = Refresh(&Hive::Refresh);
         if (status != ERROR_SUCCESS)
             return status;
         if (path.starts_with('\\'))
             return ERROR_BAD_PATHNAME;
-        OpenKey key;
-        key.places = parent->places.Below(path);
-        return action(state, key, *parent);
-        });
-}
-
-/// The first place that has the key; null when none has.
-KeyPlace* ExistingPlace(OpenKey& key)
-{
-    auto* const found =
-        std::find_if(key.places.begin(), key.places.end(), [](KeyPlace& place) { return place.Find(); });
-    return found == key.places.end() ? nullptr : found;
-}
-
-/// Where a write goes: to the place that has the key, the user's first; a new key of HKEY_CLASSES_ROOT to the
-/// machine's.
-KeyPlace& PlaceToWrite(OpenKey& key)
-{
-    KeyPlace* const existing = ExistingPlace(key);
-    return existing ? *existing : key.places.Last();
-}
-
-LSTATUS AddHandle(RegistryState& state, OpenKey& key, REGSAM access, PHKEY result)
-{
-    const LSTATUS status = (access & RightsToWrite) != 0 ? PlaceToWrite(key).InHive().CheckWritable() : ERROR_SUCCESS;
-    if (status != ERROR_SUCCESS)
-        return status;
-    key.access = access;
-    *result = state.Handles().Add(std::move(key));
-    return ERROR_SUCCESS;
-}
-
-/// The item at `index` of a key, null behind the last: the user's items first, then the machine's that repeat none.
-template<typename Item, typename ItemsOf, typename Has>
-const Item* ItemAt(OpenKey& key, std::size_t index, ItemsOf itemsOf, Has has)
-{
-    const Key* first = nullptr;
-    for (KeyPlace& place : key.places)
-    {
-        const Key* const found = place.Find();
-        if (!found)
-            continue;
-        const auto& items = itemsOf(*found);
-        if (!first)
-        {
-            if (index < items.size())
-                return items[index].get();
-            index -= items.size();
-            first = found;
-            continue;
-        }
-        for (const auto& item : items)
-        {
-            if (!has(*first, *item) && index-- == 0)
-                return item.get();
-        }
+        m_parentLength = m_key.path.size();
+        AppendToPath(m_key.path, path);
+        m_open = nullptr;
+        return ERROR_SUCCESS;
     }
-    return nullptr;
-}
 
-const Value* FindValue(OpenKey& key, std::string_view name)
-{
-    for (KeyPlace& place : key.places)
+    /// The first hive that has the key; null when none has.
+    Hive* HiveWithKey()
     {
-        const Key* const found = place.Find();
-        if (const Value* const value = found ? found->FindValue(name) : nullptr)
-            return value;
+        for (Hive* const hive : HivesOfKey())
+        {
+            if (KeyIn(*hive))
+                return hive;
+        }
+        return nullptr;
     }
-    return nullptr;
-}
+
+    /// Where a write goes: to the hive that has the key, the user's first; a new key of HKEY_CLASSES_ROOT to the
+    /// machine's.
+    Hive& HiveToWrite()
+    {
+        Hive* const existing = HiveWithKey();
+        return existing ? *existing : *HivesOfKey().back();
+    }
+
+    const Key* KeyIn(const Hive& hive) const { return hive.Root().Find(m_key.path); }
+    const std::string& Path() const noexcept { return m_key.path; }
+    bool IsPredefined() const noexcept { return m_key.isPredefined; }
+    /// Whether there is still what UseBelow has seen: another process may have deleted it.
+    bool HasParent(const Key& hive) const
+    {
+        return m_key.isPredefined || m_key.root == HKEY_CLASSES_ROOT ||
+               hive.Find(std::string_view{m_key.path}.substr(0, m_parentLength));
+    }
+
+    /// The first hive in which the key has a value of that name; null when none has.
+    Hive* HiveWithValue(std::string_view name)
+    {
+        for (Hive* const hive : HivesOfKey())
+        {
+            const Key* const key = KeyIn(*hive);
+            if (key && key->FindValue(name))
+                return hive;
+        }
+        return nullptr;
+    }
+
+    LSTATUS Change(Hive& hive, const std::function<LSTATUS(Key&)>& edit)
+    {
+        const LSTATUS status = hive.Change(edit);
+        if (status != ERROR_SUCCESS)
+            return status;
+        for (auto& [handle, key] : OpenKeys())
+        {
+            if (key.root != HKEY_CLASSES_ROOT && &m_hives.Of(key.root) == &hive)
+                key.isDeleted = key.isDeleted || !hive.Root().Find(key.path);
+        }
+        return ERROR_SUCCESS;
+    }
+
+    LSTATUS Open(REGSAM access, PHKEY result)
+    {
+        const LSTATUS status = (access & RightsToWrite) != 0 ? HiveToWrite().CheckWritable() : ERROR_SUCCESS;
+        if (status != ERROR_SUCCESS)
+            return status;
+        // No handle is used twice, and the low half of none is that of a predefined key.
+        static std::uintptr_t count = 0;
+        const auto handle = reinterpret_cast<HKEY>(++count * 8 + 4);
+        OpenKeys().emplace(handle, OpenKey{m_key.root, m_key.path, access});
+        *result = handle;
+        return ERROR_SUCCESS;
+    }
+
+    bool Close(HKEY handle) const { return OpenKeys().erase(handle) != 0; }
+
+private:
+    static std::map<HKEY, OpenKey>& OpenKeys()
+    {
+        static auto& keys = *new std::map<HKEY, OpenKey>; // never destroyed, like the hives
+        return keys;
+    }
+
+    bool Find(HKEY handle)
+    {
+        if (const HKEY root = PredefinedKey(handle))
+        {
+            m_key.root = root;
+            m_key.path = root == HKEY_CLASSES_ROOT ? ClassesPath : "";
+            m_key.isPredefined = true;
+            return true;
+        }
+        const auto found = OpenKeys().find(handle);
+        if (found == OpenKeys().end())
+            return false;
+        m_open = &found->second;
+        m_key = found->second;
+        return true;
+    }
+
+    /// @return ERROR_KEY_DELETED when the hives have the key no more
+    LSTATUS Refresh(LSTATUS (Hive::*refresh)())
+    {
+        if (m_key.isDeleted)
+            return ERROR_KEY_DELETED;
+        for (Hive* const hive : HivesOfKey())
+        {
+            const LSTATUS status = (hive->*refresh)();
+            if (status != ERROR_SUCCESS)
+                return status;
+        }
+        if (m_key.isPredefined || HiveWithKey())
+            return ERROR_SUCCESS;
+        m_open->isDeleted = true;
+        return ERROR_KEY_DELETED;
+    }
+
+    /// The hives that may have the key, in the order of look-up.
+    std::span<Hive* const> HivesOfKey() const noexcept
+    {
+        const std::span<Hive* const> both{m_both};
+        if (m_key.root == HKEY_CLASSES_ROOT)
+            return both;
+        return m_key.root == HKEY_CURRENT_USER ? both.first(1) : both.last(1);
+    }
+
+    Hives& m_hives = Hives::Instance();
+    std::lock_guard<std::mutex> m_lock{m_hives.mutex};
+    std::array<Hive*, 2> m_both = {&m_hives.user, &m_hives.machine};
+    OpenKey m_key;             // what is worked on
+    OpenKey* m_open = nullptr; // the handle of the same key, if any
+    std::size_t m_parentLength = 0;
+};
 
 /// Hands a value's data to the caller, whose buffer has `room` bytes; `type` and `size` may name the same variable.
 LSTATUS GiveData(const Value& value, LPDWORD type, LPBYTE data, LPDWORD size, DWORD room)
@@ -223,38 +225,35 @@ LSTATUS GiveData(const Value& value, LPDWORD type, LPBYTE data, LPDWORD size, DW
         data[length] = 0; // not counted
     return ERROR_SUCCESS;
 }
-
-/// Hands a name to the caller, whose buffer has `size` characters. @return false when it does not fit.
-bool GiveName(std::string_view name, LPSTR buffer, LPDWORD size)
-{
-    if (name.size() >= *size)
-        return false;
-    std::memcpy(buffer, name.data(), name.size());
-    buffer[name.size()] = '\0';
-    *size = static_cast<DWORD>(name.size());
-    return true;
-}
 } // namespace
 
 LSTATUS RegOpenKeyExA(HKEY root, LPCSTR subKey, DWORD, REGSAM access, PHKEY result)
+try
 {
     if (!result)
         return ERROR_INVALID_PARAMETER;
     if (!root)
         return ERROR_INVALID_HANDLE;
     *result = nullptr;
-    if (Text(subKey).empty() && IsPredefined(root))
+    if (Text(subKey).empty() && PredefinedKey(root))
     {
         *result = root;
         return ERROR_SUCCESS;
     }
-    return WithSubKey(root, subKey,
-                      [&](RegistryState& state, OpenKey& key, const OpenKey&)
-                      { return ExistingPlace(key) ? AddHandle(state, key, access, result) : ERROR_FILE_NOT_FOUND; });
+    Session session;
+    const LSTATUS status = session.UseBelow(root, Text(subKey));
+    if (status != ERROR_SUCCESS)
+        return status;
+    return session.HiveWithKey() ? session.Open(access, result) : ERROR_FILE_NOT_FOUND;
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LSTATUS RegCreateKeyExA(HKEY root, LPCSTR subKey, DWORD reserved, LPSTR, DWORD, REGSAM access,
                         const SECURITY_ATTRIBUTES*, PHKEY result, LPDWORD disposition)
+try
 {
     if (reserved != 0)
         return ERROR_INVALID_PARAMETER;
@@ -263,57 +262,65 @@ LSTATUS RegCreateKeyExA(HKEY root, LPCSTR subKey, DWORD reserved, LPSTR, DWORD, 
     if (!root)
         return ERROR_INVALID_HANDLE;
     *result = nullptr;
-    return WithSubKey(root, subKey,
-                      [&](RegistryState& state, OpenKey& key, const OpenKey& parent) -> LSTATUS
-                      {
-        bool isNew = !ExistingPlace(key);
-        if (isNew)
+    Session session;
+    LSTATUS status = session.UseBelow(root, Text(subKey));
+    if (status != ERROR_SUCCESS)
+        return status;
+    bool isNew = !session.HiveWithKey();
+    if (isNew)
+    {
+        if (!IsLegalKeyPath(session.Path()))
+            return ERROR_INVALID_PARAMETER;
+        const auto create = [&](Key& hive)
         {
-            KeyPlace& place = PlaceToWrite(key);
-            if (!IsLegalKeyPath(place.Path()))
-                return ERROR_INVALID_PARAMETER;
-            const LSTATUS status = state.Change(place.InHive(),
-                                                [&](Key& hive)
-                                                {
-                if (!parent.isRoot && !parent.places.AreTwo() && !hive.Find(parent.places.First().Path()))
-                    return ERROR_KEY_DELETED;
-                isNew = !hive.Find(place.Path());
-                hive.Create(place.Path());
-                return ERROR_SUCCESS;
-            });
-            if (status != ERROR_SUCCESS)
-                return status;
-        }
-        if (disposition)
-            *disposition = isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
-        return AddHandle(state, key, access, result);
-    });
+            if (!session.HasParent(hive))
+                return ERROR_KEY_DELETED;
+            isNew = !hive.Find(session.Path());
+            hive.Create(session.Path());
+            return ERROR_SUCCESS;
+        };
+        status = session.Change(session.HiveToWrite(), create);
+        if (status != ERROR_SUCCESS)
+            return status;
+    }
+    if (disposition)
+        *disposition = isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
+    return session.Open(access, result);
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LSTATUS RegCloseKey(HKEY key)
 {
-    if (IsPredefined(key))
+    if (PredefinedKey(key))
         return ERROR_SUCCESS;
-    return Locked([&](RegistryState& state)
-                  { return state.Handles().Close(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE; });
+    return Session{}.Close(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
 LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size)
+try
 {
     if ((data && !size) || reserved)
         return ERROR_INVALID_PARAMETER;
     const DWORD room = size ? *size : 0; // before `type` is set, which may be the same variable
     if (size && !data)
         *size = 0;
-    return WithKey(key, KEY_QUERY_VALUE,
-                   [&](RegistryState&, OpenKey& open)
-                   {
-        const Value* const value = FindValue(open, Text(name));
-        return value ? GiveData(*value, type, data, size, room) : ERROR_FILE_NOT_FOUND;
-    });
+    Session session;
+    const LSTATUS status = session.Use(key, KEY_QUERY_VALUE);
+    if (status != ERROR_SUCCESS)
+        return status;
+    const Hive* const hive = session.HiveWithValue(Text(name));
+    return hive ? GiveData(*session.KeyIn(*hive)->FindValue(Text(name)), type, data, size, room) : ERROR_FILE_NOT_FOUND;
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size)
+try
 {
     if (!data && size != 0)
         return ERROR_NOACCESS;
@@ -321,123 +328,77 @@ LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* dat
     if (size != 0 && IsText(type) && data[size - 1] != 0 && data[size] == 0)
         ++size;
     const std::string_view stored{reinterpret_cast<const char*>(data), size};
-    return WithKey(key, KEY_SET_VALUE,
-                   [&](RegistryState& state, OpenKey& open) -> LSTATUS
-                   {
-        if (!IsLegalValueName(Text(name)))
-            return ERROR_INVALID_PARAMETER;
-        KeyPlace& place = PlaceToWrite(open);
-        const Key* const found = place.Find();
-        const Value* const old = found ? found->FindValue(Text(name)) : nullptr;
-        if (old && old->type == type && old->data == stored)
-            return ERROR_SUCCESS;
-        return state.Change(place.InHive(),
-                            [&](Key& hive)
-                            {
-            Key* const target = open.isRoot ? &hive.Create(place.Path()) : hive.Find(place.Path());
-            if (!target)
-                return ERROR_KEY_DELETED;
-            target->SetValue(Text(name), type, stored);
-            return ERROR_SUCCESS;
-        });
-    });
+    Session session;
+    const LSTATUS status = session.Use(key, KEY_SET_VALUE);
+    if (status != ERROR_SUCCESS)
+        return status;
+    if (!IsLegalValueName(Text(name)))
+        return ERROR_INVALID_PARAMETER;
+    Hive& hive = session.HiveToWrite();
+    const Key* const found = session.KeyIn(hive);
+    const Value* const old = found ? found->FindValue(Text(name)) : nullptr;
+    if (old && old->type == type && old->data == stored)
+        return ERROR_SUCCESS;
+    const auto set = [&](Key& tree)
+    {
+        Key* const target = session.IsPredefined() ? &tree.Create(session.Path()) : tree.Find(session.Path());
+        if (!target)
+            return ERROR_KEY_DELETED;
+        target->SetValue(Text(name), type, stored);
+        return ERROR_SUCCESS;
+    };
+    return session.Change(hive, set);
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LSTATUS RegDeleteValueA(HKEY key, LPCSTR name)
+try
 {
-    return WithKey(key, KEY_SET_VALUE,
-                   [&](RegistryState& state, OpenKey& open) -> LSTATUS
-                   {
-        for (KeyPlace& place : open.places)
-        {
-            const Key* const found = place.Find();
-            if (!found || !found->FindValue(Text(name)))
-                continue;
-            return state.Change(place.InHive(),
-                                [&](Key& hive)
-                                {
-                Key* const target = hive.Find(place.Path());
-                return target && target->DeleteValue(Text(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
-            });
-        }
+    Session session;
+    const LSTATUS status = session.Use(key, KEY_SET_VALUE);
+    if (status != ERROR_SUCCESS)
+        return status;
+    Hive* const hive = session.HiveWithValue(Text(name));
+    if (!hive)
         return ERROR_FILE_NOT_FOUND;
-    });
+    const auto remove = [&](Key& tree)
+    {
+        Key* const target = tree.Find(session.Path());
+        return target && target->DeleteValue(Text(name)) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+    };
+    return session.Change(*hive, remove);
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LSTATUS RegDeleteTreeA(HKEY key, LPCSTR subKey)
+try
 {
-    if (Text(subKey).empty())
+    const bool isContent = Text(subKey).empty();
+    Session session;
+    const LSTATUS status = isContent ? session.Use(key, KEY_SET_VALUE | KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS)
+                                     : session.UseBelow(key, Text(subKey));
+    if (status != ERROR_SUCCESS)
+        return status;
+    Hive* const hive = session.HiveWithKey();
+    if (!hive)
+        return isContent ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
+    const auto clear = [&](Key& tree)
     {
-        return WithKey(key, KEY_SET_VALUE | KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS,
-                       [&](RegistryState& state, OpenKey& open) -> LSTATUS
-                       {
-            KeyPlace* const place = ExistingPlace(open);
-            if (!place)
-                return ERROR_SUCCESS;
-            return state.Change(place->InHive(),
-                                [&](Key& hive)
-                                {
-                Key* const target = hive.Find(place->Path());
-                if (target)
-                    target->Clear();
-                return target ? ERROR_SUCCESS : ERROR_KEY_DELETED;
-            });
-        });
-    }
-    return WithSubKey(key, subKey,
-                      [&](RegistryState& state, OpenKey& open, const OpenKey&) -> LSTATUS
-                      {
-        KeyPlace* const place = ExistingPlace(open);
-        if (!place)
-            return ERROR_FILE_NOT_FOUND;
-        return state.Change(place->InHive(), [&](Key& hive)
-                            { return hive.Delete(place->Path()) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; });
-    });
+        Key* const target = tree.Find(session.Path());
+        if (target)
+            target->Clear();
+        return target ? ERROR_SUCCESS : ERROR_KEY_DELETED;
+    };
+    const auto remove = [&](Key& tree) { return tree.Delete(session.Path()) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; };
+    return isContent ? session.Change(*hive, clear) : session.Change(*hive, remove);
 }
-
-LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPSTR className,
-                      LPDWORD classSize, FILETIME* lastWrite)
+catch (const std::bad_alloc&)
 {
-    if (!name || !nameSize || reserved)
-        return ERROR_INVALID_PARAMETER;
-    return WithKey(key, KEY_ENUMERATE_SUB_KEYS,
-                   [&](RegistryState&, OpenKey& open) -> LSTATUS
-                   {
-        const auto* const found = ItemAt<Key>(
-            open, index, [](const Key& parent) -> auto& { return parent.SubKeys(); },
-            [](const Key& parent, const Key& item) { return parent.Find(item.Name()) != nullptr; });
-        if (!found)
-            return ERROR_NO_MORE_ITEMS;
-        if (!GiveName(found->Name(), name, nameSize))
-            return ERROR_MORE_DATA;
-        if (className && classSize && *classSize != 0)
-            *className = '\0';
-        if (classSize)
-            *classSize = 0;
-        if (lastWrite)
-            *lastWrite = {}; // a registry file has no times
-        return ERROR_SUCCESS;
-    });
-}
-
-LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type, LPBYTE data,
-                      LPDWORD size)
-{
-    if (!name || !nameSize || reserved || (data && !size))
-        return ERROR_INVALID_PARAMETER;
-    return WithKey(key, KEY_QUERY_VALUE,
-                   [&](RegistryState&, OpenKey& open) -> LSTATUS
-                   {
-        const auto* const value = ItemAt<Value>(
-            open, index, [](const Key& parent) -> auto& { return parent.Values(); },
-            [](const Key& parent, const Value& item) { return parent.FindValue(item.name) != nullptr; });
-        if (!value)
-            return ERROR_NO_MORE_ITEMS;
-        const DWORD room = size ? *size : 0;
-        // The name is not given when the data do not fit.
-        const LSTATUS status = GiveData(*value, type, data, size, room);
-        if (status != ERROR_SUCCESS)
-            return status;
-        return GiveName(value->name, name, nameSize) ? ERROR_SUCCESS : ERROR_MORE_DATA;
-    });
+    return ERROR_NOT_ENOUGH_MEMORY;
 }

@@ -25,16 +25,12 @@ public:
         m_lineStart = m_next;
         if (m_next == m_text.size())
             return false;
-        if (m_lineFeed < m_next || m_number == 0) // kept between calls: a file may have no LF at all
-            m_lineFeed = std::min(m_text.find('\n', m_next), m_text.size());
-        line = m_text.substr(m_next, m_lineFeed - m_next);
-        const std::size_t carriageReturn = line.find('\r');
-        if (carriageReturn != std::string_view::npos)
-            line = line.substr(0, carriageReturn);
-        m_lineEnd = m_next + line.size();
-        m_next = std::min(m_lineEnd + 1, m_text.size());
-        if (m_next == m_lineFeed && carriageReturn != std::string_view::npos)
-            m_next = std::min(m_next + 1, m_text.size());
+        m_lineEnd = m_lineStart;
+        while (m_lineEnd < m_text.size() && m_text[m_lineEnd] != '\n' && m_text[m_lineEnd] != '\r')
+            ++m_lineEnd;
+        line = m_text.substr(m_lineStart, m_lineEnd - m_lineStart);
+        const std::string_view rest = m_text.substr(m_lineEnd);
+        m_next = m_lineEnd + (rest.starts_with("\r\n") ? 2 : std::min(rest.size(), std::size_t{1}));
         ++m_number;
         return true;
     }
@@ -50,7 +46,6 @@ private:
     std::size_t m_next = 0;
     std::size_t m_lineStart = 0;
     std::size_t m_lineEnd = 0;
-    std::size_t m_lineFeed = 0; // the first one that is not before m_next
 };
 
 void SkipBlanks(std::string_view& text) noexcept
@@ -157,7 +152,7 @@ public:
         m_result.isRegistryFile = m_lines.Next(line) && ReadHeader(line);
         if (!m_result.isRegistryFile)
         {
-            m_result.problems.push_back({1, "not a registry file", std::string{m_lines.Text()}});
+            m_result.problems.push_back({1, "not a registry file", std::string{line}});
             return std::move(m_result);
         }
         while (m_lines.Next(line))
@@ -342,7 +337,12 @@ private:
     void Report(const char* reason)
     {
         const std::string_view lines = m_lines.Text().substr(m_firstByte, m_lines.LineEnd() - m_firstByte);
-        m_result.problems.push_back({m_firstLine, reason, std::string{lines}});
+        if (m_result.problemCount++ < MaxProblems)
+        {
+            m_result.problems.push_back({m_firstLine, reason, std::string{lines}});
+            m_result.skipped += "; line " + std::to_string(m_firstLine) + ": " + reason + '\n';
+        }
+        m_result.skipped.append(lines).append("\n");
     }
 
     LineReader m_lines;

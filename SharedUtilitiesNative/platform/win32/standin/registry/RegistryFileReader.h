@@ -32,10 +32,14 @@ struct RegistryFileProblem
     std::string text;     ///< The lines themselves in UTF-8, as they stand in the file but without the last line's end.
 };
 
+inline constexpr std::size_t MaxProblems = 100; ///< A file of nothing else must not cost many times its size.
+
 struct RegistryFileResult
 {
     bool isRegistryFile = false; ///< False when the first line is no header: then nothing was handed to the handler.
-    std::vector<RegistryFileProblem> problems;
+    std::vector<RegistryFileProblem> problems; ///< The first MaxProblems.
+    std::size_t problemCount = 0;              ///< Of all.
+    std::string skipped; ///< All lines that were skipped, the first ones with their reasons in comments above them.
 };
 
 enum class RegistryFileDialect

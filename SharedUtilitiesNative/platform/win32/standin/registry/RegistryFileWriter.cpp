@@ -25,7 +25,10 @@ bool CanBeQuoted(const Value& value) noexcept
 class Writer final
 {
 public:
-    explicit Writer(std::string_view lineEnd) noexcept : m_lineEnd{lineEnd} {}
+    explicit Writer(RegistryFileForm form) noexcept
+        : m_isHive{form == RegistryFileForm::Hive}, m_lineEnd{m_isHive ? "\n" : "\r\n"}
+    {
+    }
 
     std::string Write(const Key& key, std::string_view path)
     {
@@ -40,19 +43,16 @@ public:
 private:
     void AppendKey(const Key& key, std::string& path)
     {
-        m_text += m_lineEnd;
-        m_text += '[';
-        m_text += path;
-        m_text += ']';
-        m_text += m_lineEnd;
-        for (const auto& value : key.Values())
-            AppendValue(*value);
+        // A hive leaves out the keys that a longer path names, so that a deep one costs no more than it did to read.
+        if (!m_isHive || !key.Values().empty() || key.SubKeys().empty())
+            m_text.append(m_lineEnd).append("[").append(path).append("]").append(m_lineEnd);
+        for (const auto& [folded, value] : key.Values())
+            AppendValue(value);
         const std::size_t length = path.size();
-        for (const auto& subKey : key.SubKeys())
+        for (const auto& [folded, subKey] : key.SubKeys())
         {
-            path += '\\';
-            path += subKey->Name();
-            AppendKey(*subKey, path);
+            path.append("\\").append(subKey.Name());
+            AppendKey(subKey, path);
             path.resize(length);
         }
     }
@@ -139,6 +139,7 @@ private:
         m_text += HexDigits[static_cast<unsigned char>(byte) & 0xF];
     }
 
+    bool m_isHive;
     std::string_view m_lineEnd;
     std::string m_text;
 };
@@ -146,8 +147,7 @@ private:
 
 std::string WriteRegistryFile(const Key& key, std::string_view path, RegistryFileForm form)
 {
-    if (form == RegistryFileForm::Hive)
-        return Writer{"\n"}.Write(key, path);
-    return "\xFF\xFE" + ToUtf16Le(Writer{"\r\n"}.Write(key, path));
+    const std::string text = Writer{form}.Write(key, path);
+    return form == RegistryFileForm::Hive ? text : "\xFF\xFE" + ToUtf16Le(text);
 }
 } // namespace Quenlor::StandIn::Registry

@@ -3,13 +3,13 @@
 #include <string>
 #include <string_view>
 
-#include "registry/RegistryTree.h"
+#include "registry/Key.h"
 
 namespace Quenlor::StandIn::Registry
 {
 enum class RegistryFileForm
 {
-    Hive,   ///< UTF-8 without mark, LF.
+    Hive,   ///< UTF-8 without mark, LF; a line for a key only where it has values or nothing below it.
     Windows ///< As Windows' registry editor exports: UTF-16LE with mark, CRLF.
 };
 

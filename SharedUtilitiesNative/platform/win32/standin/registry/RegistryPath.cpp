@@ -23,9 +23,10 @@ const std::array<Root, 3>& Roots() noexcept
     return roots;
 }
 
-bool CanStandInALine(std::string_view name) noexcept
+bool IsLegal(std::string_view name, std::size_t maxLength)
 {
-    return name.find_first_of(std::string_view{"\r\n\0", 3}) == std::string_view::npos;
+    return name.find_first_of(std::string_view{"\r\n\0", 3}) == std::string_view::npos &&
+           (name.size() <= maxLength || Utf16Length(name) <= maxLength); // which is never more than the bytes
 }
 } // namespace
 
@@ -50,20 +51,22 @@ void AppendToPath(std::string& path, std::string_view below)
     }
 }
 
-bool IsLegalKeyPath(std::string_view path) noexcept
+bool IsLegalKeyPath(std::string_view path)
 {
+    if (!IsLegal(path, MaxPathLength))
+        return false;
     std::size_t levels = 0;
     for (std::string_view level; NextLevel(path, level); ++levels)
     {
-        if (levels == MaxLevels || Utf16Length(level) > MaxKeyNameLength || !CanStandInALine(level))
+        if (levels == MaxLevels || !IsLegal(level, MaxKeyNameLength))
             return false;
     }
     return true;
 }
 
-bool IsLegalValueName(std::string_view name) noexcept
+bool IsLegalValueName(std::string_view name)
 {
-    return Utf16Length(name) <= MaxValueNameLength && CanStandInALine(name);
+    return IsLegal(name, MaxValueNameLength);
 }
 
 std::string_view RootName(HKEY root) noexcept

@@ -11,6 +11,7 @@ namespace Quenlor::StandIn::Registry
 inline constexpr std::size_t MaxKeyNameLength = 255;     ///< In UTF-16 units, as on Windows.
 inline constexpr std::size_t MaxValueNameLength = 16383; ///< Likewise.
 inline constexpr std::size_t MaxLevels = 512;
+inline constexpr std::size_t MaxPathLength = 16383; ///< In UTF-16 units: a key is written with its whole path.
 
 /// Takes the first name off a path. Backslashes before, between and behind the names do not matter.
 /// @return false when there is none left.
@@ -20,10 +21,10 @@ bool NextLevel(std::string_view& path, std::string_view& level) noexcept;
 /// result. Either may be empty.
 void AppendToPath(std::string& path, std::string_view below);
 
-/// Whether a key of this path can be created: the names and the depth are within the limits, and no name has a line
-/// break, because a registry file cannot hold it.
-bool IsLegalKeyPath(std::string_view path) noexcept;
-bool IsLegalValueName(std::string_view name) noexcept;
+/// Whether a key of this path can be created: the names, the depth and the whole path are within the limits, and no
+/// name has a line break, because a registry file cannot hold it.
+bool IsLegalKeyPath(std::string_view path);
+bool IsLegalValueName(std::string_view name);
 
 /// `HKEY_LOCAL_MACHINE` and the like for a predefined key that the stand-in has; empty for any other handle.
 std::string_view RootName(HKEY root) noexcept;

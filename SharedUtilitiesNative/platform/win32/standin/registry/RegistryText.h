@@ -19,7 +19,7 @@ std::string ToUtf16Le(std::string_view text);
 std::string FromUtf16Le(std::string_view bytes);
 
 /// In UTF-16 units.
-std::size_t Utf16Length(std::string_view text) noexcept;
+std::size_t Utf16Length(std::string_view text);
 
 bool IsValidUtf8(std::string_view text) noexcept;
 

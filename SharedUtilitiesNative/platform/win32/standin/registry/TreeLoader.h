@@ -4,8 +4,8 @@
 
 #include <Platform/Win32.h>
 
+#include "registry/Key.h"
 #include "registry/RegistryFileReader.h"
-#include "registry/RegistryTree.h"
 
 namespace Quenlor::StandIn::Registry
 {
