@@ -41,7 +41,7 @@ function(shared_utilities_add_library name)
         target_include_directories(${target}
             PUBLIC "$<BUILD_INTERFACE:${arg_INCLUDES};${CMAKE_CURRENT_BINARY_DIR}/include>"
             PRIVATE ${arg_PRIVATE_INCLUDES})
-        target_link_libraries(${target} PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:SharedUtilitiesWarnings>)
+        target_link_libraries(${target} PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:SharedUtilitiesShipped>)
         foreach(library IN LISTS arg_PUBLIC)
             if(target STREQUAL "${name}Static" AND TARGET ${library}Static)
                 target_link_libraries(${target} PUBLIC ${library}Static)

@@ -6,9 +6,12 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # else it stands before the summary of
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 
+include(cmake/Notices.cmake)
+
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
     set(CPACK_SYSTEM_NAME win64)
+    shared_utilities_install_notices(Runtime ${PROJECT_NAME})
 else()
     set(CPACK_GENERATOR DEB)
     set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
@@ -35,5 +38,10 @@ Headers, and what CMake and pkg-config need to find the libraries.")
     set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Tools to look into an installation of engineering programs
 fraxoinfo prints and explains every location and setting of a machine,
 fraxoreg reads and writes its registry.")
+    shared_utilities_install_notices(Runtime ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME})
+    shared_utilities_install_notices(Development ${CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME})
+    if(SHAREDUTILITIES_BUILD_TOOLS)
+        shared_utilities_install_notices(Tools ${CPACK_DEBIAN_TOOLS_PACKAGE_NAME})
+    endif()
 endif()
 include(CPack)
