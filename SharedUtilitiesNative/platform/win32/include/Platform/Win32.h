@@ -47,6 +47,11 @@ using LANGID = WORD;
 using HANDLE = void*;
 using errno_t = int;
 struct SECURITY_ATTRIBUTES;
+struct FILETIME
+{
+    DWORD dwLowDateTime;
+    DWORD dwHighDateTime;
+};
 
 inline constexpr BOOL FALSE = 0;
 inline constexpr BOOL TRUE = 1;
@@ -104,6 +109,10 @@ LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, 
 LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
 LSTATUS RegDeleteValueA(HKEY key, LPCSTR name);
 LSTATUS RegDeleteTreeA(HKEY key, LPCSTR subKey);
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPSTR className,
+                      LPDWORD classSize, FILETIME* lastWrite);
+LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                      LPDWORD size);
 
 // ---- handles -------------------------------------------------------------------------------------------------------
 

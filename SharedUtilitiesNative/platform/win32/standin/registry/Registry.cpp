@@ -122,6 +122,26 @@ public:
         return nullptr;
     }
 
+    /// Items of the key by their index: the user's first, then the machine's that do not repeat one.
+    template<class Item>
+    const Item* ItemAt(DWORD index, const std::map<std::string, Item, std::less<>>& (Key::*items)() const noexcept)
+    {
+        const Key* earlier = nullptr;
+        for (const Hive* const hive : HivesOfKey())
+        {
+            const Key* const key = KeyIn(*hive);
+            if (!key)
+                continue;
+            for (const auto& [folded, item] : (key->*items)())
+            {
+                if ((!earlier || !(earlier->*items)().contains(folded)) && index-- == 0)
+                    return &item;
+            }
+            earlier = key;
+        }
+        return nullptr;
+    }
+
     LSTATUS Change(Hive& hive, const std::function<LSTATUS(Key&)>& edit)
     {
         const LSTATUS status = hive.Change(edit);
@@ -223,6 +243,16 @@ LSTATUS GiveData(const Value& value, LPDWORD type, LPBYTE data, LPDWORD size, DW
     std::memcpy(data, value.data.data(), length);
     if (IsText(value.type) && value.data.back() != '\0' && length < room)
         data[length] = 0; // not counted
+    return ERROR_SUCCESS;
+}
+
+/// `size` has the room for the name and its NUL, then the length without it.
+LSTATUS GiveName(const std::string& stored, LPSTR name, LPDWORD size)
+{
+    if (stored.size() >= *size)
+        return ERROR_MORE_DATA;
+    std::memcpy(name, stored.c_str(), stored.size() + 1);
+    *size = static_cast<DWORD>(stored.size());
     return ERROR_SUCCESS;
 }
 } // namespace
@@ -397,6 +427,53 @@ try
     };
     const auto remove = [&](Key& tree) { return tree.Delete(session.Path()) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; };
     return isContent ? session.Change(*hive, clear) : session.Change(*hive, remove);
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
+}
+
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPSTR className,
+                      LPDWORD classSize, FILETIME* lastWrite)
+try
+{
+    if (!name || !nameSize || reserved)
+        return ERROR_INVALID_PARAMETER;
+    Session session;
+    const LSTATUS status = session.Use(key, KEY_ENUMERATE_SUB_KEYS);
+    if (status != ERROR_SUCCESS)
+        return status;
+    const Key* const found = session.ItemAt(index, &Key::SubKeys);
+    if (!found)
+        return ERROR_NO_MORE_ITEMS;
+    if (className && classSize && *classSize != 0)
+        *className = '\0';
+    if (classSize)
+        *classSize = 0;
+    if (lastWrite)
+        *lastWrite = {}; // a registry file has no times
+    return GiveName(found->Name(), name, nameSize);
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
+}
+
+LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                      LPDWORD size)
+try
+{
+    if (!name || !nameSize || reserved || (data && !size))
+        return ERROR_INVALID_PARAMETER;
+    Session session;
+    LSTATUS status = session.Use(key, KEY_QUERY_VALUE);
+    if (status != ERROR_SUCCESS)
+        return status;
+    const Value* const value = session.ItemAt(index, &Key::Values);
+    if (!value)
+        return ERROR_NO_MORE_ITEMS;
+    status = GiveData(*value, type, data, size, size ? *size : 0);
+    return status == ERROR_SUCCESS ? GiveName(value->name, name, nameSize) : status; // no name without its data
 }
 catch (const std::bad_alloc&)
 {
