@@ -97,6 +97,7 @@ TEST_F(ExternalApplications, InAnInstallFolderNeedFolderNameAndFile)
         EXPECT_EQ(find(), "") << "no file";
         const std::string program = Program("Planner.2.exe");
         EXPECT_EQ(find(), program);
+        Program(".exe");
         Record(key, "ProductName", "");
         EXPECT_EQ(find(), "") << "no name";
         Record(key, "Version", "4.02");

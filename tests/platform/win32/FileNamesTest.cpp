@@ -23,8 +23,10 @@ TEST(AnsiCodePage, IsTheVariablesOrWesternEuropean)
         bool hasUnicodeChars;
         int isSupported;
     } const rows[] = {
-        {"932", cyrillic, false, 1}, {"1251", kanji, true, 0},        {"1251", cyrillic, false, 0},
-        {"65001", kanji, false, 1},  {"99999", "\xC3\xA9", false, 0}, {"1251//TRANSLIT", cyrillic, true, 0},
+        {"932", cyrillic, false, 1},           {"1251", kanji, true, 0},
+        {"1251", cyrillic, false, 0},          {"65001", kanji, false, 1},
+        {"99999", "\xC3\xA9", false, 0},       {"99999", kanji, true, 0},
+        {"1251//TRANSLIT", cyrillic, true, 0},
     };
     ScratchMachine machine;
     for (const auto& row : rows)
