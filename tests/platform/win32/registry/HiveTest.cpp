@@ -10,8 +10,14 @@
 
 #include "registry/Hive.h"
 #include "registry/Hives.h"
+#include "support/Files.h"
 #include "support/OrdinaryUser.h"
-#include "support/ScratchRegistry.h"
+#include "support/ScratchMachine.h"
+
+namespace Quenlor::StandIn::Registry
+{
+void LocateHives(); // where the environment of now says; programs decide once
+}
 
 namespace
 {
@@ -29,9 +35,48 @@ void Put(const char* name, const char* value)
     value ? ::setenv(name, value, 1) : ::unsetenv(name);
 }
 
-class HiveTest : public ScratchRegistry
+class HiveTest : public ::testing::Test
 {
 protected:
+    HiveTest()
+    {
+        fs::create_directory(m_scratch);
+        m_machine.SetEnvironment("QUENLOR_REGISTRY_DIR", UserHive().parent_path().string());
+        LocateHives();
+    }
+
+    fs::path Scratch() const { return m_scratch; }
+    fs::path UserHive() const { return m_scratch / "hives/HKEY_CURRENT_USER.reg"; }
+    fs::path MachineHive() const { return m_scratch / "hives/HKEY_LOCAL_MACHINE.reg"; }
+
+    static fs::path With(fs::path file, const char* suffix) { return file += suffix; }
+
+    static LSTATUS SetNumber(HKEY root, const char* subKey, const char* name, DWORD number)
+    {
+        HKEY key = nullptr;
+        LSTATUS status = ::RegCreateKeyExA(root, subKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+        if (status == ERROR_SUCCESS)
+            status = ::RegSetValueExA(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
+        ::RegCloseKey(key);
+        return status;
+    }
+
+    static LSTATUS GetNumber(HKEY key, const char* name, DWORD& number)
+    {
+        DWORD size = sizeof number;
+        return ::RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(&number), &size);
+    }
+
+    static LSTATUS GetNumber(HKEY root, const char* subKey, const char* name, DWORD& number)
+    {
+        HKEY key = nullptr;
+        LSTATUS status = ::RegOpenKeyExA(root, subKey, 0, KEY_READ, &key);
+        if (status == ERROR_SUCCESS)
+            status = GetNumber(key, name, number);
+        ::RegCloseKey(key);
+        return status;
+    }
+
     static LSTATUS Set(HKEY root, DWORD number) { return SetNumber(root, "Key", "n", number); }
 
     /// What Set has stored; None if it cannot be read.
@@ -59,6 +104,8 @@ protected:
                               { return root.Create("key").SetValue("n", REG_DWORD, data), ERROR_SUCCESS; });
     }
 
+    ScratchMachine m_machine;
+    const fs::path m_scratch = m_machine.Root() / "empty";
     Hive m_other{HKEY_CURRENT_USER, UserHive()};
 };
 

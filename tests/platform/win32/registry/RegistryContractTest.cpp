@@ -110,7 +110,7 @@ TEST_F(RegistryFunctions, QuerySetAndDelete)
 
 // ---- keys and handles -----------------------------------------------------------------------------------------------
 
-TEST_F(RegistryFunctions, OpenSetsTheResultToNullUnlessThereIsNoParent)
+TEST_F(RegistryFunctions, OpenSetsTheResultToNull)
 {
     HKEY result = Bogus;
     EXPECT_EQ(::RegOpenKeyExA(m_key, "Absent", 0, KEY_READ, &result), ERROR_FILE_NOT_FOUND);
@@ -136,7 +136,7 @@ TEST_F(RegistryFunctions, AnEmptyPathMeansTheKeyItself)
     }
 }
 
-TEST_F(RegistryFunctions, CloseTakesEachHandleOnceAndARootAlways)
+TEST_F(RegistryFunctions, CloseTakesAHandleOnce)
 {
     EXPECT_EQ(::RegCloseKey(nullptr), ERROR_INVALID_HANDLE);
     EXPECT_EQ(::RegCloseKey(HKEY_CURRENT_USER), ERROR_SUCCESS);
@@ -156,7 +156,7 @@ TEST_F(RegistryFunctions, OnlyTheLowHalfOfARootCounts)
         EXPECT_EQ(OpenStatus(reinterpret_cast<HKEY>(high | 0x80000001), "Contract"), ERROR_SUCCESS) << high;
 }
 
-TEST_F(RegistryFunctions, CreateMakesMissingLevelsAndSaysWhetherItDid)
+TEST_F(RegistryFunctions, CreateMakesMissingLevels)
 {
     const Key reader = WithAccess(KEY_READ); // what a handle may do does not limit what may be created below it
     Key key;
@@ -216,7 +216,7 @@ TEST_F(RegistryFunctions, KnowThatAKeyWasDeleted)
     expectDeleted(notUsedMeanwhile.get());
 }
 
-TEST_F(RegistryFunctions, DeleteTreeTakesTheKeyOrWithoutANameItsContent)
+TEST_F(RegistryFunctions, DeleteTreeTakesTheKeyOrItsContent)
 {
     ASSERT_EQ(CreateStatus(m_key, "Other"), ERROR_SUCCESS);
     EXPECT_EQ(::RegDeleteTreeA(m_key, "Child"), ERROR_SUCCESS);

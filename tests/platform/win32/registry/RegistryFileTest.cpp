@@ -3,6 +3,7 @@
 #include <regex>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -77,11 +78,7 @@ std::string Read(std::string_view text, RegistryFileDialect dialect = RegistryFi
     return result.isRegistryFile ? recorder.notes.substr(1) : "not a registry file";
 }
 
-struct Row
-{
-    std::string text;
-    std::string expected;
-};
+using Row = std::pair<std::string, std::string>; // a text and what is expected of it
 
 const std::string Version5 = "Windows Registry Editor Version 5.00\n";
 
@@ -141,7 +138,7 @@ TEST(RegistryFileReader, TakesValueLines)
 }
 // clang-format on
 
-TEST(RegistryFileReader, TellsWhereProblemsAreAndAddsNoNulToTheTextOfAHive)
+TEST(RegistryFileReader, NamesTheLinesOfProblems)
 {
     Recorder recorder;
     const std::string file =
@@ -228,59 +225,44 @@ std::string Described(const Key& key, const std::string& path)
     return notes;
 }
 
-class OddTree final
+/// A tree of names and data of odd pieces, which may begin and end within a character.
+void Fill(Key& key, int levels, std::mt19937& random)
 {
-public:
-    explicit OddTree(unsigned seed) : m_random{seed} { Fill(tree, 3); }
-
-    Key tree;
-
-private:
-    void Fill(Key& key, int levels)
+    static constexpr std::string_view odd =
+        "aB]\"= ;#/@-[\\\t\x01\x7F\xFF\xC3\xBC\xEF\xBB\xBF\xF0\x9F\x98\x80\xE2\x80\xA8";
+    static constexpr DWORD types[] = {0, 1, 1, 1, 2, 3, 4, 7, 11, 0xFFFFFFFF};
+    const auto below = [&random](std::size_t limit) { return random() % limit; };
+    const auto text = [&below](std::size_t most)
     {
-        static constexpr DWORD types[] = {0, 1, 1, 1, 2, 3, 4, 7, 11, 0xFFFFFFFF};
-        for (std::size_t i = Below(12); i > 0; --i)
-            key.SetValue(Below(8) == 0 ? "" : Name() + (Below(4) == 0 ? "\\" : ""), types[Below(10)], Data());
-        for (std::size_t i = levels > 0 ? Below(4) : 0; i > 0; --i)
-            Fill(key.Create(Name()), levels - 1);
-    }
-
-    /// Pieces that may begin and end within a character.
-    std::string Name()
+        std::string pieces;
+        for (std::size_t i = below(most + 1); i > 0; --i)
+            pieces += odd.substr(below(odd.size()), below(5) + 1);
+        return pieces;
+    };
+    for (std::size_t i = below(12); i > 0; --i)
+        key.SetValue(text(3), types[below(10)], text(below(8) == 0 ? 60 : 5).append(below(3), '\0'));
+    for (std::size_t i = levels > 0 ? below(4) : 0; i > 0; --i)
     {
-        static constexpr std::string_view odd =
-            "aB]\"= ;#/@-[\t\x01\x7F\xFF\xC3\xBC\xEF\xBB\xBF\xF0\x9F\x98\x80\xE2\x80\xA8";
-        std::string name;
-        for (std::size_t i = Below(3) + 1; i > 0; --i)
-            name += odd.substr(Below(odd.size()), Below(5) + 1);
-        return name;
+        std::string name = 'k' + text(3);
+        std::erase(name, '\\'); // which separates keys
+        Fill(key.Create(name), levels - 1, random);
     }
-
-    std::string Data()
-    {
-        std::string data;
-        for (std::size_t i = Below(Below(8) == 0 ? 60 : 5); i > 0; --i)
-            data += Below(4) > 0 ? Name() : std::string(1, static_cast<char>(Below(256)));
-        return data.append(Below(3), '\0');
-    }
-
-    std::size_t Below(std::size_t limit) { return m_random() % limit; }
-
-    std::mt19937 m_random;
-};
+}
 
 TEST(RegistryFileWriter, LosesNothing)
 {
     for (unsigned seed = 0; seed < 200; ++seed)
     {
-        const OddTree odd{seed};
+        Key odd;
+        std::mt19937 random{seed};
+        Fill(odd, 3, random);
         for (const RegistryFileForm form : {RegistryFileForm::Hive, RegistryFileForm::Windows})
         {
-            const std::string text = WriteRegistryFile(odd.tree, "HKEY_CURRENT_USER", form);
+            const std::string text = WriteRegistryFile(odd, "HKEY_CURRENT_USER", form);
             Key read;
             TreeLoader loader{HKEY_CURRENT_USER, read};
             EXPECT_TRUE(ReadRegistryFile(text, RegistryFileDialect::Hive, loader).problems.empty());
-            ASSERT_EQ(Described(read, ""), Described(odd.tree, "")) << seed << '\n' << text;
+            ASSERT_EQ(Described(read, ""), Described(odd, "")) << seed << '\n' << text;
         }
     }
 }
