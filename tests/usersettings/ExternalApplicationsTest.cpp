@@ -69,13 +69,12 @@ TEST_F(ExternalApplications, PreferTheLinkedThenTheLatestLumConcept)
     for (const auto& [name, root] : {std::pair{Latest, HKEY_CURRENT_USER}, std::pair{Latest, HKEY_LOCAL_MACHINE},
                                      std::pair{Linked, HKEY_CURRENT_USER}, std::pair{Linked, HKEY_LOCAL_MACHINE}})
     {
-        const std::string before = Settings::GetLumConceptExePath().ToStdString();
-        Record(Key, name, R"(X:\deleted.exe)", root);
-        EXPECT_EQ(Settings::GetLumConceptExePath(), before);
         const std::string program = Program((root == HKEY_CURRENT_USER ? "user's "s : "machine's "s) + name);
         Record(Key, name, program, root);
         EXPECT_EQ(Settings::GetLumConceptExePath(), program);
     }
+    Record(Key, Linked, R"(X:\deleted.exe)");
+    EXPECT_EQ(Settings::GetLumConceptExePath(), Program("user's "s + Linked));
 }
 
 TEST_F(ExternalApplications, InAnInstallFolderNeedFolderNameAndFile)
