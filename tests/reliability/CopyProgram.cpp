@@ -1,6 +1,7 @@
 #include <chrono>
 #include <exception>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -36,7 +37,14 @@ int MakeOne(const std::string& installed, const fs::path& copy, const fs::path& 
     while (!exists(gate))
         std::this_thread::sleep_for(std::chrono::milliseconds{1});
     Provide({copy.string(), installed});
-    const std::string seen = ReadFile(copy);
+    std::ifstream file{copy, std::ios::binary};
+    while (!file.is_open()) // Windows refuses it while the one who renames it still has it open
+    {
+        std::this_thread::yield();
+        file.open(copy, std::ios::binary);
+    }
+    const std::string seen{std::istreambuf_iterator<char>{file}, {}};
+    file.close();
     std::error_code error;
     while (exists(edit)) // Windows refuses as long as another has the copy open
         rename(edit, copy, error);

@@ -159,29 +159,6 @@ TEST_F(FilesTest, AFolderIsCreatedWithItsParentsAndInTheFolderThatIsThere)
     EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"file").GetName()), QnFileNameStatus::Failed);
 }
 
-TEST_F(FilesTest, PathsBeyondTheClassicLimitWork)
-{
-    constexpr int levels = 6;
-    const std::wstring name(60, L'ä');
-    QnFileName folder = Below(L"long");
-    for (int level = 0; level < levels; ++level)
-        folder.AppendToPath(name.c_str());
-    ASSERT_EQ(QnFileName::CreateNewDirectory(folder.GetName()), QnFileNameStatus::Success);
-    QnFileName file = folder;
-    file.AppendToPath(L"file.txt");
-    Write(Below(L"source"), "text");
-    EXPECT_EQ(QnFileName::QnCopyFile(Below(L"source").GetName(), file.GetName(), false), QnFileNameStatus::Success);
-    EXPECT_EQ(Read(file), "text");
-
-    // The standard library cannot delete so deep a folder on Windows: its levels get short names first.
-    std::filesystem::path top = Below(L"long").ToNativePath();
-    for (int level = 0; level < levels; ++level)
-    {
-        rename(top / QnFileName(name.c_str()).ToNativePath(), top / "a");
-        top /= "a";
-    }
-}
-
 TEST_F(FilesTest, ACopyClearsWhatKilledOnesLeft)
 {
     const std::filesystem::path abandoned = Below(L".quenlor-copy-1").ToNativePath();

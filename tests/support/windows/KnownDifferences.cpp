@@ -1,5 +1,6 @@
 #include "support/KnownDifferences.h"
 
+#include <filesystem>
 #include <string>
 
 #include <Platform/Win32.h>
@@ -36,6 +37,20 @@ bool HidesTheUsersClasses()
     return !MakesKey(R"(Software\Classes\Probe)", HKEY_CLASSES_ROOT, "Probe");
 }
 
+bool ReplacesReadOnlyFiles()
+{
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
+    const std::wstring kept = folder / "probe of a file", other = folder / "probe of another file";
+    for (const std::wstring& file : {kept, other})
+        ::CloseHandle(::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    ::SetFileAttributesW(kept.c_str(), FILE_ATTRIBUTE_READONLY);
+    const bool isReplaced = ::MoveFileExW(other.c_str(), kept.c_str(), MOVEFILE_REPLACE_EXISTING);
+    ::SetFileAttributesW(kept.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ::DeleteFileW(kept.c_str());
+    ::DeleteFileW(other.c_str());
+    return isReplaced;
+}
+
 struct Difference
 {
     std::string_view test;
@@ -54,6 +69,8 @@ constexpr Difference OfWine[] = {
     {"ListsTheUsersItemsAndThenTheMachinesThatDoNotRepeatOne", "", "shows the classes of the machine only",
      HidesTheUsersClasses},
     {"ChangesTheUsersCopyIfThereIsOne", "", "shows the classes of the machine only", HidesTheUsersClasses},
+    {"LeaveACopyUnmadeAndNoHandleOpen", "read-only", "replaces the file", ReplacesReadOnlyFiles},
+    {"AreCountedInTheLogLater", "read-only", "writes the file, as root", ReplacesReadOnlyFiles},
 };
 } // namespace
 

@@ -1,0 +1,181 @@
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <Platform/Win32.h>
+#include <Quenlor/QnFileName.h>
+#include <gmock/gmock.h>
+
+#include "IniReader.h"
+#include "configfiles/UserFile.h"
+#include "logging/Sinks.h"
+#include "reliability/Attacks.h"
+#include "reliability/windows/OpenHandles.h"
+#include "support/Files.h"
+#include "support/KnownDifferences.h"
+#include "support/ScratchMachine.h"
+
+// Files that Windows refuses to open, make or replace, for reasons that occur on real machines.
+
+namespace
+{
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+using namespace Quenlor::NativeLogging;
+using Quenlor::QnFileName;
+using Quenlor::QnFileNameStatus;
+namespace fs = std::filesystem;
+
+enum Kind
+{
+    File,
+    Missing,
+    Folder,
+    ReadOnly, ///< a file
+    Held,     ///< a file that a program has open and shares with nobody
+};
+
+/// What is at a place until the end of its scope, when it must still be the same.
+class Obstacle final
+{
+public:
+    Obstacle(Kind kind, fs::path place) : m_kind{kind}, m_place{std::move(place)}
+    {
+        if (kind == Folder)
+            create_directories(m_place);
+        else if (kind != Missing)
+            WriteFile(m_place, "before");
+        if (kind == ReadOnly)
+            ::SetFileAttributesW(m_place.c_str(), FILE_ATTRIBUTE_READONLY);
+        if (kind == Held)
+            m_handle = ::CreateFileW(m_place.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    }
+    Obstacle(const Obstacle&) = delete;
+    Obstacle& operator=(const Obstacle&) = delete;
+    ~Obstacle()
+    {
+        if (m_kind == Held)
+            ::CloseHandle(m_handle);
+        ::SetFileAttributesW(m_place.c_str(), FILE_ATTRIBUTE_NORMAL);
+        EXPECT_EQ(is_directory(m_place) ? "a folder" : ReadFile(m_place), m_kind == Folder    ? "a folder"
+                                                                          : m_kind == Missing ? ""
+                                                                                              : "before");
+        remove(m_place);
+    }
+
+private:
+    const Kind m_kind;
+    const fs::path m_place;
+    HANDLE m_handle = nullptr;
+};
+
+class RefusedFiles : public ::testing::Test
+{
+protected:
+    static void Log(const std::unique_ptr<Sink>& sink, const char* text, int second)
+    {
+        sink->Log({LogLevel::Error, "", text, std::chrono::system_clock::time_point{std::chrono::seconds{second}}});
+    }
+
+    const ScratchMachine m_machine;
+    const fs::path m_folder = m_machine.Root() / "files";
+    const fs::path m_source = m_folder / "Default.ini";
+};
+
+TEST_F(RefusedFiles, LeaveACopyUnmadeAndNoHandleOpen)
+{
+    const fs::path beside = m_folder / "User.ini", below = m_folder / "a folder" / "User.ini", away = "Q:/a/User.ini";
+    struct Case
+    {
+        Kind atSource, atCopy;
+        fs::path copy;
+        std::string message; ///< of a getter that makes the user's file; none when it answers
+    };
+    for (const auto& [atSource, atCopy, copy, message] : {
+             Case{Missing, Missing, beside, " file not found. The installation of FRAXO.Pro may be corrupt."},
+             Case{Folder, Missing, beside, " file could not be copied."},
+             Case{Held, Missing, below, " file could not be copied."},
+             Case{File, Missing, away, " file target directory could not be created."},
+             Case{File, ReadOnly, beside, ""},
+             Case{File, Held, beside, ""},
+             Case{File, Folder, beside, ""},
+         })
+    {
+        if (atCopy == ReadOnly && KnownDifference("read-only"))
+            continue;
+        SCOPED_TRACE(::testing::Message() << atSource << ' ' << atCopy);
+        const Obstacle source{atSource, m_source}, existing{atCopy, copy};
+        int before = 0;
+        for (int round = 0; round < 2; ++round) // the first may load what stays
+        {
+            before = OpenHandles();
+            std::string answer = "Default.ini";
+            try
+            {
+                Provide({copy.string(), m_source.string()});
+                answer.clear();
+            }
+            catch (const std::runtime_error& error)
+            {
+                EXPECT_EQ(error.what(), answer + message);
+            }
+            EXPECT_EQ(answer.empty(), message.empty());
+            EXPECT_EQ(QnFileName::QnCopyFile(m_source.c_str(), copy.c_str(), true), QnFileNameStatus::Failed);
+        }
+        EXPECT_EQ(OpenHandles(), before);
+        EXPECT_TRUE(TemporaryFiles(m_folder).empty());
+    }
+}
+
+TEST_F(RefusedFiles, AreCountedInTheLogLater)
+{
+    for (const Kind kind : {Folder, ReadOnly, Held})
+    {
+        if (kind == ReadOnly && KnownDifference("read-only"))
+            continue;
+        SCOPED_TRACE(kind);
+        const fs::path log = m_folder / "a.log";
+        const auto sink =
+            MakeSink({.name = "a", .type = AppenderType::File, .pattern = "%v"}, QnFileName{log.wstring()}, "");
+        ::testing::internal::CaptureStderr();
+        {
+            const Obstacle obstacle{kind, log};
+            Log(sink, "1", 10);
+            const int before = OpenHandles();
+            Log(sink, "2", 20);
+            EXPECT_EQ(OpenHandles(), before);
+        }
+        Log(sink, "3", 30);
+        EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::StartsWith("cannot open"));
+        EXPECT_THAT(ReadFile(log), ::testing::MatchesRegex("lost records: 2 .*\r\n3\r\n"));
+        sink->Close();
+        remove(log);
+    }
+}
+
+TEST_F(RefusedFiles, AreNotThoseWithLongPathsOrCharactersOutsideTheCodePage)
+{
+    WriteFile(m_source, "[Main]\nSize=4\n");
+    const std::wstring name(60, L'p'), level = L'\\' + name;
+    for (const std::wstring& profile :
+         {m_folder.wstring() + level + level + level + level, m_folder.wstring() + L"\\\u0395\u03bb \u6f22"})
+    {
+        const Quenlor::Utf8String path =
+            Provide({QnFileName{profile + L"\\User.ini"}.GetNameUtf8(), m_source.string()});
+        IniReader reader;
+        EXPECT_TRUE(reader.LoadFile(path));
+        EXPECT_EQ(reader.GetIntegerValue("Main", "Size", 0), 4);
+        const QnFileName log{profile + L"\\Logs\\a.log"}, full{profile + L"\\Logs\\a.1.log"};
+        const auto sink = MakeSink(
+            {.name = "a", .type = AppenderType::RollingFile, .pattern = "%v", .maxSize = 4, .count = 1}, log, "");
+        Log(sink, "one", 1);
+        Log(sink, "two", 2);
+        sink->Close();
+        EXPECT_EQ(ReadFile(full.ToNativePath()) + ReadFile(log.ToNativePath()), "one\r\ntwo\r\n");
+    }
+    for (fs::path top = m_folder; exists(top / name); top /= "a") // the standard library deletes no path that long
+        rename(top / name, top / "a");
+}
+} // namespace
