@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
@@ -9,6 +10,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <iterator>
 #include <string_view>
 #include <sys/file.h>
@@ -18,7 +20,12 @@
 
 namespace
 {
+namespace fs = std::filesystem;
+
 constexpr std::string_view Transfers[] = {"read", "write", "pread", "pwrite"};
+// Of mode, owner and times there is no record.
+constexpr std::string_view ChangesOfNames[] = {"link",     "linkat",    "mkdir",  "mkdirat", "rename",
+                                               "renameat", "renameat2", "unlink", "unlinkat"};
 constexpr std::string_view Waits[] = {"open", "mkostemp", "fsync", "flock", "close"};
 
 FailingCalls::Plan g_plan;
@@ -45,12 +52,29 @@ int FaultOf(const char* name)
     return g_plan.fault;
 }
 
+void Record(const FailingCalls::Change& change)
+{
+    if (g_plan.record)
+        g_plan.record->push_back(change);
+}
+
 /// The function that this library stands before.
 template<auto Function>
 auto Next(const char* name)
 {
     static const auto next = reinterpret_cast<decltype(Function)>(::dlsym(RTLD_NEXT, name));
     return next;
+}
+
+/// The absolute path of a name in an open folder.
+std::string PathOf(int folder, const char* name)
+{
+    char path[PATH_MAX];
+    const std::string link = "/proc/self/fd/" + std::to_string(folder);
+    const ssize_t length = name[0] == '/' ? 0 : Next<&::readlink>("readlink")(link.c_str(), path, sizeof path);
+    const fs::path whole = fs::path{path, path + std::max<ssize_t>(length, 0)} / name;
+    const std::string normal = whole.lexically_normal();
+    return normal.ends_with('/') ? normal.substr(0, normal.size() - 1) : normal;
 }
 
 template<typename Result>
@@ -68,7 +92,25 @@ auto Attempt(const char* name, Arguments... arguments)
 {
     using Result = decltype(Function(arguments...));
     const int fault = FaultOf(name);
-    return fault ? Fail<Result>(fault) : Next<Function>(name)(arguments...);
+    const Result result = fault ? Fail<Result>(fault) : Next<Function>(name)(arguments...);
+    if constexpr (std::is_same_v<Result, int>)
+    {
+        FailingCalls::Change change{.call = name};
+        int folder = AT_FDCWD;
+        const auto add = [&]([[maybe_unused]] auto argument)
+        {
+            if constexpr (std::is_same_v<decltype(argument), const char*>)
+                change.paths.push_back(PathOf(folder, argument));
+            else if constexpr (std::is_same_v<decltype(argument), int>)
+                folder = argument;
+        };
+        if (result == 0 && g_plan.record && Has(ChangesOfNames, name))
+        {
+            (add(arguments), ...);
+            Record(change);
+        }
+    }
+    return result;
 }
 
 template<auto Function, typename Data, typename... Position>
@@ -77,9 +119,22 @@ ssize_t AttemptTransfer(const char* name, int file, Data data, std::size_t lengt
     const int fault = FaultOf(name);
     if (fault > 0)
         return Fail<ssize_t>(fault);
-    return Next<Function>(name)(file, data, fault == FailingCalls::HalfTransfer ? (length + 1) / 2 : length,
-                                position...);
+    const ssize_t count =
+        Next<Function>(name)(file, data, fault == FailingCalls::HalfTransfer ? (length + 1) / 2 : length, position...);
+    if constexpr (std::is_same_v<Data, const void*>)
+    {
+        const off_t end = sizeof...(position) == 0 ? ::lseek(file, 0, SEEK_CUR) : (count + ... + position);
+        if (count > 0)
+            Record({"write",
+                    {},
+                    file,
+                    0,
+                    static_cast<std::size_t>(end - count),
+                    std::string(static_cast<const char*>(data), static_cast<std::size_t>(count))});
+    }
+    return count;
 }
+
 mode_t ModeOf(int flags, std::va_list rest)
 {
     const bool hasMode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
@@ -151,6 +206,7 @@ extern "C" int fsync(int file)
     const int fault = FaultOf("fsync");
     if (fault)
         return Fail<int>(fault);
+    Record({.call = "fsync", .file = file});
     return g_isInUse ? 0 : Next<&fsync>("fsync")(file);
 }
 
@@ -170,7 +226,10 @@ extern "C" int openat(int folder, const char* path, int flags, ...)
     const int fault = FaultOf("open");
     if (!fault && !g_plan.hasUnnamedFiles && (flags & O_TMPFILE) == O_TMPFILE)
         return Fail<int>(EOPNOTSUPP);
-    return fault ? Fail<int>(fault) : Next<&openat>("openat")(folder, path, flags, mode);
+    const int file = fault ? Fail<int>(fault) : Next<&openat>("openat")(folder, path, flags, mode);
+    if (file >= 0 && g_plan.record)
+        Record({.call = "open", .paths = {PathOf(folder, path)}, .file = file, .flags = flags});
+    return file;
 }
 
 extern "C" int open(const char* path, int flags, ...)

@@ -3,21 +3,18 @@
 #include <functional>
 #include <iterator>
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <Quenlor/QnFileName.h>
 #include <gmock/gmock.h>
 
 #include "RegistryHelper.h"
-#include "configfiles/UserFile.h"
 #include "registry/Hive.h"
 #include "registry/RegistryFileWriter.h"
 #include "reliability/FailingCalls.h"
+#include "reliability/Place.h"
 #include "reliability/Processes.h"
 #include "support/Files.h"
-#include "support/ScratchMachine.h"
 
 // Each call to the file system that a write or a copy makes fails in turn, in each way, once and from then on. The
 // calls are counted in a first run, so that none can be forgotten; that the library in between knows all that are made
@@ -27,27 +24,12 @@ namespace
 {
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 using namespace Quenlor::StandIn::Registry;
-namespace fs = std::filesystem;
-using ::testing::AnyOf;
 using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::StrEq;
 
 constexpr char PlainHive[] = "REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"n\"=\"old\"\n";
 constexpr char MalformedHive[] = "REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"n\"=\"old\"\n\"malformed\"=dword:x\n";
-
-/// The folder that is written to, and what belongs in it.
-struct Place
-{
-    ScratchMachine machine;
-    int fault = 0; ///< What is done to the calls at present.
-    fs::path user = machine.Root() / "Registry";
-    fs::path hive = user / "HKEY_CURRENT_USER.reg";
-    fs::path skipped = user / "HKEY_CURRENT_USER.reg.skipped";
-    fs::path installed = machine.Root() / "Default.ini";
-    fs::path copy = user / "folder" / "User.ini";
-};
 
 struct Operation
 {
@@ -60,27 +42,6 @@ struct Operation
     std::string keeps = "";                ///< What must not get lost although it does not stay in the target.
     bool hasUnnamedFiles = true;
 };
-
-bool Provided(const Place& place)
-try
-{
-    Provide({place.copy.string(), place.installed.string()});
-    return true;
-}
-catch (const std::runtime_error& error)
-{
-    EXPECT_THAT(error.what(), AnyOf(StrEq("Default.ini file not found. The installation of FRAXO.Pro may be corrupt."),
-                                    StrEq("Default.ini file target directory could not be created."),
-                                    StrEq("Default.ini file could not be copied.")));
-    return false;
-}
-
-bool CopyOver(const Place& place)
-{
-    using namespace Quenlor;
-    return QnFileName::QnCopyFile(place.installed.wstring().c_str(), place.copy.wstring().c_str(), true) ==
-           QnFileNameStatus::Success;
-}
 
 bool SetText(const Place&)
 {

@@ -168,6 +168,18 @@ catch (...)
     throw;
 }
 
+LSTATUS Hive::Sync()
+try
+{
+    Require(m_isSynced || Posix::Sync(OpenForSync(FindPlace(m_path).folder)));
+    m_isSynced = true;
+    return ERROR_SUCCESS;
+}
+catch (const std::system_error& error)
+{
+    return StatusOf(error);
+}
+
 void Hive::Load(const FileDescriptor& file)
 {
     struct stat status = {};
@@ -194,6 +206,7 @@ void Hive::Load(const FileDescriptor& file)
 void Hive::Forget() noexcept
 {
     m_isLoaded = false;
+    m_isSynced = false;
     m_root.Clear();
     m_content = {};
 }
@@ -206,6 +219,8 @@ void Hive::Commit(const FileDescriptor& folder, const std::string& name)
         AppendToFile(folder, name + SkippedSuffix,
                      "; " + TimeNow() + ": skipped when " + name + " was written\n" + m_content.skipped, mode);
 
+    if (isNew) // else a writer before has done it
+        SyncParents(folder);
     const std::string nextName = name + NextSuffix;
     Require(::unlinkat(folder.get(), nextName.c_str(), 0) == 0 || errno == ENOENT); // left by a killed process
     Posix::NextVersion next{folder, nextName, 0600};
@@ -222,6 +237,7 @@ void Hive::Commit(const FileDescriptor& folder, const std::string& name)
         Throw(EBUSY); // by a program that does not know of the lock
     Require(next.Replace(name));
     Require(Posix::Sync(OpenForSync(folder)));
+    m_isSynced = true;
     m_version = version;
     m_mode = mode;
     m_content = {};

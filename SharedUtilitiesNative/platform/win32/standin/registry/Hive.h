@@ -58,6 +58,9 @@ public:
     /// fails in the very last step, the change is there and ERROR_REGISTRY_IO_FAILED says that it may not last.
     LSTATUS Change(const std::function<LSTATUS(Key&)>& edit);
 
+    /// Returns when the keys that were read are on disk: their writer may not have got that far, or has been killed.
+    LSTATUS Sync();
+
 private:
     void Load(const Posix::FileDescriptor& file);
     void Forget() noexcept;
@@ -73,6 +76,7 @@ private:
     mode_t m_mode = 0;            // of that version
     gid_t m_group = 0;
     bool m_isLoaded = false;
+    bool m_isSynced = false; // that version is known to be on disk
     std::int64_t m_tick = 0; // when the file was last looked at
 };
 } // namespace Quenlor::StandIn::Registry

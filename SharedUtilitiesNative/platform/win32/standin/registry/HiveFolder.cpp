@@ -80,8 +80,7 @@ FileDescriptor MakeFolder(const FileDescriptor& parent, const std::string& name,
     Require(isNew || errno == EEXIST); // made by another process
     FileDescriptor folder = OpenAt(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     CheckOwner(folder);
-    if (isNew)
-        Require(::fchmod(folder.get(), mode) == 0 && Posix::Sync(OpenForSync(parent)));
+    Require(!isNew || ::fchmod(folder.get(), mode) == 0);
     return folder;
 }
 
@@ -160,6 +159,23 @@ void CheckWritable(const HivePlace& place)
 FileDescriptor OpenForSync(const FileDescriptor& folder)
 {
     return OpenAt(folder, ".", O_RDONLY | O_DIRECTORY);
+}
+
+void SyncParents(const FileDescriptor& folder)
+{
+    FileDescriptor child = OpenAt(folder, ".", O_PATH);
+    for (;;)
+    {
+        FileDescriptor parent = OpenAt(child, "..", O_PATH);
+        const struct stat status = StatusOf(parent);
+        const struct stat former = StatusOf(child);
+        if (status.st_dev != former.st_dev || status.st_ino == former.st_ino)
+            return; // the top of the file system
+        const FileDescriptor readable{
+            Posix::RetryInterrupted([&] { return ::openat(parent.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); })};
+        Require(readable ? Posix::Sync(readable) : errno == EACCES); // in which this account has made nothing
+        child = std::move(parent);
+    }
 }
 
 void AppendToFile(const FileDescriptor& folder, const std::string& name, std::string_view text, mode_t mode)

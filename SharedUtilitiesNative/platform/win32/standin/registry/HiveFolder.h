@@ -35,6 +35,9 @@ void CheckWritable(const HivePlace& place);
 /// The folder, for Posix::Sync.
 Posix::FileDescriptor OpenForSync(const Posix::FileDescriptor& folder);
 
+/// Returns when the name of the folder and those of its parents are on disk, whichever process has made them.
+void SyncParents(const Posix::FileDescriptor& folder);
+
 /// Appends to a file of this account, which is made if missing, and returns when the text is on disk.
 void AppendToFile(const Posix::FileDescriptor& folder, const std::string& name, std::string_view text, mode_t mode);
 

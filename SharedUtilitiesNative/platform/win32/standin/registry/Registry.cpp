@@ -368,7 +368,7 @@ try
     const Key* const found = session.KeyIn(hive);
     const Value* const old = found ? found->FindValue(Text(name)) : nullptr;
     if (old && old->type == type && old->data == stored)
-        return ERROR_SUCCESS;
+        return hive.Sync();
     const auto set = [&](Key& tree)
     {
         Key* const target = session.IsPredefined() ? &tree.Create(session.Path()) : tree.Find(session.Path());

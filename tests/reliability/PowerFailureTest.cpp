@@ -1,0 +1,360 @@
+#include <algorithm>
+#include <fcntl.h>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "RegistryHelper.h"
+#include "registry/Hive.h"
+#include "registry/Hives.h"
+#include "registry/RegistryFileWriter.h"
+#include "registry/TreeLoader.h"
+#include "reliability/Attacks.h"
+#include "reliability/FailingCalls.h"
+#include "reliability/Place.h"
+#include "support/Files.h"
+
+// What a power failure may leave of a write or a copy is laid out in a folder, and the library has to make do with it.
+// docs/reliability.md has the model of the disk.
+
+namespace
+{
+using namespace Quenlor::StandIn::Registry;
+using FailingCalls::Change;
+using Image = std::map<fs::path, std::optional<std::string>>; ///< Files with their text, and folders.
+using Choice = std::function<std::size_t(std::size_t)>;       ///< Picks one of so many ways.
+
+constexpr char Reported[] = "report"; ///< In a record: a step has reported success.
+
+/// Everything that a disk may hold when the power fails.
+class Disk
+{
+public:
+    explicit Disk(const fs::path& root)
+    {
+        m_names[root] = {Add({})};
+        for (const fs::directory_entry& entry : fs::recursive_directory_iterator{root})
+            m_names[entry] = {Add(entry.is_directory() ? std::nullopt : std::optional{ReadFile(entry.path())})};
+    }
+
+    /// @return whether it may hold something else now
+    bool Apply(const Change& change)
+    {
+        const fs::path path = change.paths.empty() ? "" : change.paths[0];
+        const bool isNew = (change.flags & O_CREAT) != 0;
+        if (change.call == "fsync")
+            return Sync(m_open[change.file]);
+        if (change.call == "write")
+            m_files[m_open[change.file]].unsynced.push_back(change);
+        if (change.paths.size() == 2) // a file without a name is found by its descriptor
+            Name(change.paths[1],
+                 path.parent_path() == "/proc/self/fd" ? m_open[std::stoi(path.filename())] : Newest(path));
+        if (change.call.starts_with("rename") || change.call.starts_with("unlink"))
+            Name(path, None);
+        if (change.call.starts_with("mkdir") || (isNew && Newest(path) == None))
+            Name(path, isNew ? Add("") : Add({}));
+        if (isNew || change.call == "open")
+            m_open[change.file] = (change.flags & O_TMPFILE) == O_TMPFILE ? Add("") : Newest(path);
+        return change.call != Reported && (change.call != "open" || isNew);
+    }
+
+    Image After(const Choice& choose) const
+    {
+        Image image;
+        std::map<std::size_t, std::string> texts; // of files, which may have two names
+        for (const auto& [path, files] : m_names)
+        {
+            const std::size_t file = files[choose(files.size())];
+            if (file == None || (!image.empty() && !image.contains(path.parent_path())))
+                continue;
+            if (m_files[file].synced && !texts.contains(file))
+                texts[file] = TextOf(m_files[file], choose);
+            image[path] = m_files[file].synced ? std::optional{texts[file]} : std::nullopt;
+        }
+        return image;
+    }
+
+private:
+    struct File
+    {
+        std::optional<std::string> synced; ///< None for a folder.
+        std::vector<Change> unsynced;
+    };
+
+    static constexpr std::size_t None = 0;
+
+    std::size_t Add(const std::optional<std::string>& text)
+    {
+        m_files.push_back({text, {}});
+        return m_files.size() - 1;
+    }
+
+    void Name(const fs::path& path, std::size_t file)
+    {
+        m_names.try_emplace(path, 1, None).first->second.push_back(file);
+    }
+
+    std::size_t Newest(const fs::path& path) const { return m_names.contains(path) ? m_names.at(path).back() : None; }
+
+    bool Sync(std::size_t id)
+    {
+        File& file = m_files[id];
+        bool isNeeded = id != None && !file.unsynced.empty();
+        if (file.synced)
+            file = {TextOf(file, [](std::size_t ways) { return ways - 1; }), {}};
+        for (auto& [path, files] : m_names)
+        {
+            const bool isIn = id != None && Newest(path.parent_path()) == id;
+            isNeeded |= isIn && files.size() > 1;
+            files.erase(files.begin(), isIn ? files.end() - 1 : files.begin());
+        }
+        return isNeeded;
+    }
+
+    static std::string TextOf(const File& file, const Choice& choose)
+    {
+        std::string text = *file.synced;
+        for (const Change& write : file.unsynced)
+        {
+            // Nothing; only zeros; the first sector; that and zeros, and so on to the whole.
+            const std::size_t size = write.data.size(), first = write.at / 512;
+            const std::size_t way = choose(2 * ((write.at + size + 511) / 512 - first) + 1);
+            const std::size_t length = std::min(size, std::max((first + way / 2) * 512, write.at) - write.at);
+            const std::size_t zeros = way % 2 * (size - length);
+            if (way == 0)
+                continue;
+            text.resize(std::max(text.size(), write.at + length + zeros));
+            text.replace(write.at, length + zeros, write.data.substr(0, length).append(zeros, '\0'));
+        }
+        return text;
+    }
+
+    std::vector<File> m_files{1};                         // None, for which all goes that is not watched, is first
+    std::map<fs::path, std::vector<std::size_t>> m_names; // the files that each may name, the newest last
+    std::map<int, std::size_t> m_open;
+};
+
+std::vector<Image> StatesOf(const Disk& disk)
+{
+    std::vector<Image> states;
+    std::vector<std::pair<std::size_t, std::size_t>> choices; // what was chosen, of how many
+    do
+    {
+        std::size_t position = 0;
+        const auto next = [&](std::size_t count)
+        {
+            if (position == choices.size())
+                choices.emplace_back(0, count);
+            return choices[position++].first;
+        };
+        states.push_back(disk.After(next));
+        while (!choices.empty() && ++choices.back().first == choices.back().second)
+            choices.pop_back();
+    } while (!choices.empty());
+    return states;
+}
+
+struct Operation
+{
+    std::string name;
+    fs::path Place::*target;
+    const char* before; ///< What is in the target; null when not even its folder is there.
+    std::vector<bool (*)(const Place&)> steps;
+    bool hasUnnamedFiles = true;
+};
+
+bool Import(const Place&)
+{
+    const auto import = [](Key& hive)
+    {
+        TreeLoader loader{HKEY_CURRENT_USER, hive};
+        ReadRegistryFile("REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"t\"=\"" + std::string(1'500, 't') + "\"\n",
+                         RegistryFileDialect::Import, loader);
+        return ERROR_SUCCESS;
+    };
+    return ChangeHive(HKEY_CURRENT_USER, import) == ERROR_SUCCESS;
+}
+
+bool SetNumber(const Place&)
+{
+    using namespace Quenlor::Fraxo::SharedUtilities::Native;
+    return RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Key", "n", 22);
+}
+
+constexpr char MalformedLine[] = "\"n\"=dword:x\n";
+const std::string MalformedHive = std::string{"REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"a\"=\"b\"\n"} + MalformedLine;
+const Operation Operations[] = {
+    {"ANewHive", &Place::hive, nullptr, {Import, SetNumber}},
+    {"AMalformedHive", &Place::hive, MalformedHive.c_str(), {SetNumber, Import}},
+    {"ACopyInANewFolder", &Place::copy, nullptr, {Provided}},
+    {"ACopyThatNeedsAName", &Place::copy, nullptr, {Provided}, false},
+    {"ACopyInPlaceOfAnother", &Place::copy, "old", {CopyOver}},
+};
+
+class PowerFailureTest : public ::testing::TestWithParam<Operation>
+{
+protected:
+    PowerFailureTest() { WriteFile(m_place.installed, std::string(3'000, 'd')); }
+
+    bool IsHive() const { return GetParam().target == &Place::hive; }
+
+    /// What the library makes of the files.
+    std::string View() const
+    {
+        if (!IsHive())
+            return exists(m_place.copy) ? ReadFile(m_place.copy) : "none";
+        Hive hive{HKEY_CURRENT_USER, m_place.hive};
+        std::string view = std::to_string(hive.Refresh());
+        view += std::to_string(hive.Problems().size()) + '\n';
+        if ((ReadFile(m_place.hive) + ReadFile(m_place.skipped)).find(MalformedLine) != std::string::npos)
+            view += MalformedLine;
+        return view + WriteRegistryFile(hive.Root(), "HKEY_CURRENT_USER", RegistryFileForm::Hive);
+    }
+
+    /// Makes the first steps from the start.
+    void Record(std::size_t steps)
+    {
+        fs::remove_all(m_place.user);
+        if (GetParam().before)
+            WriteFile(m_place.*GetParam().target, GetParam().before);
+        m_start.emplace(m_place.machine.Root());
+        m_record.clear();
+        m_views = {View()};
+        for (std::size_t i = 0; i < steps; ++i)
+            EXPECT_TRUE(Run(i, {}));
+    }
+
+    bool Run(std::size_t step, FailingCalls::Plan plan)
+    {
+        plan.hasUnnamedFiles = GetParam().hasUnnamedFiles;
+        plan.record = &m_record;
+        FailingCalls::Begin(plan);
+        const bool success = GetParam().steps[step](m_place);
+        m_calls = FailingCalls::End().size();
+        m_views.resize(step + 1);
+        m_views.push_back(View());
+        if (success)
+            m_record.push_back({Reported});
+        return success;
+    }
+
+    /// Lets the library open what is on the disk. @return what is wrong with it
+    std::string FaultOf(const Image& image, std::size_t reported)
+    {
+        fs::remove_all(m_place.user);
+        for (const auto& [path, text] : image)
+        {
+            if (!text)
+                create_directories(path);
+            else if (path != m_place.installed)
+                WriteFile(path, *text);
+        }
+        const std::string view = View();
+        const auto first = m_views.begin() + static_cast<std::ptrdiff_t>(IsHive() ? reported : 0); // a copy may be lost
+        const auto last = m_views.begin() + static_cast<std::ptrdiff_t>(std::min(reported + 2, m_views.size()));
+        if (std::find(first, last, view) == last)
+            return std::find(m_views.begin(), first, view) == first ? "torn" : "lost";
+        AgeTemporaryFiles(m_place.copy.parent_path());
+        if (!(IsHive() ? IsWritten() : Provided(m_place) && (view == "none" || View() == view) && CopyOver(m_place)))
+            return "no more writes";
+        const bool isClean = TemporaryFiles((m_place.*GetParam().target).parent_path()).empty();
+        return isClean && View().substr(2) == (IsHive() ? view : m_views.back()).substr(2) ? "" : "not as it was";
+    }
+
+    /// Another program sees it at once.
+    bool IsWritten()
+    {
+        Hive reader{HKEY_CURRENT_USER, m_place.hive}, writer{HKEY_CURRENT_USER, m_place.hive};
+        const auto set = [](Key& root) { return root.SetValue("next", REG_SZ, ""), ERROR_SUCCESS; };
+        const auto remove = [](Key& root) { return root.DeleteValue("next") ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; };
+        return reader.Refresh() == ERROR_SUCCESS && writer.Change(set) == ERROR_SUCCESS &&
+               reader.Refresh() == ERROR_SUCCESS && reader.Root().FindValue("next") &&
+               writer.Change(remove) == ERROR_SUCCESS;
+    }
+
+    /// Tries all states after each of the calls from `first` on. @return the first fault
+    std::string FaultOf(const std::vector<Change>& record, std::size_t first = 0)
+    {
+        FailingCalls::Begin({});
+        Disk disk = *m_start;
+        std::set<Image> tried;
+        std::size_t reported = 0;
+        for (std::size_t i = 0; i < record.size(); ++i)
+        {
+            const bool isReport = record[i].call == Reported;
+            reported += isReport;
+            if (isReport) // from now on less is right
+                tried.clear();
+            if ((!disk.Apply(record[i]) && !isReport) || i < first)
+                continue;
+            for (const Image& state : StatesOf(disk))
+            {
+                if (!tried.insert(state).second)
+                    continue;
+                ++m_states;
+                if (const std::string fault = FaultOf(state, reported); !fault.empty())
+                    return fault + " after " + std::to_string(i) + ", " + record[i].call;
+            }
+        }
+        return "";
+    }
+
+    Place m_place;
+    std::optional<Disk> m_start;
+    std::vector<Change> m_record;
+    std::vector<std::string> m_views; ///< Before the first step, after it, and so on.
+    std::size_t m_calls = 0, m_states = 0;
+};
+
+TEST_P(PowerFailureTest, LosesNothing)
+{
+    Record(GetParam().steps.size());
+    const std::vector<Change> record = m_record;
+    EXPECT_EQ(FaultOf(record), "");
+
+    // No sync is idle, and the model finds what is wrong: each is left out, and made after the renaming that follows.
+    std::size_t mutations = 0, missed = 0;
+    Disk disk = *m_start;
+    const auto isRenaming = [](const Change& change)
+    { return change.call.starts_with("rename") || change.call.starts_with("link"); };
+    for (auto sync = record.begin(); sync != record.end(); ++sync)
+    {
+        if (!disk.Apply(*sync) || sync->call != "fsync")
+            continue;
+        const auto at = sync - record.begin();
+        const auto renaming = std::find_if(sync, record.end(), isRenaming) - record.begin();
+        for (const bool isLate : {false, true})
+        {
+            std::vector<Change> mutated = record;
+            if (isLate && renaming != std::ssize(record))
+                mutated.insert(mutated.begin() + renaming + 1, *sync);
+            mutated.erase(mutated.begin() + at);
+            const std::string fault = FaultOf(mutated, static_cast<std::size_t>(at));
+            std::printf("SUMMARY  sync %td %s: %s\n", at, isLate ? "late" : "left out", fault.c_str());
+            ++mutations;
+            missed += fault.empty();
+        }
+    }
+
+    // From one call on all fail; the step is made again, and the power fails.
+    for (std::size_t step = 0; step < GetParam().steps.size(); ++step)
+    {
+        Record(step + 1);
+        for (std::size_t call = m_calls; call > 0 && !HasFailure(); --call)
+        {
+            Record(step);
+            EXPECT_TRUE(Run(step, {call, true, EIO}) || Run(step, {}));
+            EXPECT_EQ(FaultOf(m_record, m_record.size() - 1), "") << "call " << call << " failed";
+        }
+    }
+    Conclude("power failure, " + GetParam().name,
+             {{"calls", record.size()}, {"mutations", mutations}, {"states", m_states}},
+             {{"losses", HasFailure()}, {"mutations that lose nothing", missed}});
+}
+
+INSTANTIATE_TEST_SUITE_P(, PowerFailureTest, ::testing::ValuesIn(Operations),
+                         [](const auto& row) { return row.param.name; });
+} // namespace
