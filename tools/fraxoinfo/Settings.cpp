@@ -104,6 +104,7 @@ void ExamineStoredSettings(std::vector<Finding>& findings, const std::vector<Ans
     const StoredValues stored = CollectValues();
     const std::string release = Lower("\\" + VersionConfig::GetVersionStamp().ToStdString() + "\\");
     std::set<std::string> seen;
+    std::vector<std::string> unreadable;                                  // mostly for one reason
     std::map<std::pair<std::string, std::string>, std::string> elsewhere; // names, by the key that has and that should
     for (const Answer& answer : answers)
     {
@@ -111,7 +112,9 @@ void ExamineStoredSettings(std::vector<Finding>& findings, const std::vector<Ans
         {
             if (source.kind != Source::Kind::RegistryValue || source.held || !seen.insert(source.place).second)
                 continue;
-            if (!source.problem.empty())
+            if (source.problem == Source::Unreadable)
+                unreadable.push_back(source.place);
+            else if (!source.problem.empty())
                 findings.push_back({source.place + " is not used: " + source.problem + ".",
                                     "Store it again with its program, or correct the value."});
             const std::size_t end = source.place.rfind('\\');
@@ -125,6 +128,11 @@ void ExamineStoredSettings(std::vector<Finding>& findings, const std::vector<Ans
             names += (names.empty() ? "" : ", ") + name;
         }
     }
+    if (!unreadable.empty())
+        findings.push_back(
+            {unreadable.front() + " cannot be read" +
+                 (unreadable.size() == 1 ? "" : ", nor can " + std::to_string(unreadable.size() - 1) + " others") + ".",
+             "Check that this user may read the registry there."});
     for (const auto& [keys, names] : elsewhere)
         findings.push_back({"Stored in " + keys.first + ", where this release does not look: " + names + ".",
                             "If they are meant for this release, store them in " + keys.second + "."});

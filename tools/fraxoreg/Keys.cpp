@@ -42,6 +42,9 @@ std::string Explain(HKEY root, LSTATUS status)
     case ERROR_REGISTRY_IO_FAILED:
         return "Error accessing the registry.\n" + file +
                " cannot be read or written. The disk may be full, or it is not a file.";
+    case ERROR_BADDB:
+        return "Error accessing the registry.\n" + file +
+               " is not a registry file.\nIts first line has to be: Windows Registry Editor Version 5.00";
     default:
         return "Error accessing the registry.\n" + file + " gave the error " + std::to_string(status) + '.';
     }

@@ -24,6 +24,8 @@ struct Source
     std::optional<std::string> held; ///< What was there, NULs of a text included; nothing when it was missing.
     bool decided = false;            ///< Whether what it held went into the answer.
     std::string problem{};           ///< Why what is there could not be used; empty when nothing is.
+
+    static constexpr const char* Unreadable = "cannot be read"; ///< The problem when it is not known what is there.
 };
 
 /// What an answer came from, in the order of asking.

@@ -55,7 +55,7 @@ std::string ProblemOf(HKEY root, const Utf8String& subKey, const Utf8String& nam
     if (status == ERROR_FILE_NOT_FOUND)
         return {};
     if (status != ERROR_SUCCESS || type == wantedType)
-        return "cannot be read";
+        return Source::Unreadable;
     const char* const wanted = wantedType == REG_SZ      ? "text"
                                : wantedType == REG_DWORD ? "a number"
                                                          : NameOf(wantedType);

@@ -34,19 +34,16 @@ void ExamineLines(std::vector<Finding>& findings, HKEY root, const std::string& 
 {
     std::vector<RegistryFileProblem> problems;
     const LSTATUS status = HiveProblems(root, problems);
-    if (status != ERROR_SUCCESS)
+    if (status == ERROR_BADDB)
+        findings.push_back({"The registry file " + path + " is not read at all: it is not a registry file.",
+                            "Its first line has to be: Windows Registry Editor Version 5.00"});
+    else if (status != ERROR_SUCCESS)
         findings.push_back({"The registry file " + path + " cannot be read.",
                             "Check that it is a file and that this user may read it."});
     for (const RegistryFileProblem& problem : problems)
-    {
-        if (problem.line <= 1) // then nothing else is read
-            findings.push_back({"The registry file " + path + " is not read at all: " + problem.reason + ".",
-                                "Its first line has to be: Windows Registry Editor Version 5.00"});
-        else
-            findings.push_back({"Line " + std::to_string(problem.line) + " of the registry file " + path +
-                                    " is skipped: " + problem.reason + ".",
-                                "Correct or delete the line" + Quoted(problem)});
-    }
+        findings.push_back({"Line " + std::to_string(problem.line) + " of the registry file " + path +
+                                " is skipped: " + problem.reason + ".",
+                            "Correct or delete the line" + Quoted(problem)});
     struct stat saved
     {
     };

@@ -68,6 +68,7 @@ inline constexpr LSTATUS ERROR_BAD_PATHNAME = 161;
 inline constexpr LSTATUS ERROR_MORE_DATA = 234;
 inline constexpr LSTATUS ERROR_NO_MORE_ITEMS = 259;
 inline constexpr LSTATUS ERROR_NOACCESS = 998;
+inline constexpr LSTATUS ERROR_BADDB = 1009;
 inline constexpr LSTATUS ERROR_BADKEY = 1010;
 inline constexpr LSTATUS ERROR_REGISTRY_IO_FAILED = 1016;
 inline constexpr LSTATUS ERROR_KEY_DELETED = 1018;

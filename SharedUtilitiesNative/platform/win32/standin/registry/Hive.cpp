@@ -26,6 +26,8 @@ constexpr const char* SkippedSuffix = ".skipped";
 LSTATUS StatusOf(const std::system_error& error) noexcept
 {
     const int code = error.code().value();
+    if (code == EBADMSG)
+        return ERROR_BADDB;
     return code == EACCES || code == EPERM || code == EROFS ? ERROR_ACCESS_DENIED : ERROR_REGISTRY_IO_FAILED;
 }
 
@@ -198,7 +200,7 @@ void Hive::Load(const FileDescriptor& file)
         TreeLoader loader{m_rootKey, m_root};
         m_content = ReadRegistryFile(*text, RegistryFileDialect::Hive, loader);
         if (!m_content.isRegistryFile)
-            Throw(EINVAL);
+            Throw(EBADMSG);
     }
     m_isLoaded = true;
 }

@@ -33,8 +33,8 @@ struct FileVersion
 
 /// One hive: a registry file, and the keys that were last read from it or written to it.
 ///
-/// A missing file is an empty hive. Codes are 0, ERROR_ACCESS_DENIED when the right is refused, and
-/// ERROR_REGISTRY_IO_FAILED when the file cannot be read or written for another reason, or is not a registry file; the
+/// A missing file is an empty hive. Codes are 0, ERROR_ACCESS_DENIED when the right is refused, ERROR_BADDB when the
+/// file is not a registry file, and ERROR_REGISTRY_IO_FAILED when it cannot be read or written for another reason; the
 /// hive is empty then, and the file is left alone. Not thread-safe. Several processes may work on one file.
 class Hive final
 {
