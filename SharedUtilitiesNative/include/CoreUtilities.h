@@ -6,8 +6,8 @@
 #include "SharedUtilitiesExport.h"
 
 /// @file
-/// Free helpers on standard narrow text. All of them may be called from any thread; the two for the environment are as
-/// thread-safe as the C runtime's environment.
+/// Free helpers on standard narrow text. Any thread may call any of them at any time. What a program changes of the
+/// environment by other means than SetEnvironmentVariableValue is as thread-safe as its C runtime.
 
 /// Whether two numbers are equal within a tolerance that grows with their size: `epsilon` times the power of two at
 /// or below the larger magnitude (with the exponent cut towards zero, so 1 for everything between 0.5 and 2).

@@ -21,7 +21,7 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// ```
 ///
 /// Nothing is cached: every call asks the environment, the registry and the shell again.
-/// Thread-safety: no shared state. Any thread may call, provided that none changes the environment meanwhile.
+/// Thread-safety: no shared state. Any thread may call.
 class SHAREDUTILITIES_EXPORT DirectoryConfig final
 {
 public:

@@ -43,7 +43,8 @@ public:
     static Utf8String GetExpandedStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name,
                                              const Utf8String& whenMissing);
 
-    /// Stores text as REG_SZ.
+    /// Stores text as REG_SZ. On Linux a key or value name with a line break is refused: a registry file cannot hold
+    /// it.
     /// @return TRUE WHEN THE WRITE FAILED; false on success, and when the key could not be created. The reverse of
     ///         SetBoolValue and SetIntValue: callers of every release test it that way.
     static bool SetStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name, const Utf8String& value);

@@ -164,6 +164,19 @@ void UseHelper(Call& call, World&)
     }
 }
 
+template<typename Next>
+void List(Call& call, const char* what, Next next)
+{
+    std::vector<std::string> found;
+    char name[300];
+    for (DWORD index = 0, size = sizeof name; next(index, name, &size) == ERROR_SUCCESS; ++index, size = sizeof name)
+        found.emplace_back(name, size);
+    std::sort(found.begin(), found.end());
+    call.Ask(what);
+    for (const std::string& item : found)
+        call.Say(item);
+}
+
 void UseHandle(Call& call, World& world)
 {
     constexpr DWORD types[] = {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD, 5, 77};
@@ -202,6 +215,14 @@ void UseHandle(Call& call, World& world)
         return call.Ask(" delete value", ::RegDeleteValueA(key, name.c_str()));
     case 4:
         return call.Ask(" delete tree", ::RegDeleteTreeA(key, path.c_str()));
+    case 5:
+        return List(call, " keys",
+                    [&](DWORD index, char* text, DWORD* length)
+                    { return ::RegEnumKeyExA(key, index, text, length, nullptr, nullptr, nullptr, nullptr); });
+    case 6:
+        return List(call, " values",
+                    [&](DWORD index, char* text, DWORD* length)
+                    { return ::RegEnumValueA(key, index, text, length, nullptr, nullptr, nullptr, nullptr); });
     case 10:
         return call.Ask(" top", ::RegCreateKeyExA(HKEY_CURRENT_USER, "Transcript", 0, nullptr, 0, KEY_ALL_ACCESS,
                                                   nullptr, &world.handles[slot], nullptr));

@@ -1,5 +1,6 @@
 #include "posix/CaseFolding.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cwctype>
 #include <iterator>
@@ -40,8 +41,11 @@ char32_t ToUpper(char32_t character) noexcept
 
 std::string FoldCase(std::string_view name)
 {
-    std::string folded;
-    folded.reserve(name.size());
+    std::string folded{name};
+    std::transform(folded.begin(), folded.end(), folded.begin(), ToUpperAscii);
+    if (std::all_of(name.begin(), name.end(), IsAscii)) // as nearly all are; reading a setting folds several
+        return folded;
+    folded.clear();
     for (auto next = name.begin(); next != name.end();)
     {
         if (IsAscii(*next))

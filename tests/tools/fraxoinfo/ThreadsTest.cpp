@@ -1,6 +1,7 @@
 #include <atomic>
 #include <functional>
 #include <stdexcept>
+#include <stop_token>
 #include <string>
 #include <thread>
 #include <vector>
@@ -8,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include "Answer.h"
+#include "CoreUtilities.h"
 #include "SettledOperations.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
@@ -56,7 +58,17 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
                 mine.push_back(answer);
         }
     };
+    // Meanwhile the environment changes, in which the answers are looked for as well.
+    const auto changeEnvironment = [](const std::stop_token& stop)
     {
+        for (int i = 0; !stop.stop_requested(); ++i)
+        {
+            const std::string name = "FRAXO_UNRELATED_" + std::to_string(i % 64);
+            SetEnvironmentVariableValue(name, i / 64 % 2 == 0 ? std::string(64, 'x') : "");
+        }
+    };
+    {
+        const std::jthread changer{changeEnvironment};
         std::vector<std::jthread> threads;
         for (std::vector<std::string>& mine : answers)
             threads.emplace_back(askAll, std::ref(mine));

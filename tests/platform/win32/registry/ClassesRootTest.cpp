@@ -1,9 +1,13 @@
 #include "platform/win32/registry/RegistryContract.h"
 
+#include <gmock/gmock.h>
+
 // HKEY_CLASSES_ROOT shows the classes of the user and those of the machine as one tree. It decides at each call.
 
 namespace
 {
+using ::testing::ElementsAre;
+
 constexpr char Product[] = R"(FraxoPro\22.00.00)";
 constexpr char ProductClass[] = R"(Software\Classes\FraxoPro\22.00.00)";
 
@@ -63,6 +67,18 @@ TEST_F(ClassesRoot, ShowsTheUsersCopyAndBehindItTheMachines)
     EXPECT_EQ(OpenStatus(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Users)"), ERROR_SUCCESS);
     EXPECT_EQ(OpenStatus(m_shown.get(), "Users"), ERROR_SUCCESS);
     EXPECT_EQ(OpenStatus(later.get(), "Machines"), ERROR_SUCCESS);
+}
+
+TEST_F(ClassesRoot, ListsTheUsersItemsAndThenTheMachinesThatDoNotRepeatOne)
+{
+    CreateTheUsersCopy();
+    EXPECT_EQ(SetText(m_machines.get(), "Another", "machine"), ERROR_SUCCESS);
+    for (const char* const name : {"B", "z"})
+        EXPECT_EQ(CreateStatus(m_users.get(), name), ERROR_SUCCESS);
+    for (const char* const name : {"A", "Z"})
+        EXPECT_EQ(CreateStatus(m_machines.get(), name), ERROR_SUCCESS);
+    EXPECT_THAT(Names(EnumKey, m_shown.get()), ElementsAre("B", "z", "A"));
+    EXPECT_THAT(Names(EnumValue, m_shown.get()), ElementsAre("Root", "Another"));
 }
 
 TEST_F(ClassesRoot, ChangesTheUsersCopyIfThereIsOne)

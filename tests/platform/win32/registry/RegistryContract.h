@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <Platform/Win32.h>
 #include <gtest/gtest.h>
@@ -60,6 +61,23 @@ inline std::string Text(HKEY key, const char* name)
     DWORD size = sizeof buffer;
     const LSTATUS status = ::RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer), &size);
     return status == ERROR_SUCCESS ? buffer : "error " + std::to_string(status);
+}
+
+inline const auto EnumKey = ::RegEnumKeyExA;
+inline const auto EnumValue = ::RegEnumValueA;
+
+/// The names that one of the two functions above lists.
+inline std::vector<std::string> Names(auto list, HKEY key)
+{
+    std::vector<std::string> names;
+    std::string name(16384, '\0');
+    DWORD size = 16384;
+    while (list(key, static_cast<DWORD>(names.size()), name.data(), &size, nullptr, nullptr, nullptr, nullptr) == 0)
+    {
+        names.push_back(name.substr(0, size));
+        size = 16384;
+    }
+    return names;
 }
 
 /// A test of the system's own functions, left out where the system is known to answer differently from Windows.

@@ -1,5 +1,6 @@
 #include "platform/win32/registry/RegistryContract.h"
 
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <iostream>
@@ -73,6 +74,12 @@ LSTATUS Query(HKEY key, const char* name, BYTE* data = nullptr, DWORD* size = nu
     return ::RegQueryValueExA(key, name, nullptr, nullptr, data, size);
 }
 
+LSTATUS Enum(auto list, HKEY key, DWORD index, DWORD size)
+{
+    char name[16];
+    return list(key, index, name, &size, nullptr, nullptr, nullptr, nullptr);
+}
+
 // clang-format off
 TEST_F(RegistryFunctions, Open)
 {
@@ -95,14 +102,20 @@ TEST_F(RegistryFunctions, Create)
     });
 }
 
-TEST_F(RegistryFunctions, QuerySetAndDelete)
+TEST_F(RegistryFunctions, QueryEnumSetAndDelete)
 {
     ExpectStatus({
         {"query: data, but no size", 87, [](HKEY key) { BYTE data[8]; return Query(key, "TEXT", data); }},
+        {"enum: room for the NUL", 0, [](HKEY key) { return Enum(EnumKey, key, 0, sizeof "Child"); }},
+        {"enum: no room for the NUL", 234, [](HKEY key) { return Enum(EnumKey, key, 0, sizeof "Child" - 1); }},
+        {"enum: no more keys", 259, [](HKEY key) { return Enum(EnumKey, key, 1, 16); }},
+        {"enum: values of bogus key", 6, [](HKEY) { return Enum(EnumValue, Bogus, 0, 16); }},
         {"set: null key", 6, [](HKEY) { return SetText(nullptr, "Text", "x"); }},
         {"set: size, but no data", 998, [](HKEY key) { return Set(key, "Text", REG_BINARY, nullptr, 1); }},
         {"set: longest name", 0, [](HKEY key) { return SetText(key, std::string(16383, 'n').c_str(), "x"); }},
         {"set: too long a name", 87, [](HKEY key) { return SetText(key, std::string(16384, 'n').c_str(), "x"); }},
+        {"delete: value", 0, [](HKEY key) { return ::RegDeleteValueA(key, "TEXT"); }},
+        {"delete: missing value", 2, [](HKEY key) { return ::RegDeleteValueA(key, "Text"); }},
         {"delete: missing tree", 2, [](HKEY key) { return ::RegDeleteTreeA(key, "Absent"); }},
     });
 }
@@ -165,6 +178,7 @@ TEST_F(RegistryFunctions, CreateMakesMissingLevels)
     EXPECT_EQ(disposition, REG_CREATED_NEW_KEY);
     EXPECT_EQ(Create(reader.get(), R"(a\b\c)", KEY_READ, key, &disposition), ERROR_SUCCESS);
     EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+    EXPECT_THAT(Names(EnumKey, m_key), ElementsAre("A", "Child")); // spelled as created
 }
 
 struct Operation
@@ -176,7 +190,10 @@ struct Operation
 
 constexpr Operation Operations[] = {
     {"query", KEY_QUERY_VALUE, [](HKEY key) { return Query(key, "Text"); }},
+    {"list values", KEY_QUERY_VALUE, [](HKEY key) { return Enum(EnumValue, key, 0, 16); }},
+    {"list keys", KEY_ENUMERATE_SUB_KEYS, [](HKEY key) { return Enum(EnumKey, key, 0, 16); }},
     {"set", KEY_SET_VALUE, [](HKEY key) { return SetText(key, "New", "x"); }},
+    {"delete", KEY_SET_VALUE, [](HKEY key) { return ::RegDeleteValueA(key, "New"); }},
 };
 
 TEST_F(RegistryFunctions, NeedTheRightThatTheHandleWasOpenedWith)
@@ -220,12 +237,11 @@ TEST_F(RegistryFunctions, DeleteTreeTakesTheKeyOrItsContent)
 {
     ASSERT_EQ(CreateStatus(m_key, "Other"), ERROR_SUCCESS);
     EXPECT_EQ(::RegDeleteTreeA(m_key, "Child"), ERROR_SUCCESS);
-    EXPECT_EQ(OpenStatus(m_key, "Child"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(OpenStatus(m_key, "Other"), ERROR_SUCCESS);
+    EXPECT_THAT(Names(EnumKey, m_key), ElementsAre("Other"));
 
     EXPECT_EQ(::RegDeleteTreeA(m_key, nullptr), ERROR_SUCCESS);
-    EXPECT_EQ(OpenStatus(m_key, "Other"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(Query(m_key, "Text"), ERROR_FILE_NOT_FOUND);
+    EXPECT_THAT(Names(EnumKey, m_key), ElementsAre());
+    EXPECT_THAT(Names(EnumValue, m_key), ElementsAre());
     EXPECT_EQ(OpenStatus(HKEY_CURRENT_USER, "Contract"), ERROR_SUCCESS);
 }
 
@@ -244,11 +260,10 @@ TEST_F(RegistryFunctions, NamesMayHoldAlmostAnything)
         EXPECT_EQ(CreateStatus(key.get(), name.c_str()), ERROR_SUCCESS) << name;
         EXPECT_EQ(SetText(key.get(), name.c_str(), name.c_str()), ERROR_SUCCESS) << name;
     }
+    EXPECT_THAT(Names(EnumKey, key.get()), ::testing::UnorderedElementsAreArray(names));
+    EXPECT_THAT(Names(EnumValue, key.get()), ::testing::UnorderedElementsAreArray(names));
     for (const std::string& name : names)
-    {
-        EXPECT_EQ(OpenStatus(key.get(), name.c_str()), ERROR_SUCCESS) << name;
         EXPECT_EQ(Text(key.get(), name.c_str()), name);
-    }
     EXPECT_EQ(SetText(key.get(), R"(back\slash)", "x"), ERROR_SUCCESS); // no level: only key names have those
     EXPECT_EQ(Text(key.get(), R"(back\slash)"), "x");
 }
@@ -257,6 +272,9 @@ TEST_F(RegistryFunctions, TheDefaultValueHasNoName)
 {
     EXPECT_EQ(SetText(m_key, nullptr, "default"), ERROR_SUCCESS);
     EXPECT_EQ(Text(m_key, ""), "default");
+    EXPECT_THAT(Names(EnumValue, m_key), ::testing::UnorderedElementsAre("", "Text"));
+    EXPECT_EQ(::RegDeleteValueA(m_key, nullptr), ERROR_SUCCESS);
+    EXPECT_EQ(::RegDeleteValueA(m_key, ""), ERROR_FILE_NOT_FOUND);
 }
 
 // ---- values ---------------------------------------------------------------------------------------------------------
@@ -333,5 +351,17 @@ TEST_F(RegistryFunctions, SetStoresTheNulThatACountLeavesOut)
         EXPECT_EQ(m_machine.ReadData(HKEY_CURRENT_USER, "Contract", "Text"),
                   (StoredValue{row.type, std::string{row.memory.substr(0, row.stored)}}));
     }
+}
+
+TEST_F(RegistryFunctions, EnumValueTellsNameTypeAndData)
+{
+    char name[8] = "#######";
+    char data[8] = "#######";
+    DWORD nameSize = 5, type = 99, size = 4;
+    EXPECT_EQ(::RegEnumValueA(m_key, 0, name, &nameSize, nullptr, &type, reinterpret_cast<BYTE*>(data), &size),
+              ERROR_SUCCESS);
+    EXPECT_EQ(std::string(name, 7), "Text\0##"sv);
+    EXPECT_EQ(std::string(data, 7), "abc\0###"sv);
+    EXPECT_THAT((std::array{nameSize, type, size}), ElementsAre(4U, REG_SZ, 4U)); // only the data's NUL counts
 }
 } // namespace

@@ -110,14 +110,16 @@ public:
                hive.Find(std::string_view{m_key.path}.substr(0, m_parentLength));
     }
 
-    /// The first hive in which the key has a value of that name; null when none has.
-    Hive* HiveWithValue(std::string_view name)
+    /// The value in the first hive that has one of that name, which becomes `home`; null when none has.
+    const Value* FindValue(std::string_view name, Hive** home = nullptr) const
     {
         for (Hive* const hive : HivesOfKey())
         {
+            if (home)
+                *home = hive;
             const Key* const key = KeyIn(*hive);
-            if (key && key->FindValue(name))
-                return hive;
+            if (const Value* const value = key ? key->FindValue(name) : nullptr)
+                return value;
         }
         return nullptr;
     }
@@ -341,8 +343,8 @@ try
     const LSTATUS status = session.Use(key, KEY_QUERY_VALUE);
     if (status != ERROR_SUCCESS)
         return status;
-    const Hive* const hive = session.HiveWithValue(Text(name));
-    return hive ? GiveData(*session.KeyIn(*hive)->FindValue(Text(name)), type, data, size, room) : ERROR_FILE_NOT_FOUND;
+    const Value* const value = session.FindValue(Text(name));
+    return value ? GiveData(*value, type, data, size, room) : ERROR_FILE_NOT_FOUND;
 }
 catch (const std::bad_alloc&)
 {
@@ -391,8 +393,8 @@ try
     const LSTATUS status = session.Use(key, KEY_SET_VALUE);
     if (status != ERROR_SUCCESS)
         return status;
-    Hive* const hive = session.HiveWithValue(Text(name));
-    if (!hive)
+    Hive* hive = nullptr;
+    if (!session.FindValue(Text(name), &hive))
         return ERROR_FILE_NOT_FOUND;
     const auto remove = [&](Key& tree)
     {
