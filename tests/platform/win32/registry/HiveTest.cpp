@@ -233,8 +233,9 @@ TEST_F(HiveTest, WhatIsNotAHiveIsAnErrorAndNeverReplaced)
         make(UserHive());
         const auto type = fs::status(UserHive()).type();
         HKEY key = nullptr;
-        EXPECT_EQ(::RegOpenKeyExA(HKEY_CURRENT_USER, "Key", 0, KEY_READ, &key), ERROR_REGISTRY_IO_FAILED);
-        EXPECT_EQ(Set(HKEY_CURRENT_USER, 1), ERROR_REGISTRY_IO_FAILED);
+        const LSTATUS error = std::string_view{name} == "another file" ? ERROR_BADDB : ERROR_REGISTRY_IO_FAILED;
+        EXPECT_EQ(::RegOpenKeyExA(HKEY_CURRENT_USER, "Key", 0, KEY_READ, &key), error);
+        EXPECT_EQ(Set(HKEY_CURRENT_USER, 1), error);
         EXPECT_EQ(fs::status(UserHive()).type(), type);
         EXPECT_FALSE(fs::exists(With(UserHive(), ".skipped")));
         fs::remove(UserHive());
