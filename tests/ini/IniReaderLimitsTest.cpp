@@ -10,6 +10,29 @@ namespace
 {
 using Quenlor::Fraxo::SharedUtilities::Native::IniReader;
 
+/// The work for 2,000 names in an order that is the worst for many structures.
+TEST(IniReaderLimits, ManyNamesAreCheapInAnyOrder)
+{
+    const ScratchMachine machine;
+    const std::filesystem::path file = machine.Root() / "file.ini";
+    constexpr std::size_t count = 2000;
+    const auto name = [](std::size_t number) { return "name" + std::to_string(10'000 - number); };
+    for (const bool areSections : {false, true})
+    {
+        std::string text = "[s]\n";
+        for (std::size_t i = 0; i < count; ++i)
+            text += areSections ? '[' + name(i) + "]\nk=1\n" : name(i) + "=1\n";
+        WriteFile(file, text);
+        Comparisons() = 0;
+        IniReader reader;
+        ASSERT_TRUE(reader.LoadFile(file.wstring()));
+        for (std::size_t i = 0; i < count; ++i)
+            ASSERT_EQ(reader.GetIntegerValue(areSections ? name(i) : "s", areSections ? "k" : name(i), 0), 1);
+        EXPECT_GT(Comparisons(), count) << "they are not counted";
+        EXPECT_LT(Comparisons(), 60 * count) << areSections;
+    }
+}
+
 TEST(IniReaderLimits, AnswersSurviveAnyFailedAllocation)
 {
     const ScratchMachine machine;

@@ -12,6 +12,7 @@
 
 #include "DirectoryConfig.h"
 #include "platform/quenlor5/logging/LoggingTest.h"
+#include "support/KnownDifferences.h"
 
 namespace
 {
@@ -76,8 +77,8 @@ TEST_F(LoggerOfPrograms, FollowsTheConfigurationBesideTheProgram)
 
 TEST_F(LoggerOfPrograms, LosesNoRecordOfProgramsThatRollOneFileAndCrash)
 {
-    if (path::preferred_separator == '\\')
-        GTEST_SKIP() << "Wine does not append in one piece, as Windows does";
+    if (const char* const answer = KnownDifference())
+        GTEST_SKIP() << "Wine " << answer;
     WriteFile(m_folder / "FraxoPro.log.xml", R"(<logging>
         <appender name="a" type="rolling-file" path="a.log" size="1KB" count="900" pattern="%n %v"/>
         <root level="info"><appender-ref ref="a"/></root></logging>)");
