@@ -63,11 +63,11 @@ TEST_F(UserFileOnLinux, IsNotReadFromPipesDevicesAndBeyondTheLimit)
         char value[8];
         ::GetPrivateProfileStringA("Main", "Key", "none", value, sizeof value, path.c_str());
         EXPECT_STREQ(value, "none");
-        if (path == huge)
-            continue;
         IniReader reader;
         EXPECT_TRUE(reader.LoadFile(path.string())) << "it exists";
         EXPECT_EQ(reader.GetStringValue("Main", "Key", "none"), "none");
+        if (path == huge) // which could be copied
+            continue;
         EXPECT_EQ(::GetFileVersionInfoSizeA(path.c_str(), nullptr), 0U);
         EXPECT_THAT([&] { Provided(path); },
                     ThrowsMessage<std::runtime_error>(path.filename().string() + " file could not be copied."));

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include <Quenlor/TextFile.h>
 
 namespace Quenlor
 {
+constexpr std::int64_t LargestText = std::int64_t{256} << 20; ///< A file may claim to be longer than any memory.
+
 /// @param size how long the text is as far as the system knows; any length is read
 /// @param read puts at most `count` bytes at a place: read(place, count) returns how many, 0 or less at the end
 template<class Read>

@@ -42,6 +42,9 @@ bool Quenlor::ReadTextFile(TextFile& text, const wchar_t* path)
         return false; // a pipe or a device could keep the reader waiting for ever
     const auto read = [&](char* place, std::size_t count)
     { return ::_read(file.descriptor, place, static_cast<unsigned>(std::min<std::size_t>(count, INT_MAX))); };
-    text = ReadToEnd(static_cast<std::size_t>(std::max<std::int64_t>(::_filelengthi64(file.descriptor), 0)), read);
+    const std::int64_t size = ::_filelengthi64(file.descriptor);
+    if (size < 0 || size > LargestText)
+        return false;
+    text = ReadToEnd(static_cast<std::size_t>(size), read);
     return true;
 }
