@@ -66,14 +66,13 @@ public:
     /// @return whether the file exists, be the section in it or not
     bool LoadSection(const std::wstring& path, const std::string& section);
     bool LoadSection(const std::string& path, const std::string& section); ///< The path in UTF-8.
-    bool LoadSection(const Utf8String& path, const std::string& section)   ///< The path as IniConfig answers it.
+    /// The path as IniConfig answers it.
+    bool LoadSection(const Utf8String& path, const std::string& section)
     {
         return LoadSection(path.ToStdString(), section);
     }
-    bool LoadSection(const char* path, const std::string& section) ///< The path in UTF-8.
-    {
-        return LoadSection(Utf8String{path}, section);
-    }
+    /// The path in UTF-8.
+    bool LoadSection(const char* path, const std::string& section) { return LoadSection(Utf8String{path}, section); }
 
     /// The value as text; `whenMissing` when there is no such section or key. An empty value is a value.
     std::string GetStringValue(const std::string& section, const std::string& key,

@@ -31,6 +31,7 @@ TEST(Catalogue, IsMadeOfThePublicHeaders)
     EXPECT_EQ(std::ranges::count_if(Catalogue(), [](const Operation& row) { return row.userFile != nullptr; }), 10);
     for (const auto& [name, kind] : {std::pair{"GetHelpDirectory", Kind::Directory},
                                      {"GetFRAXOProRoot", Kind::Directory},
+                                     {"GetGBSteelDesignDirectory", Kind::Directory}, // its comment names another
                                      {"GetFraxoProIniPath", Kind::File},
                                      {"GetInstalledLanguages", Kind::List},
                                      {"GetFraxoFoundationExePath(true)", Kind::File},

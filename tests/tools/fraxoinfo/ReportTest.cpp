@@ -72,7 +72,8 @@ TEST_F(Report, LeavesOutEveryStoredTextOfNoKnownForm)
                 if (source.kind == Source::Kind::Environment && source.place != "FRAXO_PRO_ROOT_DIRECTORY")
                     m_machine.SetEnvironment(source.place, marker);
                 else if (source.kind == Source::Kind::RegistryValue && source.problem.empty() &&
-                         !root.starts_with("HKEY_CLASSES_ROOT\\Fraxo.") && !root.starts_with("HKEY_CLASSES_ROOT\\Word"))
+                         (root != "HKEY_CLASSES_ROOT\\" ||
+                          source.place.starts_with(root + "FraxoPro\\"))) // the others stay
                     m_machine.WriteText(
                         root == "HKEY_CLASSES_ROOT\\"   ? HKEY_CLASSES_ROOT
                         : root == "HKEY_CURRENT_USER\\" ? HKEY_CURRENT_USER

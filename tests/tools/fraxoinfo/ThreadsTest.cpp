@@ -13,6 +13,7 @@
 #include "SettledOperations.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
+#include "support/KnownDifferences.h"
 
 namespace
 {
@@ -61,7 +62,7 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
     // Meanwhile the environment changes, in which the answers are looked for as well.
     const auto changeEnvironment = [](const std::stop_token& stop)
     {
-        for (int i = 0; !stop.stop_requested(); ++i)
+        for (int i = 0; !stop.stop_requested() && !KnownDifference("changed variables"); ++i)
         {
             const std::string name = "FRAXO_UNRELATED_" + std::to_string(i % 64);
             SetEnvironmentVariableValue(name, i / 64 % 2 == 0 ? std::string(64, 'x') : "");

@@ -127,6 +127,7 @@ private:
 template<>
 struct std::hash<Quenlor::Utf8String>
 {
+    /// The hash of the text.
     std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>{}(text); }
 };
 
