@@ -213,7 +213,7 @@ void Mask(ordered_json& json, const Masking& masking)
         json = masking.Apply(json.get_ref<const std::string&>());
 }
 
-constexpr std::string_view DataStart = "<script type=\"application/json\" id=\"data\">";
+constexpr std::string_view DataStart = R"(<script type="application/json" id="data">)";
 constexpr std::string_view DataEnd = "</script>";
 } // namespace
 
