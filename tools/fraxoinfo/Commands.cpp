@@ -290,7 +290,7 @@ int PrintManual(const CLI::App& app)
 {
     const std::string release =
         Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber().ToStdString();
-    std::string page = ".TH FRAXOINFO 1 \"\" \"Release " + release +
+    std::string page = R"(.TH FRAXOINFO 1 "" "Release )" + release +
                        "\" \"FRAXO.Pro tools\"\n.SH NAME\nfraxoinfo \\- " + Purpose +
                        "\n.SH SYNOPSIS\n.B fraxoinfo\n[OPTIONS] [OPERATION]\n.br\n.B fraxoinfo\nCOMMAND [OPTIONS]\n";
     page += ".SH COMMANDS\n";

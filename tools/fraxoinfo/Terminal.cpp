@@ -81,6 +81,7 @@ std::vector<std::string> NearestNames(std::string_view typed, const std::vector<
     constexpr std::size_t most = 3;
     candidates.resize(std::min(candidates.size(), most));
     std::vector<std::string> nearest;
+    nearest.reserve(candidates.size());
     for (const auto& candidate : candidates)
         nearest.push_back(candidate.second);
     return nearest;

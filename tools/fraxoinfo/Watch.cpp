@@ -17,6 +17,7 @@ std::vector<Answer> Ask(const std::vector<const Operation*>& operations)
 {
     Quenlor::Fraxo::SharedUtilities::Native::ForgetLanguages();
     std::vector<Answer> answers;
+    answers.reserve(operations.size());
     for (const Operation* const operation : operations)
         answers.push_back(AskFor(*operation, false));
     return answers;
@@ -45,7 +46,8 @@ std::string Changes(const std::vector<Answer>& before, const std::vector<Answer>
         const std::string now = Shown(after[i]);
         if (old == now)
             continue;
-        text += time + "  " + Coloured(after[i].operation->name, Colour::Heading) + ": " + old + " -> " + now + "\n";
+        text.append(time).append("  ").append(Coloured(after[i].operation->name, Colour::Heading)).append(": ");
+        text.append(old).append(" -> ").append(now).append("\n");
         for (const Source& source : after[i].trace)
         {
             const auto isSame = [&](const Source& other) { return IsSame(source, other); };
