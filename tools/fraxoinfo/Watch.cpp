@@ -46,8 +46,7 @@ std::string Changes(const std::vector<Answer>& before, const std::vector<Answer>
         const std::string now = Shown(after[i]);
         if (old == now)
             continue;
-        text.append(time).append("  ").append(Coloured(after[i].operation->name, Colour::Heading)).append(": ");
-        text.append(old).append(" -> ").append(now).append("\n");
+        text += time + "  " + Coloured(after[i].operation->name, Colour::Heading) + ": " + old + " -> " + now + "\n";
         for (const Source& source : after[i].trace)
         {
             const auto isSame = [&](const Source& other) { return IsSame(source, other); };
