@@ -17,6 +17,14 @@ MATCHER_P(LooksLike, expression, std::string{"looks like "} + expression)
     return std::regex_match(arg, std::regex{expression});
 }
 
+/// The lines of a log file, with `\n` after each.
+inline std::string LinesOf(const std::filesystem::path& file)
+{
+    std::string text = ReadFile(file);
+    std::erase(text, '\r');
+    return text;
+}
+
 /// Tests of the logging engine by what arrives in its files, which lie beside the configuration.
 class LoggingTest : public ::testing::Test
 {
@@ -46,13 +54,7 @@ protected:
         return *Quenlor::NativeLogging::LoggingManager::GetLogger(name);
     }
 
-    /// The lines of a log file, with `\n` behind each.
-    std::string Lines(const std::filesystem::path& name) const
-    {
-        std::string text = ReadFile(m_folder / name);
-        std::erase(text, '\r');
-        return text;
-    }
+    std::string Lines(const std::filesystem::path& name) const { return LinesOf(m_folder / name); }
 
     ScratchMachine m_machine;
     const std::filesystem::path m_folder = m_machine.Root() / "Logs";

@@ -35,12 +35,7 @@ protected:
         sink->Log({LogLevel::Error, "Editor", text, std::chrono::system_clock::time_point{time}});
     }
 
-    std::string Lines(const char* name = "a.log") const
-    {
-        std::string text = ReadFile(m_folder / name);
-        std::erase(text, '\r');
-        return text;
-    }
+    std::string Lines(const char* name = "a.log") const { return LinesOf(m_folder / name); }
 
     ScratchMachine m_machine;
     const std::filesystem::path m_folder = m_machine.Root() / "Logs";
