@@ -33,7 +33,8 @@ public:
     static bool IsRunningFromOutput();
 
     /// The installation root. When running from output the value of FRAXO_PRO_ROOT_DIRECTORY, otherwise "RootDir" of
-    /// the installation record, HKEY_CLASSES_ROOT\FraxoPro\22.00.00. Empty, and so relative, without a record.
+    /// the installation record, the key `FraxoPro\<release>` of HKEY_CLASSES_ROOT. Empty, and so relative, without a
+    /// record.
     static Utf8String GetFRAXOProRoot();
 
     /// The folder of the process's executable, without a trailing separator unless it is a root.

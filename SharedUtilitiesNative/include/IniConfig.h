@@ -34,7 +34,7 @@ public:
 
     static Utf8String GetPluginsIniPath(); ///< The user's plug-in list; copied from the plug-ins folder's.
 
-    /// The product's INI file of this release, `FraxoPro22.00.00.ini`; copied from the machine's data.
+    /// The product's INI file of this release, `FraxoPro<release>.ini`; copied from the machine's data.
     static Utf8String GetFraxoProIniPath();
 
     static Utf8String GetCodesIniPath();       ///< The design codes in the current language; copied from the machine's.

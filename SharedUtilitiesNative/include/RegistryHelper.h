@@ -27,7 +27,7 @@ class SHAREDUTILITIES_EXPORT RegistryHelper final
 public:
     RegistryHelper() = delete;
 
-    /// `Software\Quenlor Systems\FraxoPro\22.00.00`: the key below HKEY_CURRENT_USER for this release's settings of
+    /// `Software\Quenlor Systems\FraxoPro\<release>`: the key below HKEY_CURRENT_USER for this release's settings of
     /// this user, without a trailing separator.
     static Utf8String GetCurrentUserKey();
 

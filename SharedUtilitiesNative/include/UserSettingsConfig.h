@@ -105,7 +105,7 @@ public:
     /// @{
     static Utf8String GetUserNameString(); ///< "UserName" of the installation record; empty
     static Utf8String GetUserEmail();      ///< "UserEmail" of `Software\Quenlor\Support`; the product's support address
-    static bool GetTestCrashReporting();   ///< "TestCrashReporting" of `SOFTWARE\Quenlor\FraxoPro\22.00.00`; false
+    static bool GetTestCrashReporting();   ///< "TestCrashReporting" of `SOFTWARE\Quenlor\FraxoPro\<release>`; false
 
     /// Whether the document service is on for this process and the children it starts: the environment variable
     /// FRAXO_PRO_PL365 is set and not empty. It is never stored.

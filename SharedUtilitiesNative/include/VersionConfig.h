@@ -18,7 +18,7 @@ public:
     static Utf8String GetProductFamily();           ///< "FRAXO.PRO VANTIRE"
     static Utf8String GetProductName();             ///< The same text as the family.
     static Utf8String GetProductNameForQuenlorCI(); ///< "FRAXO.PRO"
-    static Utf8String GetReleaseNumber();           ///< "22.00.00": names this release's keys and INI file.
+    static Utf8String GetReleaseNumber();           ///< Such as "NN.00.00": names this release's keys and INI file.
     static Utf8String GetProductKey();              ///< "FraxoPro"
     static Utf8String GetPledgeSeries();            ///< "7"
     static Utf8String GetFRAXOUpgradeCode();        ///< The installer's upgrade code, in braces.
@@ -32,7 +32,7 @@ public:
     /// The executable's file version, four parts of at least two digits; "00.00.00.00" when it has none.
     static Utf8String GetProductVersion();
 
-    /// `FraxoPro\22.00.00`, the product key and the release number: the part of a registry key that separates the
+    /// `FraxoPro\<release>`, the product key and the release number: the part of a registry key that separates the
     /// settings of one release from those of another.
     static Utf8String GetVersionStamp();
 

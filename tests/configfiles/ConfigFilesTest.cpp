@@ -30,16 +30,16 @@ protected:
 struct Copy
 {
     Utf8String (*getter)();
-    const char* tail; // in the user's data
+    std::string tail; // in the user's data
     std::string Bases::*defaultBase;
-    const char* defaultTail;
+    std::string defaultTail;
     const char* advice = " The installation of FRAXO.Pro may be corrupt.";
 };
 
 // With the release in its name, with the language, from the root, called or filed differently, and of a plug-in.
 // clang-format off
-constexpr Copy Copies[] = {
-    {IniConfig::GetFraxoProIniPath,                  R"(Default\FraxoPro22.00.00.ini)",       &Bases::machineData, "FraxoPro22.00.00.ini"},
+const Copy Copies[] = {
+    {IniConfig::GetFraxoProIniPath,                  R"(Default\)" + ProductIni,       &Bases::machineData, ProductIni},
     {IniConfig::GetCodesIniPath,                     R"(Default\Language\de\Codes.ini)",      &Bases::machineData, R"(Language\de\Codes.ini)"},
     {IniConfig::GetBDeckLiveLoadVehiclePath,         R"(Default\LiveLoad.veh)",               &Bases::root,        R"(FRAXO\LiveLoad.veh)"},
     {IniConfig::GetStWizardDefaultStpPath,           R"(Default\StWizard\default.stp)",       &Bases::root,        R"(FRAXO\default.stp)"},

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include "support/Files.h"
+#include "support/Release.h"
 #include "support/ScratchMachine.h"
 
 namespace
@@ -30,7 +31,7 @@ protected:
 
     ScratchMachine m_machine;
     const std::filesystem::path m_ini =
-        NativePath(m_machine.ProductFolder(ShellFolder::LocalAppData) + R"(Default\FraxoPro22.00.00.ini)");
+        NativePath(m_machine.ProductFolder(ShellFolder::LocalAppData) + R"(Default\)" + ProductIni);
 };
 
 TEST_F(IsDevFeatureEnabled, IsTheIniValueOfTheFlagAsItIs)

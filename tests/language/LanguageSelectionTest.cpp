@@ -28,11 +28,11 @@ class LanguageTest : public InstallationTest
 protected:
     void InstallLanguages(std::string_view bytes, DWORD type = REG_MULTI_SZ) const
     {
-        m_machine.WriteData(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Language)", "InstalledLanguages", type, bytes);
+        m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", type, bytes);
     }
 
     // The choices lie below another key than the installed set.
-    static constexpr char ChoiceKey[] = R"(SOFTWARE\Quenlor\FraxoPro\22.00.00\Language)";
+    const std::string ChoiceKey = VendorKey + R"(\Language)";
     void Choose(const char* code) const { m_machine.WriteText(HKEY_CURRENT_USER, ChoiceKey, "CurrentLanguage", code); }
 };
 

@@ -15,7 +15,7 @@ using Quenlor::Utf8String;
 using Quenlor::Fraxo::SharedUtilities::Native::RegistryHelper;
 using namespace std::literals;
 
-constexpr char Place[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00)";
+constexpr char Place[] = R"(Software\Quenlor Systems\Test)";
 constexpr char Default[] = "default";
 constexpr int DefaultNumber = 7;
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "DirectoryConfig.h"
+#include "support/Release.h"
 #include "support/ScratchMachine.h"
 
 /// The three folders in which everything lies, spelled as the library spells them.
@@ -20,8 +21,6 @@ struct Bases
 class InstallationTest : public ::testing::Test
 {
 protected:
-    static constexpr char InstallationKey[] = R"(FraxoPro\22.00.00)";
-
     /// Writes the record that an installer leaves.
     void Install(std::string_view root) const
     {
@@ -48,7 +47,7 @@ protected:
 
     void UseProject(const char* id, bool isInUse) const
     {
-        constexpr char key[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)";
+        const std::string key = SettingsKey + R"(\Configurations)";
         m_machine.WriteText(HKEY_CURRENT_USER, key, "DefaultProjectID", id);
         m_machine.WriteNumber(HKEY_CURRENT_USER, key, "UseDefaultProject", isInUse);
     }

@@ -8,10 +8,10 @@
 namespace
 {
 /// Always the 64-bit view, as in the library.
-HKEY OpenKey(HKEY root, const char* subKey, REGSAM access)
+HKEY OpenKey(HKEY root, const std::string& subKey, REGSAM access)
 {
     HKEY key = nullptr;
-    return ::RegOpenKeyExA(root, subKey, 0, access | KEY_WOW64_64KEY, &key) == ERROR_SUCCESS ? key : nullptr;
+    return ::RegOpenKeyExA(root, subKey.c_str(), 0, access | KEY_WOW64_64KEY, &key) == ERROR_SUCCESS ? key : nullptr;
 }
 
 bool IsReadByTheLibrary(std::string_view variable)
@@ -77,23 +77,23 @@ void ScratchMachine::SetEnvironment(const std::string& name, const std::optional
     PutEnvironment(name, value);
 }
 
-void ScratchMachine::WriteText(HKEY root, const char* subKey, const char* name, std::string_view text) const
+void ScratchMachine::WriteText(HKEY root, const std::string& subKey, const char* name, std::string_view text) const
 {
     WriteData(root, subKey, name, REG_SZ, std::string{text} + '\0');
 }
 
-void ScratchMachine::WriteNumber(HKEY root, const char* subKey, const char* name, DWORD number) const
+void ScratchMachine::WriteNumber(HKEY root, const std::string& subKey, const char* name, DWORD number) const
 {
     WriteData(root, subKey, name, REG_DWORD, {reinterpret_cast<const char*>(&number), sizeof number});
 }
 
-void ScratchMachine::WriteData(HKEY root, const char* subKey, const char* name, DWORD type,
+void ScratchMachine::WriteData(HKEY root, const std::string& subKey, const char* name, DWORD type,
                                std::string_view bytes) const
 {
     ASSERT_FALSE(root == HKEY_CLASSES_ROOT && m_classes == ClassesRoot::NotUsed);
     HKEY key = nullptr;
-    ASSERT_EQ(::RegCreateKeyExA(root, subKey, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE | KEY_WOW64_64KEY, nullptr,
-                                &key, nullptr),
+    ASSERT_EQ(::RegCreateKeyExA(root, subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE | KEY_WOW64_64KEY,
+                                nullptr, &key, nullptr),
               ERROR_SUCCESS);
     // The system also stores a NUL that it finds behind text: here it finds something else.
     const std::string guarded = std::string{bytes} + '.';
@@ -103,14 +103,14 @@ void ScratchMachine::WriteData(HKEY root, const char* subKey, const char* name, 
     ::RegCloseKey(key);
 }
 
-bool ScratchMachine::HasKey(HKEY root, const char* subKey) const
+bool ScratchMachine::HasKey(HKEY root, const std::string& subKey) const
 {
     const HKEY key = OpenKey(root, subKey, KEY_READ);
     ::RegCloseKey(key);
     return key != nullptr;
 }
 
-std::optional<StoredValue> ScratchMachine::ReadData(HKEY root, const char* subKey, const char* name) const
+std::optional<StoredValue> ScratchMachine::ReadData(HKEY root, const std::string& subKey, const char* name) const
 {
     const HKEY key = OpenKey(root, subKey, KEY_READ);
     StoredValue value{};
@@ -126,7 +126,7 @@ std::optional<StoredValue> ScratchMachine::ReadData(HKEY root, const char* subKe
     return status == ERROR_SUCCESS ? std::optional{value} : std::nullopt;
 }
 
-void ScratchMachine::DeleteKey(HKEY root, const char* subKey) const
+void ScratchMachine::DeleteKey(HKEY root, const std::string& subKey) const
 {
-    ::RegDeleteTreeA(root, subKey);
+    ::RegDeleteTreeA(root, subKey.c_str());
 }

@@ -62,16 +62,16 @@ public:
     void SetEnvironment(const std::string& name, const std::optional<std::string>& value);
 
     /// Stores text as an installer does, with its NUL.
-    void WriteText(HKEY root, const char* subKey, const char* name, std::string_view text) const;
-    void WriteNumber(HKEY root, const char* subKey, const char* name, DWORD number) const;
-    void WriteData(HKEY root, const char* subKey, const char* name, DWORD type, std::string_view bytes) const;
+    void WriteText(HKEY root, const std::string& subKey, const char* name, std::string_view text) const;
+    void WriteNumber(HKEY root, const std::string& subKey, const char* name, DWORD number) const;
+    void WriteData(HKEY root, const std::string& subKey, const char* name, DWORD type, std::string_view bytes) const;
 
-    bool HasKey(HKEY root, const char* subKey) const;
-    std::optional<StoredValue> ReadData(HKEY root, const char* subKey, const char* name) const;
-    void DeleteKey(HKEY root, const char* subKey) const; ///< With everything below.
+    bool HasKey(HKEY root, const std::string& subKey) const;
+    std::optional<StoredValue> ReadData(HKEY root, const std::string& subKey, const char* name) const;
+    void DeleteKey(HKEY root, const std::string& subKey) const; ///< With everything below.
 
     /// Runs `body` while this key can be read but not changed.
-    void WhileReadOnly(HKEY root, const char* subKey, const std::function<void()>& body) const;
+    void WhileReadOnly(HKEY root, const std::string& subKey, const std::function<void()>& body) const;
 
 private:
     // What differs between systems: one source each.

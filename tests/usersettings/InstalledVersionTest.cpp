@@ -49,7 +49,7 @@ TEST_F(InstalledVersion, IsTheCurrentOneOnceThatIsRecorded)
     EXPECT_EQ(UserSettingsConfig::GetLastInstalledProductVersion(), "");
     m_machine.WriteText(HKEY_CURRENT_USER, (Releases + "21.00.00").c_str(), "Any", "");
     EXPECT_EQ(UserSettingsConfig::GetLastInstalledProductVersion(), "21.00.00.00");
-    Record("22.00.00", "22.01.00.07"); // of an earlier build of this release
+    Record(Release, "22.01.00.07"); // of an earlier build of this release
     EXPECT_EQ(UserSettingsConfig::GetLastInstalledProductVersion(), "22.01.00.07");
 
     UserSettingsConfig::SetIsNewVersionInstallFlag(false);

@@ -13,10 +13,10 @@ namespace
 using namespace std::string_literals;
 using Settings = Quenlor::Fraxo::SharedUtilities::Native::UserSettingsConfig;
 
-constexpr char Configurations[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)";
-constexpr char RssSettings[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\RSSSettings)";
-constexpr char LicenseConfig[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\LicenseConfig)";
-constexpr char Build[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Build)";
+const std::string Configurations = SettingsKey + R"(\Configurations)";
+const std::string RssSettings = SettingsKey + R"(\RSSSettings)";
+const std::string LicenseConfig = SettingsKey + R"(\LicenseConfig)";
+const std::string Build = SettingsKey + R"(\Build)";
 
 using UserSettings = InstallationTest;
 
@@ -26,12 +26,12 @@ TEST_F(UserSettings, KeepFlagsAsNumbersWhereInstallersLookForThem)
     {
         void (*set)(bool);
         bool (*get)();
-        const char* key;
+        std::string key;
         const char* name;
         bool whenMissing; // not the same for like switches, on purpose
     };
     // clang-format off
-    constexpr Row rows[] = {
+    const Row rows[] = {
         {Settings::SetUseRoamingProjectConfig, Settings::UseRoamingProjectConfig, Configurations, "UseRoamingProjectConfig", true},
         {Settings::SetUseDefaultProjectForLogging, Settings::UseDefaultProjectForLogging, Configurations, "UseDefaultProjectForLogging", true},
         {Settings::EnableRssFeed, Settings::IsRssFeedEnabled, RssSettings, "EnableFeed", true},
@@ -61,11 +61,11 @@ TEST_F(UserSettings, KeepTextsWhereInstallersLookForThem)
     {
         void (*set)(const Quenlor::Utf8String&);
         Quenlor::Utf8String (*get)();
-        const char* key;
+        std::string key;
         const char* name;
     };
     // clang-format off
-    constexpr Row rows[] = {
+    const Row rows[] = {
         {Settings::SetDefaultConnectedProjectId, Settings::GetDefaultConnectedProjectId, Configurations, "DefaultProjectID"},
         {Settings::SetDefaultConnectedProjectName, Settings::GetDefaultConnectedProjectName, Configurations, "DefaultProjectName"},
         {Settings::SetApplicationTheme, Settings::GetApplicationTheme, Configurations, "ThemeColor"},
@@ -99,7 +99,7 @@ TEST_F(UserSettings, OfInstallersAndSupportLieOutsideTheUsersKey)
 
     m_machine.WriteText(HKEY_CLASSES_ROOT, InstallationKey, "UserName", "A. User");
     m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Support)", "UserEmail", ""); // empty, but stored
-    m_machine.WriteNumber(HKEY_CURRENT_USER, R"(SOFTWARE\Quenlor\FraxoPro\22.00.00)", "TestCrashReporting", 1);
+    m_machine.WriteNumber(HKEY_CURRENT_USER, VendorKey, "TestCrashReporting", 1);
     EXPECT_EQ(Settings::GetUserNameString(), "A. User");
     EXPECT_EQ(Settings::GetUserEmail(), "");
     EXPECT_TRUE(Settings::GetTestCrashReporting());

@@ -16,8 +16,8 @@ TEST(CompareVersions, ComparesPartsAsNumbersOfSixteenBits)
         const char* second;
         int result;
     } rows[] = {
-        {"22.9.0.115", "22.9.0.115", 0},
-        {"22.10.0.0", "22.9.0.115", 1}, // numbers, not text
+        {"7.9.0.115", "7.9.0.115", 0},
+        {"7.10.0.0", "7.9.0.115", 1}, // numbers, not text
         {"1.0", "1.0.0.0", 0},
         {"1.0.0.1", "1.0.0.2", -1},
         {"1.65536.0.0", "1.0.0.0", 0},
@@ -36,16 +36,16 @@ TEST(CompareVersions, ComparesPartsAsNumbersOfSixteenBits)
     }
 }
 
-TEST(VersionConfig, HasFixedKeys)
+TEST(VersionConfig, AgreesWithTheBuildOnTheRelease)
 {
-    EXPECT_EQ(VersionConfig::GetVersionStamp(), R"(FraxoPro\22.00.00)");
+    EXPECT_EQ(VersionConfig::GetVersionStamp(), R"(FraxoPro\)" RELEASE ".00.00");
     EXPECT_EQ(VersionConfig::GetConnectedProjectRegistrationKey(), "21.00.00.00"); // of the earlier release, on purpose
 }
 
-// This program's version resource says 22.9.0.115; the other test programs have none.
+// This program's version resource says 7.9.0.115; the other test programs have none.
 TEST(VersionConfig, PadsTheFileVersionToTwoDigits)
 {
-    EXPECT_EQ(VersionConfig::GetProductVersion(), "22.09.00.115");
+    EXPECT_EQ(VersionConfig::GetProductVersion(), "07.09.00.115");
     EXPECT_EQ(VersionConfig::GetBuildNumber(), "00");
 }
 } // namespace

@@ -60,12 +60,12 @@ TEST(RunningPrograms, OfOtherUsersAreFound)
 
 constexpr char CopyVariable[] = "TEST_RUNS_IN_A_COPY";
 
-/// In a copy of this program, whose version is 22.9.0.115.
+/// In a copy of this program, whose version is 7.9.0.115.
 void CheckAfterReplacement(const fs::path& program)
 {
     fs::remove(program);
     WriteFile(program, "the next release");
-    EXPECT_EQ(VersionConfig::GetProductVersion(), "22.09.00.115");
+    EXPECT_EQ(VersionConfig::GetProductVersion(), "07.09.00.115");
     QnFileName name;
     EXPECT_EQ(QnGetModuleFileName(name, nullptr), QuenlorStatus::Success);
     EXPECT_EQ(name.GetNameUtf8(), QnFileName{Utf8String{program.c_str()}}.GetNameUtf8());

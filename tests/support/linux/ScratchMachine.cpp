@@ -50,7 +50,7 @@ void ScratchMachine::MoveShellFolder(ShellFolder folder, const std::string& path
     SetEnvironment(folder == ShellFolder::ProgramData ? "PROGRAMDATA" : "LOCALAPPDATA", path);
 }
 
-void ScratchMachine::WhileReadOnly(HKEY, const char*, const std::function<void()>& body) const
+void ScratchMachine::WhileReadOnly(HKEY, const std::string&, const std::function<void()>& body) const
 {
     // No file can grow. Permissions would not do: they mean nothing to root, as which tests often run.
     rlimit former{};

@@ -118,10 +118,10 @@ void ScratchMachine::MoveShellFolder(ShellFolder folder, const std::string& path
               isShared ? "Common AppData" : "Local AppData", path);
 }
 
-void ScratchMachine::WhileReadOnly(HKEY root, const char* subKey, const std::function<void()>& body) const
+void ScratchMachine::WhileReadOnly(HKEY root, const std::string& subKey, const std::function<void()>& body) const
 {
     HKEY key = nullptr;
-    ASSERT_EQ(::RegOpenKeyExA(root, subKey, 0, WRITE_DAC | KEY_WOW64_64KEY, &key), ERROR_SUCCESS);
+    ASSERT_EQ(::RegOpenKeyExA(root, subKey.c_str(), 0, WRITE_DAC | KEY_WOW64_64KEY, &key), ERROR_SUCCESS);
     const auto setPermissions = [key](const char* list)
     {
         PSECURITY_DESCRIPTOR descriptor = nullptr;

@@ -21,20 +21,17 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-constexpr char ProductIni[] = "FraxoPro22.00.00.ini";
-
 /// A small installation that lacks nothing: two languages, and the defaults of all files that users get copies of.
 class Installation : public InstallationTest
 {
 public:
     using InstallationTest::Install; // damage is done from outside
-    using InstallationTest::InstallationKey;
     using InstallationTest::m_machine;
     using InstallationTest::RunFromOutput;
 
     Installation()
     {
-        m_machine.WriteData(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Language)", "InstalledLanguages", REG_MULTI_SZ,
+        m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", REG_MULTI_SZ,
                             "de\0en\0\0"s);
         Choose(HKEY_LOCAL_MACHINE, "DefaultLanguage", "en");
         for (const char* const name :
@@ -43,7 +40,7 @@ public:
               "Resource/Language/en/Offices.xml"})
             WriteFile(Root() / name, "default");
         for (const char* const name : {"Sections/Custom.ini", "SteelAutoDrafter/SCGA-DrgEnv.INI",
-                                       "Language/en/Codes.ini", "Language/en/IS875Cities.ini", ProductIni})
+                                       "Language/en/Codes.ini", "Language/en/IS875Cities.ini", ProductIni.c_str()})
             WriteFile(MachineData() / name, "[SECTION]\nkey=value\n");
         WriteFile(MachineData() / "FraxoPro.log.xml", "<logging><appender name='n' type='console'/><root level='info'>"
                                                       "<appender-ref ref='n'/></root></logging>");
@@ -55,7 +52,7 @@ public:
 
     void Choose(HKEY root, const char* name, const char* language) const
     {
-        m_machine.WriteText(root, R"(SOFTWARE\Quenlor\FraxoPro\22.00.00\Language)", name, language);
+        m_machine.WriteText(root, VendorKey + R"(\Language)", name, language);
     }
 
     const Bases m_bases = Install();
@@ -78,8 +75,8 @@ struct Damage
 {
     const char* name;
     void (*inflict)(Installation&);
-    const char* problem;
-    const char* remedy = "";
+    std::string problem;
+    std::string remedy{};
 };
 
 class DamagedInstallation : public Installation, public ::testing::WithParamInterface<Damage>
@@ -97,7 +94,7 @@ TEST_P(DamagedInstallation, GivesOneFindingThatNamesTheDamage)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
-    Damage{"Record", [](Installation& it) { it.m_machine.DeleteKey(HKEY_CLASSES_ROOT, it.InstallationKey); }, R"(no installation record: HKEY_CLASSES_ROOT\FraxoPro\22.00.00)"},
+    Damage{"Record", [](Installation& it) { it.m_machine.DeleteKey(HKEY_CLASSES_ROOT, InstallationKey); }, R"(no installation record: HKEY_CLASSES_ROOT\)" + InstallationKey},
     Damage{"Root", [](Installation& it) { remove_all(it.Root()); }, "root does not exist"},
     Damage{"RelativeRoot", [](Installation& it) { it.Install("relative"); }, R"(root is not an absolute path: relative\)"},
     Damage{"DefaultBelowTheRoot", [](Installation& it) { remove(it.Root() / "FRAXO/default.stp"); }, "GetStWizardDefaultStpPath"},
@@ -114,9 +111,9 @@ INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
     Damage{"SectionsVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", it.m_bases.machineData + "Sections\\"); }, "replaces the installed section database"},
     Damage{"RootVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_ROOT_DIRECTORY", "/nowhere"); }, "this program is not in it"},
     Damage{"RunningFromOutput", [](Installation& it) { it.RunFromOutput(); }, "Files missing there: 1", "Remove the variable"},
-    Damage{"OtherRelease", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.01\Configurations)", "ThemeColor", "Dark"); }, R"(Quenlor Systems\FraxoPro\22.00.01\Configurations, where this release does not look: ThemeColor)"},
-    Damage{"OtherSpelling", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Fraxo Pro\22.00.00\Configurations)", "ThemeColor", "Dark"); }, "where this release does not look", R"(HKEY_CURRENT_USER\Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)"},
-    Damage{"OtherType", [](Installation& it) { it.m_machine.WriteNumber(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)", "ThemeColor", 1); }, "ThemeColor is not used: REG_DWORD, text expected"},
+    Damage{"OtherRelease", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\1.00.00\Configurations)", "ThemeColor", "Dark"); }, R"(Quenlor Systems\FraxoPro\1.00.00\Configurations, where this release does not look: ThemeColor)"},
+    Damage{"OtherSpelling", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Fraxo Pro\)" + Release + R"(\Configurations)", "ThemeColor", "Dark"); }, "where this release does not look", R"(HKEY_CURRENT_USER\)" + SettingsKey + R"(\Configurations)"},
+    Damage{"OtherType", [](Installation& it) { it.m_machine.WriteNumber(HKEY_CURRENT_USER, SettingsKey + R"(\Configurations)", "ThemeColor", 1); }, "ThemeColor is not used: REG_DWORD, text expected"},
     Damage{"ByteOrderMark", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "\xEF\xBB\xBF[SECTION]\nkey=1\n"); }, "starts with a byte-order mark"},
     Damage{"Utf16", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "\xFF\xFE[\0S\0]\0"s); }, "starts with a byte-order mark"},
     Damage{"Nuls", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "[SECTION]\nkey=\0\n"s); }, "Line 2 of this user's file"},
@@ -126,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
     Damage{"SilentLog", [](Installation& it) { WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging><appender name='n' type='null'/><root level='info'><appender-ref ref='n'/></root></logging>"); }, "sends no record anywhere"},
     Damage{"LogFolderIsAFile", [](Installation& it) { WriteFile(it.MachineData() / "Logs", ""); WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging><appender name='f' type='file' path='Logs/a.log'/><root level='info'><appender-ref ref='f'/></root></logging>"); }, "The log file cannot be written"},
     Damage{"LogConfiguration", [](Installation& it) { WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging>\n<rot/></logging>"); }, "FraxoPro.log.xml:2: <rot>"},
-    Damage{"UsersClasses", [](Installation& it) { for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) it.m_machine.WriteText(root, R"(Software\Classes\FraxoPro\22.00.00)", "RootDir", it.m_bases.root); }, "hide the machine's installation record"},
+    Damage{"UsersClasses", [](Installation& it) { for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) it.m_machine.WriteText(root, R"(Software\Classes\)" + InstallationKey, "RootDir", it.m_bases.root); }, "hide the machine's installation record"},
     Damage{"MachinesShellFolder", [](Installation& it) { it.m_machine.BreakShellFolder(ShellFolder::ProgramData); }, "Could not get ProgramData folder"}),
     [](const auto& row) { return std::string{row.param.name}; });
 // clang-format on

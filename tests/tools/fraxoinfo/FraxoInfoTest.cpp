@@ -109,26 +109,26 @@ TEST_F(Applications, AreExplainedByWhatTheLibraryReallyAsked)
     std::vector<std::string> places;
     for (const Source& source : AskFor(*Find("GetPluginsIniPath"), false).trace)
         places.push_back(source.place);
-    EXPECT_THAT(places, ElementsAre("FRAXO_PRO_ROOT_DIRECTORY", "the shell's folder of this user's data",
-                                    "FRAXO_PRO_ROOT_DIRECTORY", R"(HKEY_CLASSES_ROOT\FraxoPro\22.00.00\RootDir)",
-                                    bases.userData + R"(Default\Plugins\Plugins.ini)",
-                                    bases.root + R"(FRAXO\Plugins\Plugins.ini)"));
+    EXPECT_THAT(places,
+                ElementsAre("FRAXO_PRO_ROOT_DIRECTORY", "the shell's folder of this user's data",
+                            "FRAXO_PRO_ROOT_DIRECTORY", R"(HKEY_CLASSES_ROOT\)" + InstallationKey + R"(\RootDir)",
+                            bases.userData + R"(Default\Plugins\Plugins.ini)",
+                            bases.root + R"(FRAXO\Plugins\Plugins.ini)"));
 }
 
 TEST_F(Applications, MarkOnlyWhatWentIntoTheAnswer)
 {
-    constexpr char settings[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)";
-    constexpr char chosen[] = R"(SOFTWARE\Quenlor\FraxoPro\22.00.00\Language)";
+    const std::string settings = SettingsKey + R"(\Configurations)";
+    const std::string chosen = VendorKey + R"(\Language)";
     const std::string user = R"(HKEY_CURRENT_USER\)";
     Install("/de"); // which the language's text is part of
-    m_machine.WriteData(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Language)", "InstalledLanguages", REG_MULTI_SZ,
+    m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", REG_MULTI_SZ,
                         "de\0\0"s);
     m_machine.WriteText(HKEY_CURRENT_USER, chosen, "CurrentLanguage", "fr"); // not installed
     m_machine.WriteText(HKEY_LOCAL_MACHINE, chosen, "DefaultLanguage", "de");
-    EXPECT_THAT(Deciding("GetCurrentLanguage"),
-                ElementsAre(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Quenlor\FraxoPro\22.00.00\Language\DefaultLanguage)"));
+    EXPECT_THAT(Deciding("GetCurrentLanguage"), ElementsAre(R"(HKEY_LOCAL_MACHINE\)" + chosen + R"(\DefaultLanguage)"));
     EXPECT_THAT(Deciding("GetCurrentLanguageDirectory"),
-                UnorderedElementsAre(R"(HKEY_CLASSES_ROOT\FraxoPro\22.00.00\RootDir)",
+                UnorderedElementsAre(R"(HKEY_CLASSES_ROOT\)" + InstallationKey + R"(\RootDir)",
                                      "the language that this process chose at first"));
     UseProject("bridge", false);
     EXPECT_THAT(Deciding("GetProjectConfigurationDirectory"),
@@ -141,7 +141,7 @@ TEST_F(Applications, MarkOnlyWhatWentIntoTheAnswer)
 
 TEST_F(Applications, SayWhatIsThereWhenAValueCannotBeUsed)
 {
-    constexpr char settings[] = R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)";
+    const std::string settings = SettingsKey + R"(\Configurations)";
     m_machine.WriteNumber(HKEY_CURRENT_USER, settings, "ThemeColor", 1);
     m_machine.WriteText(HKEY_CURRENT_USER, settings, "UseDefaultProject", "a long text");
     EXPECT_THAT(Explain(AskFor(*Find("GetApplicationTheme"), false)),
@@ -154,13 +154,12 @@ TEST_F(Applications, AreWatched)
 {
     const Operation& operation = *Find("GetApplicationTheme");
     const std::vector<Answer> before{AskFor(operation, false)};
-    m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)", "ThemeColor",
-                        "Dark");
+    m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\Configurations)", "ThemeColor", "Dark");
     const std::vector<Answer> after{AskFor(operation, false)};
     EXPECT_EQ(Changes(after, after, "12:00:00"), "");
     EXPECT_EQ(Changes(before, after, "12:00:00"),
-              "12:00:00  GetApplicationTheme: (empty) -> Dark\n          HKEY_CURRENT_USER\\Software\\Quenlor "
-              "Systems\\FraxoPro\\22.00.00\\Configurations\\ThemeColor = Dark\n");
+              "12:00:00  GetApplicationTheme: (empty) -> Dark\n          HKEY_CURRENT_USER\\" + SettingsKey +
+                  "\\Configurations\\ThemeColor = Dark\n");
 }
 
 TEST(NearestNames, AreThoseThatWereProbablyMeant)

@@ -39,8 +39,7 @@ TEST_F(Report, LeavesOutPersonalDataUnlessAsked)
     Install(R"(C:\Users\ALEX7\Fraxo of Kim, not Kimberley, and logan)");
     m_machine.WriteText(HKEY_CLASSES_ROOT, InstallationKey, "UserName", "Kim");
     m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Support)", "UserEmail", "kim@example.com");
-    m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.00\Configurations)",
-                        "DefaultProjectName", "Kim Tower");
+    m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\Configurations)", "DefaultProjectName", "Kim Tower");
     UseProject("harbour-7", true);
 
     EXPECT_THAT(MakeReport(true), AllOf(HasSubstr("harbour-7"), HasSubstr("kim@example.com"), HasSubstr("Kim Tower"),

@@ -26,13 +26,13 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
 {
     const Bases bases = Install();
     WriteFile(NativePath(bases.root + R"(Default\Plugins\Plugins.ini)"), "[USER-TOOLS]\n");
-    m_machine.WriteData(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Language)", "InstalledLanguages", REG_MULTI_SZ,
+    m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", REG_MULTI_SZ,
                         {"de\0en\0", 7});
     // Text that the first of them turns into numbers, other ones than the defaults.
     const char* const flags[][2] = {
         {"EnableFeed", "0"}, {"FEEDCategory0", "1"}, {"FEEDZone0", "1"}, {"ShowOnStartup", "1"}};
     for (const auto& [name, text] : flags)
-        m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\22.00.00\RSSSettings)", name, text);
+        m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\RSSSettings)", name, text);
 
     constexpr int count = 8;
     std::vector<std::vector<std::string>> answers(count);

@@ -8,8 +8,8 @@ namespace
 {
 using ::testing::ElementsAre;
 
-constexpr char Product[] = R"(FraxoPro\22.00.00)";
-constexpr char ProductClass[] = R"(Software\Classes\FraxoPro\22.00.00)";
+constexpr char Product[] = R"(FraxoPro\Release)";
+constexpr char ProductClass[] = R"(Software\Classes\FraxoPro\Release)";
 
 class ClassesRoot : public RegistryContractTest
 {
@@ -39,7 +39,7 @@ protected:
 TEST_F(ClassesRoot, ShowsTheMachinesClassesAndCreatesNewOnesThere)
 {
     EXPECT_EQ(Text(m_shown.get(), "Root"), "machine");
-    EXPECT_EQ(OpenStatus(HKEY_CLASSES_ROOT, R"(\fraxopro\22.00.00\)"), ERROR_SUCCESS); // here one is allowed in front
+    EXPECT_EQ(OpenStatus(HKEY_CLASSES_ROOT, R"(\fraxopro\Release\)"), ERROR_SUCCESS); // here one is allowed in front
     EXPECT_EQ(SetText(m_shown.get(), "Root", "new"), ERROR_SUCCESS);
     EXPECT_EQ(CreateStatus(HKEY_CLASSES_ROOT, R"(FraxoPro\23.00.00)"), ERROR_SUCCESS);
     EXPECT_EQ(CreateStatus(m_shown.get(), "Language"), ERROR_SUCCESS);
@@ -64,7 +64,7 @@ TEST_F(ClassesRoot, ShowsTheUsersCopyAndBehindItTheMachines)
 
     EXPECT_EQ(CreateStatus(m_users.get(), "Users"), ERROR_SUCCESS);
     EXPECT_EQ(CreateStatus(m_machines.get(), "Machines"), ERROR_SUCCESS);
-    EXPECT_EQ(OpenStatus(HKEY_CLASSES_ROOT, R"(FraxoPro\22.00.00\Users)"), ERROR_SUCCESS);
+    EXPECT_EQ(OpenStatus(HKEY_CLASSES_ROOT, R"(FraxoPro\Release\Users)"), ERROR_SUCCESS);
     EXPECT_EQ(OpenStatus(m_shown.get(), "Users"), ERROR_SUCCESS);
     EXPECT_EQ(OpenStatus(later.get(), "Machines"), ERROR_SUCCESS);
 }
