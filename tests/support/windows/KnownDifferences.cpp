@@ -69,8 +69,6 @@ constexpr Difference OfWine[] = {
     {"ListsTheUsersItemsAndThenTheMachinesThatDoNotRepeatOne", "", "shows the classes of the machine only",
      HidesTheUsersClasses},
     {"ChangesTheUsersCopyIfThereIsOne", "", "shows the classes of the machine only", HidesTheUsersClasses},
-    {"LosesNoRecordOfProgramsThatRollOneFileAndCrash", "", "appends where it found the end of the file a moment before",
-     IsWine},
     {"GetTheSameAnswersWhenAllAskAtOnce", "changed variables", "reads the environment without a lock", IsWine},
     {"LeaveACopyUnmadeAndNoHandleOpen", "read-only", "replaces the file", ReplacesReadOnlyFiles},
     {"AreCountedInTheLogLater", "read-only", "writes the file, as root", ReplacesReadOnlyFiles},
