@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <stdexcept>
@@ -28,7 +27,6 @@ using ::testing::UnorderedElementsAre;
 TEST(Catalogue, IsMadeOfThePublicHeaders)
 {
     EXPECT_GT(Catalogue().size(), 140U);
-    EXPECT_EQ(std::ranges::count_if(Catalogue(), [](const Operation& row) { return row.userFile != nullptr; }), 10);
     for (const auto& [name, kind] : {std::pair{"GetHelpDirectory", Kind::Directory},
                                      {"GetFRAXOProRoot", Kind::Directory},
                                      {"GetGBSteelDesignDirectory", Kind::Directory}, // its comment names another
