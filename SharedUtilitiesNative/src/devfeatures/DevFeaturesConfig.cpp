@@ -1,5 +1,6 @@
 #include "DevFeaturesConfig.h"
 
+#include <iterator>
 #include <stdexcept>
 
 #include "CoreUtilities.h"
@@ -11,15 +12,6 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-const std::string FeatureFlags[FeatureCount] = {
-    "FPRO_FEATURE_REVULYTICS",
-    "FPRO_FEATURE_CHINESE_STEEL_DESIGN",
-    "FPRO_FEATURE_INTEGRATED_CHINESE_STEEL_DESIGN",
-    "FPRO_FEATURE_CHINESE_RESPONSE_SPECTRUM_2010",
-    "FPRO_FEATURE_CHINESE_WIND_LOAD_GB50009_2012",
-    "FPRO_FEATURE_MASS_MODEL_GENERATOR",
-};
-
 namespace
 {
 /// Empty when the product's INI file cannot be provided: a feature switch must never keep a program from starting.
@@ -61,7 +53,8 @@ FeatureSwitch ReadFeatureSwitch(const std::string& flag, std::string (*iniPath)(
 int DevFeaturesConfig::IsDevFeatureEnabled(DevFeatureId id)
 {
     const auto index = static_cast<unsigned>(id); // a negative id is a large one
-    return index < FeatureCount ? ReadFeatureSwitch(FeatureFlags[index], ExpectedProductIni, ProvidedProductIni).value
-                                : 0;
+    return index < std::size(FeatureFlags)
+               ? ReadFeatureSwitch(FeatureFlags[index], ExpectedProductIni, ProvidedProductIni).value
+               : 0;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

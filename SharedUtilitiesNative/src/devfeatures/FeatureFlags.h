@@ -1,14 +1,18 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-inline constexpr std::size_t FeatureCount = 6;
-
 /// The flag of each feature, in the order of DevFeatureId: built when the library is loaded, only read afterwards.
-extern const std::string FeatureFlags[FeatureCount];
+inline const std::string FeatureFlags[] = {
+    "FPRO_FEATURE_REVULYTICS",
+    "FPRO_FEATURE_CHINESE_STEEL_DESIGN",
+    "FPRO_FEATURE_INTEGRATED_CHINESE_STEEL_DESIGN",
+    "FPRO_FEATURE_CHINESE_RESPONSE_SPECTRUM_2010",
+    "FPRO_FEATURE_CHINESE_WIND_LOAD_GB50009_2012",
+    "FPRO_FEATURE_MASS_MODEL_GENERATOR",
+};
 
 /// What a flag says, and where.
 struct FeatureSwitch
