@@ -71,9 +71,16 @@ build() {
     quietly "build/$1.build.log" cmake --build --preset "$1" ${2:+--target "${@:2}"} || fail "building '$1' failed"
 }
 
+# The newest clang of Debian 12: its library is the first with the algorithms over ranges.
+prepare_libcxx() {
+    install_for_linux
+    require_packages clang-16 libc++-16-dev libc++abi-16-dev googletest
+    scripts/build-dependencies libcxx
+}
+
 # What Windows programs are linked with and run in; both are made once.
 prepare_windows() {
     install_for_windows
-    scripts/build-windows-dependencies
+    scripts/build-dependencies windows
     scripts/wine --prepare
 }

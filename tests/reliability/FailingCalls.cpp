@@ -181,6 +181,7 @@ int fchown(int file, uid_t user, gid_t group) noexcept { return Attempt<&fchown>
 int flock(int file, int operation) noexcept { return Attempt<&flock>("flock", file, operation); }
 int fstat(int file, struct stat* status) noexcept { return Attempt<&fstat>("fstat", file, status); }
 int futimens(int file, const struct timespec* times) noexcept { return Attempt<&futimens>("futimens", file, times); }
+int getentropy(void* data, std::size_t length) { return Attempt<&getentropy>("getentropy", data, length); }
 int link(const char* from, const char* to) noexcept { return Attempt<&link>("link", from, to); }
 int linkat(int first, const char* from, int second, const char* to, int flags) noexcept { return Attempt<&linkat>("linkat", first, from, second, to, flags); }
 int lstat(const char* path, struct stat* status) noexcept { return Attempt<&lstat>("lstat", path, status); }

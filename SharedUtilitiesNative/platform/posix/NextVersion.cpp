@@ -1,10 +1,11 @@
 #include "posix/NextVersion.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <random>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 #include "posix/RetryInterrupted.h"
@@ -41,10 +42,13 @@ bool Sync(const FileDescriptor& file) noexcept
 
 std::string RandomName()
 {
-    std::random_device random;
+    // Not std::random_device, which may open a file and throws when it cannot. This fails only where the kernel is
+    // older than 3.17; then the name is one that is taken sooner or later, and the caller's O_EXCL finds out.
+    std::array<unsigned char, 16> bytes{};
+    static_cast<void>(::getentropy(bytes.data(), bytes.size()));
     std::string name;
-    while (name.size() < 16)
-        name += static_cast<char>('a' + random() % 26);
+    for (const unsigned char byte : bytes)
+        name += static_cast<char>('a' + byte % 26);
     return name;
 }
 
