@@ -48,21 +48,11 @@ std::string FoldCase(std::string_view name)
     folded.clear();
     for (auto next = name.begin(); next != name.end();)
     {
-        if (IsAscii(*next))
-        {
-            folded += ToUpperAscii(*next++);
-            continue;
-        }
-        const auto start = next;
-        try
-        {
-            utf8::append(ToUpper(utf8::next(next, name.end())), std::back_inserter(folded));
-        }
-        catch (const utf8::exception&)
-        {
-            next = std::next(start);
-            folded += *start;
-        }
+        const auto invalid = utf8::find_invalid(next, name.end());
+        while (next != invalid)
+            utf8::unchecked::append(ToUpper(utf8::unchecked::next(next)), std::back_inserter(folded));
+        if (next != name.end())
+            folded += *next++;
     }
     return folded;
 }

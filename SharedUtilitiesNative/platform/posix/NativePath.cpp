@@ -26,7 +26,7 @@ bool Exists(const std::string& path)
     return ::stat(path.c_str(), &status) == 0;
 }
 
-/// Drives and servers name no place here, and their paths must not be taken for relative ones or for the root's.
+/// Paths with a drive or a server name nothing here. They must not be taken for relative ones or for the root's.
 bool HasDevice(std::string_view path)
 {
     const bool isDrive = path.length() >= 2 && path[1] == ':' &&
@@ -34,7 +34,7 @@ bool HasDevice(std::string_view path)
     return isDrive || path.starts_with(R"(\\)");
 }
 
-/// The entry of `folder` that differs from `name` in letter case alone; of several the first in byte order, so that
+/// The entry of `folder` that differs from `name` only in letter case; of several the first in byte order, so that
 /// the answer does not depend on the order in which the file system lists them.
 std::optional<std::string> FindIgnoringCase(const std::string& folder, std::string_view name)
 {
@@ -51,44 +51,24 @@ std::optional<std::string> FindIgnoringCase(const std::string& folder, std::stri
     return found;
 }
 
-/// How much of a path is there in its own spelling, up to a separator; the whole of it is not.
-std::size_t ExistingLength(const std::string& path)
-{
-    std::size_t end = path.rfind('/', path.find_last_not_of('/'));
-    while (end != path.npos && end != 0 && !Exists(path.substr(0, end)))
-        end = path.rfind('/', end - 1);
-    return end == path.npos ? 0 : end;
-}
-
-/// The path with every component in the spelling it has on disk, as far as it exists. Starts at the nearest folder that
-/// is there, mostly the one that the file should be in.
+/// The path with every component in the spelling it has on disk, as far as it exists.
 std::string LookUp(const std::string& path, bool& exists)
 {
-    std::size_t start = ExistingLength(path);
-    std::string found = path.substr(0, start);
-    while (start < path.length())
+    std::string found;
+    for (std::size_t end = 0; end < path.length();)
     {
-        if (path[start] == '/')
-        {
-            found += path[start++];
-            continue;
-        }
-        const std::size_t end = std::min(path.find('/', start), path.length());
+        const std::size_t start = std::min(path.find_first_not_of('/', end), path.length());
+        found.append(path, end, start - end);
+        end = std::min(path.find('/', start), path.length());
         const std::string component = path.substr(start, end - start);
-        if (Exists(found + component))
-            found += component;
-        else if (const std::optional<std::string> entry = FindIgnoringCase(found, component))
-            found += *entry;
-        else
-            return found.append(path, start);
-        start = end;
+        found += Exists(found + component) ? component : FindIgnoringCase(found, component).value_or(component);
     }
     exists = Exists(found);
     return found;
 }
 
 /// With the separators of this system, and with `.` and `..` resolved by text as on Windows: the kernel would want the
-/// folder before a `..` to exist. Empty for what names no place here.
+/// folder before a `..` to exist. Empty for a path that names nothing here.
 std::string Spelled(std::string_view path)
 {
     if (HasDevice(path))
@@ -107,24 +87,17 @@ std::string Spelled(std::string_view path)
 
 std::string NativePath(std::string_view path, bool& exists)
 {
-    exists = false;
     std::string native = Spelled(path);
-    if (native.empty())
-        return native;
-    if (Exists(native))
-    {
-        exists = true;
-        return native;
-    }
-    // Only a name that is not there can be there in another letter case.
-    return errno == ENOENT ? LookUp(native, exists) : native;
+    exists = Exists(native);
+    // Other errors would be the same in any letter case.
+    return !exists && errno == ENOENT ? LookUp(native, exists) : native;
 }
 
 FileDescriptor OpenForReading(std::string_view path)
 {
     const std::string native = Spelled(path);
     FileDescriptor file = OpenFile(native);
-    if (file || native.empty() || errno != ENOENT)
+    if (file || errno != ENOENT)
         return file;
     bool exists = false;
     return OpenFile(LookUp(native, exists));

@@ -1,8 +1,10 @@
 #include "posix/ReadFile.h"
 
+#include <array>
 #include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 #include "posix/RetryInterrupted.h"
 
@@ -24,27 +26,16 @@ FileDescriptor OpenFile(const std::string& path, int flags, int folder)
 
 std::optional<std::string> ReadAll(const FileDescriptor& file, std::size_t limit)
 {
-    struct stat status;
-    if (::fstat(file.get(), &status) != 0)
-        return {};
     std::string text;
-    auto expected = static_cast<std::size_t>(status.st_size);
-    for (std::size_t length = 0; expected <= limit; expected = length * 2) // it may grow meanwhile
+    std::array<char, 65536> part;
+    struct stat status = {};
+    ::fstat(file.get(), &status); // what cannot fit need not be read
+    while (text.size() <= limit && static_cast<std::size_t>(status.st_size) <= limit)
     {
-        text.resize(expected + 1); // one more, to see the end
-        while (length < text.size())
-        {
-            const ssize_t count =
-                RetryInterrupted([&] { return ::read(file.get(), text.data() + length, text.size() - length); });
-            if (count < 0)
-                return {};
-            if (count == 0)
-            {
-                text.resize(length);
-                return text;
-            }
-            length += static_cast<std::size_t>(count);
-        }
+        const ssize_t count = RetryInterrupted([&] { return ::read(file.get(), part.data(), part.size()); });
+        if (count <= 0)
+            return count == 0 ? std::optional{std::move(text)} : std::nullopt;
+        text.append(part.data(), static_cast<std::size_t>(count));
     }
     errno = EFBIG;
     return {};

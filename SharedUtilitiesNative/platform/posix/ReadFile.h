@@ -9,7 +9,7 @@
 
 namespace Quenlor::Posix
 {
-/// Opens a file for reading and never waits: a pipe or a device in its place is refused, as a folder is.
+/// Opens a file for reading without ever waiting: a pipe or a device is refused, as a folder is.
 /// @param path of this system; relative to the folder that is open as `folder`
 /// @param flags in addition, O_NOFOLLOW for instance
 /// @return none, and the reason in errno, when it cannot be opened
