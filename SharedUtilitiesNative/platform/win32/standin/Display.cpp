@@ -2,8 +2,6 @@
 
 #include <atomic>
 
-#include "KernelHandles.h"
-
 struct HDC__
 {
     int dpi;
@@ -25,9 +23,9 @@ HRESULT SetProcessDpiAwareness(PROCESS_DPI_AWARENESS awareness)
     return processAwareness.compare_exchange_strong(expected, awareness) ? S_OK : E_ACCESSDENIED;
 }
 
-HRESULT GetProcessDpiAwareness(HANDLE process, PROCESS_DPI_AWARENESS* awareness)
+HRESULT GetProcessDpiAwareness(HANDLE, PROCESS_DPI_AWARENESS* awareness)
 {
-    if (!awareness || (process && !ObjectBehind<KernelObject>(process)))
+    if (!awareness)
         return E_INVALIDARG;
     const int set = processAwareness;
     *awareness = set == NotSet ? PROCESS_DPI_UNAWARE : static_cast<PROCESS_DPI_AWARENESS>(set);

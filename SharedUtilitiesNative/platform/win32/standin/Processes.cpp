@@ -4,14 +4,13 @@
 #include <charconv>
 #include <filesystem>
 #include <iterator>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
-#include "KernelHandles.h"
 #include "posix/Executable.h"
 #include "posix/ReadFile.h"
 #include "posix/WideText.h"
@@ -26,13 +25,27 @@ struct Process
     std::wstring fileName;
 };
 
-struct ProcessList final : KernelObject
+/// A snapshot.
+struct ProcessList
 {
     std::vector<Process> processes;
     std::size_t next = 0;
 };
 
-/// What a file of the system's says, up to its first NUL or line feed; empty when it cannot be read.
+/// The handle of the only process that can be opened. Callers may leave it open.
+HANDLE ThisProcess()
+{
+    static char process;
+    return &process;
+}
+
+ProcessList* ListOf(HANDLE snapshot) noexcept
+{
+    const bool isList = snapshot != INVALID_HANDLE_VALUE && snapshot != ThisProcess();
+    return isList ? static_cast<ProcessList*>(snapshot) : nullptr;
+}
+
+/// The text of a system file up to its first NUL or line feed; empty when it cannot be read.
 std::string FirstWord(const fs::path& file)
 {
     const Quenlor::Posix::FileDescriptor opened = Quenlor::Posix::OpenFile(file);
@@ -41,7 +54,7 @@ std::string FirstWord(const fs::path& file)
 }
 
 /// The name of the file that a process was started from; empty when the process is gone. The system hides the file of
-/// another user's process; its command line and its short name are for everybody.
+/// another user's process; its command line and its short name are readable by all.
 std::wstring ExecutableName(const fs::path& process)
 {
     std::error_code error;
@@ -62,7 +75,7 @@ std::vector<Process> ReadProcesses()
         const std::string name = entry->path().filename().string();
         DWORD id = 0;
         if (std::from_chars(name.data(), name.data() + name.length(), id).ptr != name.data() + name.length())
-            continue; // something else than a process
+            continue; // not a process
         if (std::wstring file = ExecutableName(entry->path()); !file.empty())
             processes.push_back({id, std::move(file)});
     }
@@ -82,18 +95,30 @@ BOOL Next(ProcessList* list, PROCESSENTRY32W* entry)
 }
 } // namespace
 
+DWORD GetCurrentProcessId()
+{
+    return static_cast<DWORD>(::getpid());
+}
+
+HANDLE OpenProcess(DWORD, BOOL, DWORD process)
+{
+    return process == ::GetCurrentProcessId() ? ThisProcess() : nullptr;
+}
+
+BOOL CloseHandle(HANDLE handle)
+{
+    delete ListOf(handle);
+    return handle && handle != INVALID_HANDLE_VALUE;
+}
+
 HANDLE CreateToolhelp32Snapshot(DWORD what, DWORD)
 {
-    if (what != TH32CS_SNAPPROCESS)
-        return INVALID_HANDLE_VALUE;
-    auto list = std::make_unique<ProcessList>();
-    list->processes = ReadProcesses();
-    return HandleOf(std::move(list));
+    return what == TH32CS_SNAPPROCESS ? new ProcessList{ReadProcesses()} : INVALID_HANDLE_VALUE;
 }
 
 BOOL Process32FirstW(HANDLE snapshot, PROCESSENTRY32W* entry)
 {
-    auto* const list = ObjectBehind<ProcessList>(snapshot);
+    ProcessList* const list = ListOf(snapshot);
     if (list)
         list->next = 0;
     return Next(list, entry);
@@ -101,5 +126,5 @@ BOOL Process32FirstW(HANDLE snapshot, PROCESSENTRY32W* entry)
 
 BOOL Process32NextW(HANDLE snapshot, PROCESSENTRY32W* entry)
 {
-    return Next(ObjectBehind<ProcessList>(snapshot), entry);
+    return Next(ListOf(snapshot), entry);
 }

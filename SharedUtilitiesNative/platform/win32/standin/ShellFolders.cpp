@@ -1,10 +1,8 @@
 #include <Platform/Win32.h>
 
-#include <cstring>
 #include <filesystem>
 #include <initializer_list>
 #include <string>
-#include <sys/stat.h>
 #include <system_error>
 
 #include "posix/Environment.h"
@@ -37,12 +35,6 @@ std::string UserData()
     const std::string home = FirstOf({"HOME"});
     return home.empty() ? home : home + "/.local/share";
 }
-
-bool IsFolder(const std::string& path)
-{
-    struct stat status;
-    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
 } // namespace
 
 HRESULT SHGetFolderPathA(HWND, int folder, HANDLE, DWORD, LPSTR path)
@@ -58,18 +50,15 @@ HRESULT SHGetFolderPathA(HWND, int folder, HANDLE, DWORD, LPSTR path)
         found = UserData();
     else
         return E_INVALIDARG;
-    // A relative folder would be another one for every program, and one with a backslash in its name cannot be named.
+    // A relative folder would differ from program to program, and the library cannot spell a backslash in a name.
     if (!found.starts_with('/') || found.find('\\') != std::string::npos || found.length() >= MAX_PATH)
         return E_FAIL;
 
-    if (!IsFolder(found))
-    {
-        std::error_code error;
-        if (folder & CSIDL_FLAG_CREATE)
-            std::filesystem::create_directories(found, error);
-        if (!IsFolder(found))
-            return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
-    }
-    std::memcpy(path, found.c_str(), found.length() + 1);
+    std::error_code error;
+    if (folder & CSIDL_FLAG_CREATE)
+        std::filesystem::create_directories(found, error);
+    if (!std::filesystem::is_directory(found, error))
+        return E_FAIL;
+    path[found.copy(path, found.length())] = '\0';
     return S_OK;
 }

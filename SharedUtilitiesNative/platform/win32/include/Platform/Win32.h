@@ -137,11 +137,6 @@ inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
 inline constexpr HRESULT E_ACCESSDENIED = static_cast<HRESULT>(0x80070005);
 inline constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
 
-constexpr HRESULT HRESULT_FROM_WIN32(LSTATUS code) noexcept
-{
-    return code <= 0 ? code : static_cast<HRESULT>(0x80070000U | (static_cast<DWORD>(code) & 0xFFFFU));
-}
-
 constexpr bool FAILED(HRESULT result) noexcept
 {
     return result < 0;

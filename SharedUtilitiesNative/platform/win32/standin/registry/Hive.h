@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <functional>
 #include <string>
-#include <sys/stat.h>
+#include <sys/types.h>
+#include <utility>
 #include <vector>
 
 #include <Platform/Win32.h>
@@ -25,8 +27,7 @@ struct FileVersion
     dev_t device = 0;
     ino_t file = 0;
     off_t size = 0;
-    time_t seconds = 0;
-    long nanoseconds = 0;
+    std::pair<time_t, long> time; ///< Seconds and nanoseconds.
 
     friend bool operator==(const FileVersion&, const FileVersion&) = default;
 };
@@ -35,7 +36,7 @@ struct FileVersion
 ///
 /// A missing file is an empty hive. Codes are 0, ERROR_ACCESS_DENIED when the right is refused, ERROR_BADDB when the
 /// file is not a registry file, and ERROR_REGISTRY_IO_FAILED when it cannot be read or written for another reason; the
-/// hive is empty then, and the file is left alone. Not thread-safe. Several processes may work on one file.
+/// file is left alone then. Not thread-safe. Several processes may work on one file.
 class Hive final
 {
 public:
@@ -48,6 +49,7 @@ public:
     LSTATUS Refresh();            ///< Makes the keys those of the file: one stat call if nothing has changed.
     LSTATUS RefreshOncePerTick(); ///< The same, unless it was done in the same tick of the coarse clock (1 to 10 ms).
 
+    // Of the last Refresh or Change, if it returned 0.
     const Key& Root() const noexcept { return m_root; }
     const std::vector<RegistryFileProblem>& Problems() const noexcept { return m_content.problems; }
 
@@ -63,7 +65,6 @@ public:
 
 private:
     void Load(const Posix::FileDescriptor& file);
-    void Forget() noexcept;
     void Commit(const Posix::FileDescriptor& folder, const std::string& name);
     bool IsPrivate() const noexcept { return m_rootKey == HKEY_CURRENT_USER; }
 
@@ -75,7 +76,7 @@ private:
     FileVersion m_version;        // the one that the keys are from
     mode_t m_mode = 0;            // of that version
     gid_t m_group = 0;
-    bool m_isLoaded = false;
+    bool m_isLoaded = false; // false while the keys are not those of any version
     bool m_isSynced = false; // that version is known to be on disk
     std::int64_t m_tick = 0; // when the file was last looked at
 };

@@ -6,12 +6,16 @@
 
 #include "posix/FileDescriptor.h"
 
-// The folder of a hive, for writing. Who owns it writes it, and everything is done by open descriptors, so that nothing
-// that is put in the place of a folder or a file meanwhile is written to. Functions throw std::system_error.
+// The folder of a hive, for writing. The owner of the folder may write it. Everything is done by open descriptors, so
+// that nothing is written to what is put in the place of a folder or a file meanwhile. Functions throw
+// std::system_error.
 
 namespace Quenlor::StandIn::Registry
 {
-[[noreturn]] void ThrowSystemError(); ///< Throws what errno says.
+[[noreturn]] void Throw(int error);
+void Require(bool isDone); ///< Throws what errno says unless it is done.
+
+struct stat StatusOf(const Posix::FileDescriptor& file);
 
 /// A file in a folder that stays open.
 struct HivePlace
@@ -20,20 +24,20 @@ struct HivePlace
     std::string name;             ///< Of the hive; empty when the folder is the nearest one that exists.
 };
 
-/// Where a path leads to: links are followed, the last one too.
-/// EACCES when root would follow a link or enter a folder that is somebody else's.
+/// Where a path leads to: links are followed, including the last one. EACCES when root would follow a link or enter a
+/// folder of another account.
 HivePlace FindPlace(const std::string& path);
 
-/// The same, and makes the missing folders with this mode, whatever the umask. EACCES when the folder of the hive is
-/// somebody else's.
+/// The same, and makes the missing folders with this mode, whatever the umask. EACCES when the folder of the hive
+/// belongs to another account.
 HivePlace MakePlace(const std::string& path, mode_t mode);
 
 /// EACCES, EPERM or EROFS when this process may not write the hive. A hive without write permission is protected,
 /// although it could be replaced.
 void CheckWritable(const HivePlace& place);
 
-/// The folder, for Posix::Sync.
-Posix::FileDescriptor OpenForSync(const Posix::FileDescriptor& folder);
+/// Returns when the names in the folder are on disk.
+void SyncNames(const Posix::FileDescriptor& folder);
 
 /// Returns when the name of the folder and those of its parents are on disk, whichever process has made them.
 void SyncParents(const Posix::FileDescriptor& folder);

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <mutex>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,22 +18,24 @@ struct Hives
 {
     static Hives& Instance();
 
-    Hive& Of(HKEY root) noexcept { return root == HKEY_LOCAL_MACHINE ? machine : user; }
+    /// Those that may have the keys below a root, in the order of look-up: HKEY_CLASSES_ROOT is in both.
+    std::span<Hive> Of(HKEY root) noexcept;
 
     std::mutex mutex;
-    Hive machine;
-    Hive user;
+    std::array<Hive, 2> both; ///< The user's first.
 };
 
-// The hives as tools see them. `root` is HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER, any other handle gives
-// ERROR_INVALID_HANDLE. Any thread may call. The functions that are passed in run under the lock of the registry and
-// must not call it.
+/// Decides again, by the environment of now, where the hives are. Only for tests and benchmarks, which need more than
+/// one place in a process.
+void LocateHives();
+
+// The hives as tools see them; `root` is HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER. Any thread may call. The functions
+// that are passed in run under the lock of the registry and must not call it.
 
 /// Hands the newest state of a hive to `read`.
 LSTATUS ReadHive(HKEY root, const std::function<void(const Key&)>& read);
 
-/// Changes a hive in one step: either everything that `edit` did is on disk when this returns 0, or nothing was
-/// changed. Nothing is written when `edit` returns another code than 0; that code is returned then.
+/// As Hive::Change.
 LSTATUS ChangeHive(HKEY root, const std::function<LSTATUS(Key&)>& edit);
 
 /// The file of a hive, whether it exists or not; empty when there is no place for it.

@@ -15,6 +15,8 @@ struct Value
     std::string name; ///< Empty for the default value of its key.
     DWORD type = REG_NONE;
     std::string data;
+
+    friend bool operator==(const Value&, const Value&) = default;
 };
 
 /// A key with all that is below it. Names compare without regard to case and keep the case they were created in.
@@ -39,6 +41,8 @@ public:
     // By the folded names, in their order.
     const std::map<std::string, Key, std::less<>>& SubKeys() const noexcept { return m_subKeys; }
     const std::map<std::string, Value, std::less<>>& Values() const noexcept { return m_values; }
+
+    friend bool operator==(const Key&, const Key&) = default;
 
 private:
     std::string m_name;

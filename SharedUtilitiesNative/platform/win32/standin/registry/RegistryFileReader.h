@@ -7,10 +7,13 @@
 
 #include <Platform/Win32.h>
 
+#include "registry/Key.h"
+
 namespace Quenlor::StandIn::Registry
 {
 /// What a registry file asks for, in the order of its lines. Paths are relative to `root`, one of the predefined keys,
-/// have single backslashes between their levels, and are legal (RegistryPath.h). The views live for the call alone.
+/// have single backslashes between their levels, and are legal (RegistryPath.h). Data are exactly as they are written.
+/// The views are valid only during the call.
 class RegistryFileHandler
 {
 public:
@@ -27,29 +30,25 @@ public:
 /// Lines that were skipped.
 struct RegistryFileProblem
 {
-    std::size_t line = 0; ///< Of the first line, counted from 1.
+    std::size_t line = 0; ///< Number of the first line, from 1.
     std::string reason;   ///< English, for people.
-    std::string text;     ///< The lines themselves in UTF-8, as they stand in the file but without the last line's end.
+    std::string text;     ///< The lines in UTF-8, as they are in the file but without the last line's end.
 };
 
 inline constexpr std::size_t MaxProblems = 100; ///< A file of nothing else must not cost many times its size.
 
 struct RegistryFileResult
 {
-    bool isRegistryFile = false; ///< False when the first line is no header: then nothing was handed to the handler.
+    bool isRegistryFile = false; ///< False when the first line is not a header: then the handler was not called.
     std::vector<RegistryFileProblem> problems; ///< The first MaxProblems.
     std::size_t problemCount = 0;              ///< Of all.
     std::string skipped; ///< All lines that were skipped, the first ones with their reasons in comments above them.
 };
 
-enum class RegistryFileDialect
-{
-    Import, ///< As Windows imports: text in hexadecimal form gets the final NUL that it lacks.
-    Hive    ///< Data are taken exactly as they are written.
-};
-
 /// Reads a registry file, REGEDIT4 or version 5.00, UTF-16LE or UTF-8, and hands its contents to `handler`. Malformed
 /// lines are skipped and reported; all others are kept.
-RegistryFileResult ReadRegistryFile(std::string_view content, RegistryFileDialect dialect,
-                                    RegistryFileHandler& handler);
+RegistryFileResult ReadRegistryFile(std::string_view content, RegistryFileHandler& handler);
+
+/// The same; makes the changes to the keys of one root. Those of other roots are skipped as problems.
+RegistryFileResult ReadRegistryFile(std::string_view content, HKEY root, Key& tree);
 } // namespace Quenlor::StandIn::Registry

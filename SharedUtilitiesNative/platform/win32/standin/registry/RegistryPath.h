@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -8,12 +7,7 @@
 
 namespace Quenlor::StandIn::Registry
 {
-inline constexpr std::size_t MaxKeyNameLength = 255;     ///< In UTF-16 units, as on Windows.
-inline constexpr std::size_t MaxValueNameLength = 16383; ///< Likewise.
-inline constexpr std::size_t MaxLevels = 512;
-inline constexpr std::size_t MaxPathLength = 16383; ///< In UTF-16 units: a key is written with its whole path.
-
-/// Takes the first name off a path. Backslashes before, between and behind the names do not matter.
+/// Takes the first name off a path. Backslashes before, between and after the names do not matter.
 /// @return false when there is none left.
 bool NextLevel(std::string_view& path, std::string_view& level) noexcept;
 

@@ -11,7 +11,7 @@
 
 namespace Quenlor::StandIn::Registry
 {
-/// Any bytes survive the way to UTF-16 and back: a byte 0x80 + x that is no part of valid UTF-8 becomes the lone unit
+/// Any bytes survive the way to UTF-16 and back: a byte 0x80 + x that is not part of valid UTF-8 becomes the lone unit
 /// U+DC80 + x.
 std::string ToUtf16Le(std::string_view text);
 
@@ -20,8 +20,6 @@ std::string FromUtf16Le(std::string_view bytes);
 
 /// In UTF-16 units.
 std::size_t Utf16Length(std::string_view text);
-
-bool IsValidUtf8(std::string_view text) noexcept;
 
 /// Whether values of this type are text, or several.
 constexpr bool IsText(DWORD type) noexcept
