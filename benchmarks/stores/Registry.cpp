@@ -6,11 +6,7 @@
 #include <sys/stat.h>
 
 #include "Settings.h"
-
-namespace Quenlor::StandIn::Registry
-{
-void LocateHives(); // where the environment of now says; programs decide once
-}
+#include "registry/Hives.h"
 
 namespace Benchmarks
 {

@@ -11,7 +11,6 @@
 #include "registry/Hive.h"
 #include "registry/Hives.h"
 #include "registry/RegistryFileWriter.h"
-#include "registry/TreeLoader.h"
 #include "reliability/Attacks.h"
 #include "reliability/FailingCalls.h"
 #include "reliability/Place.h"
@@ -170,9 +169,8 @@ bool Import(const Place&)
 {
     const auto import = [](Key& hive)
     {
-        TreeLoader loader{HKEY_CURRENT_USER, hive};
         ReadRegistryFile("REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"t\"=\"" + std::string(1'500, 't') + "\"\n",
-                         RegistryFileDialect::Import, loader);
+                         HKEY_CURRENT_USER, hive);
         return ERROR_SUCCESS;
     };
     return ChangeHive(HKEY_CURRENT_USER, import) == ERROR_SUCCESS;

@@ -12,6 +12,7 @@
 #include "posix/ReadFile.h"
 #include "registry/RegistryFileReader.h"
 #include "registry/RegistryPath.h"
+#include "registry/RegistryText.h"
 
 namespace FraxoReg
 {
@@ -28,7 +29,10 @@ public:
 
     void SetValue(std::string_view name, DWORD type, std::string_view data) override
     {
-        m_last->back().values.push_back({std::string{name}, type, std::string{data}});
+        std::string stored{data};
+        if (Registry::IsText(type) && !stored.empty() && stored.back() != '\0')
+            stored += '\0'; // as Windows does on import
+        m_last->back().values.push_back({std::string{name}, type, std::move(stored)});
     }
 
     void DeleteValue(std::string_view name) override
@@ -158,8 +162,7 @@ ExitStatus Import(const Arguments& arguments, const Console& console)
     const std::string file = isStandardInput ? "standard input" : arguments.Operand(0);
     ChangeList changes;
     const Registry::RegistryFileResult result = Registry::ReadRegistryFile(
-        isStandardInput ? std::string{std::istreambuf_iterator<char>{console.in}, {}} : ReadFile(file),
-        Registry::RegistryFileDialect::Import, changes);
+        isStandardInput ? std::string{std::istreambuf_iterator<char>{console.in}, {}} : ReadFile(file), changes);
     if (!result.isRegistryFile)
         throw Failure{"The specified file is not a registry script.\nThe first line of " + file +
                       R"( has to be "Windows Registry Editor Version 5.00" or "REGEDIT4".)"};

@@ -7,10 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Quenlor::StandIn::Registry
-{
-void LocateHives(); // where the environment of now says; programs decide once
-}
+#include "registry/Hives.h"
 
 std::vector<std::string> ScratchMachine::EnvironmentNames()
 {

@@ -141,10 +141,12 @@ TEST_F(FraxoRegTest, ImportMakesAllChangesOrSkipsMalformedLines)
 [-HKEY_CURRENT_USER\Missing]
 [HKEY_LOCAL_MACHINE\A]
 )";
-    EXPECT_EQ(Do("import -",
-                 "REGEDIT4\n[HKEY_CURRENT_USER\\Former\\Part]\n[HKEY_CURRENT_USER\\Software\\Sample]\n\"Gone\"=\"\""),
-              "The operation completed successfully.\n");
+    EXPECT_EQ(
+        Do("import -",
+           "REGEDIT4\n[HKEY_CURRENT_USER\\Former\\Part]\n[HKEY_CURRENT_USER\\Software\\Sample]\n\"Gone\"=hex(1):61"),
+        "The operation completed successfully.\n");
     const std::string before = ReadFile("Registry/HKEY_CURRENT_USER.reg");
+    EXPECT_THAT(before, HasSubstr("\"Gone\"=\"a\"\n")) << "with the NUL that Windows adds";
     EXPECT_THAT(
         Do("import -", changes),
         AllOf(StartsWith("ERROR: Nothing was imported: standard input has 2 malformed lines.\nstandard input:3: "),

@@ -14,11 +14,6 @@
 #include "support/OrdinaryUser.h"
 #include "support/ScratchMachine.h"
 
-namespace Quenlor::StandIn::Registry
-{
-void LocateHives(); // where the environment of now says; programs decide once
-}
-
 namespace
 {
 using namespace Quenlor::StandIn::Registry;

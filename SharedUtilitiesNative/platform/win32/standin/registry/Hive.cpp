@@ -11,7 +11,6 @@
 #include "registry/HiveFolder.h"
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryPath.h"
-#include "registry/TreeLoader.h"
 
 namespace Quenlor::StandIn::Registry
 {
@@ -23,7 +22,7 @@ constexpr const char* LockSuffix = ".lock";
 constexpr const char* NextSuffix = ".new";
 constexpr const char* SkippedSuffix = ".skipped";
 
-LSTATUS StatusOf(const std::system_error& error) noexcept
+LSTATUS CodeOf(const std::system_error& error) noexcept
 {
     const int code = error.code().value();
     if (code == EBADMSG)
@@ -31,28 +30,17 @@ LSTATUS StatusOf(const std::system_error& error) noexcept
     return code == EACCES || code == EPERM || code == EROFS ? ERROR_ACCESS_DENIED : ERROR_REGISTRY_IO_FAILED;
 }
 
-[[noreturn]] void Throw(int code)
-{
-    throw std::system_error{code, std::generic_category()};
-}
-
-void Require(bool isDone)
-{
-    if (!isDone)
-        ThrowSystemError();
-}
-
 FileVersion VersionOf(const struct stat& status) noexcept
 {
-    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+    return {status.st_dev, status.st_ino, status.st_size, {status.st_mtim.tv_sec, status.st_mtim.tv_nsec}};
 }
 
-/// Of the file that a call to stat or one of its kind looks at; that of a missing file if it finds none.
-template<typename Stat>
-FileVersion LookAt(Stat stat)
+/// Follows no link if it has a folder. That of a missing file if there is none.
+FileVersion VersionAt(const std::string& path, int folder = AT_FDCWD)
 {
     struct stat status;
-    if (stat(&status) == 0)
+    const int flags = folder == AT_FDCWD ? 0 : AT_SYMLINK_NOFOLLOW;
+    if (::fstatat(folder, path.c_str(), &status, flags) == 0)
         return VersionOf(status);
     Require(errno == ENOENT || errno == ENOTDIR);
     return {};
@@ -85,23 +73,20 @@ std::string TimeNow()
 /// Sets the time of a file after that of its version before, whatever the clock says. @return its version
 FileVersion MakeLater(const FileDescriptor& file, const FileVersion& before)
 {
-    const auto isLater = [&](const FileVersion& version) {
-        return std::pair{version.seconds, version.nanoseconds} > std::pair{before.seconds, before.nanoseconds};
-    };
-    const auto look = [&] { return LookAt([&](struct stat* status) { return ::fstat(file.get(), status); }); };
-    FileVersion version = look();
-    for (const time_t seconds : {0, 2}) // some file systems store whole seconds only, or even ones
+    const auto [seconds, nanoseconds] = before.time;
+    const bool isEndOfSecond = nanoseconds == 999'999'999;
+    const timespec next = {seconds + isEndOfSecond, isEndOfSecond ? 0 : nanoseconds + 1};
+    const timespec later = {seconds + 2, 0}; // some file systems store whole seconds only, or even ones
+    FileVersion version = VersionOf(StatusOf(file));
+    for (const timespec& time : {next, later})
     {
-        if (isLater(version))
+        if (version.time > before.time)
             return version;
-        const bool isEndOfSecond = before.nanoseconds == 999'999'999;
-        const struct timespec time = {before.seconds + seconds + isEndOfSecond,
-                                      isEndOfSecond ? 0 : before.nanoseconds + 1};
-        const struct timespec times[] = {time, time};
+        const timespec times[] = {time, time};
         Require(::futimens(file.get(), times) == 0);
-        version = look();
+        version = VersionOf(StatusOf(file));
     }
-    if (!isLater(version))
+    if (version.time <= before.time)
         Throw(EIO);
     return version;
 }
@@ -115,14 +100,14 @@ try
     if (m_path.empty())
         return ERROR_SUCCESS;
     m_tick = Tick(); // before the file is looked at
-    if (!m_isLoaded || LookAt([&](struct stat* status) { return ::stat(m_path.c_str(), status); }) != m_version)
+    if (!m_isLoaded || VersionAt(m_path) != m_version)
         Load(OpenHive(m_path));
     return ERROR_SUCCESS;
 }
 catch (const std::system_error& error)
 {
-    Forget();
-    return StatusOf(error);
+    m_isLoaded = false;
+    return CodeOf(error);
 }
 
 LSTATUS Hive::RefreshOncePerTick()
@@ -140,7 +125,7 @@ try
 }
 catch (const std::system_error& error)
 {
-    return StatusOf(error);
+    return CodeOf(error);
 }
 
 LSTATUS Hive::Change(const std::function<LSTATUS(Key&)>& edit)
@@ -152,44 +137,41 @@ try
     const auto [folder, name] = MakePlace(m_path, IsPrivate() ? 0700 : 0755);
     const FileLock lock{folder, name + LockSuffix};
     Load(OpenHive(name, O_NOFOLLOW, folder.get()));
+    m_isLoaded = false; // whatever fails from now on
     status = edit(m_root);
     if (status == ERROR_SUCCESS)
         Commit(folder, name);
-    else
-        Forget();
     return status;
 }
 catch (const std::system_error& error)
 {
-    Forget();
-    return StatusOf(error);
-}
-catch (...)
-{
-    Forget();
-    throw;
+    return CodeOf(error);
 }
 
 LSTATUS Hive::Sync()
 try
 {
-    Require(m_isSynced || Posix::Sync(OpenForSync(FindPlace(m_path).folder)));
+    if (!m_isSynced)
+        SyncNames(FindPlace(m_path).folder);
     m_isSynced = true;
     return ERROR_SUCCESS;
 }
 catch (const std::system_error& error)
 {
-    return StatusOf(error);
+    return CodeOf(error);
 }
 
 void Hive::Load(const FileDescriptor& file)
 {
-    struct stat status = {};
     // Before the text is read: what is written in between is another version then, and is read by the next call.
-    Require(!file || ::fstat(file.get(), &status) == 0);
+    struct stat status = {};
+    if (file)
+        status = StatusOf(file);
     if (m_isLoaded && VersionOf(status) == m_version)
         return;
-    Forget();
+    m_isLoaded = m_isSynced = false;
+    m_root.Clear();
+    m_content = {};
     m_version = VersionOf(status);
     m_mode = status.st_mode & 0777;
     m_group = status.st_gid;
@@ -197,20 +179,11 @@ void Hive::Load(const FileDescriptor& file)
     Require(text.has_value());
     if (text->find_first_not_of(" \t\r\n") != std::string::npos)
     {
-        TreeLoader loader{m_rootKey, m_root};
-        m_content = ReadRegistryFile(*text, RegistryFileDialect::Hive, loader);
+        m_content = ReadRegistryFile(*text, m_rootKey, m_root);
         if (!m_content.isRegistryFile)
             Throw(EBADMSG);
     }
     m_isLoaded = true;
-}
-
-void Hive::Forget() noexcept
-{
-    m_isLoaded = false;
-    m_isSynced = false;
-    m_root.Clear();
-    m_content = {};
 }
 
 void Hive::Commit(const FileDescriptor& folder, const std::string& name)
@@ -232,14 +205,11 @@ void Hive::Commit(const FileDescriptor& folder, const std::string& name)
     const bool isKept = isNew || ::fchown(next.File().get(), static_cast<uid_t>(-1), m_group) == 0;
     Require(::fchmod(next.File().get(), isKept ? mode : mode & ~mode_t{070}) == 0);
     const FileVersion version = MakeLater(next.File(), m_version);
-
-    const auto look = [&](struct stat* status)
-    { return ::fstatat(folder.get(), name.c_str(), status, AT_SYMLINK_NOFOLLOW); };
-    if (LookAt(look) != m_version)
+    if (VersionAt(name, folder.get()) != m_version)
         Throw(EBUSY); // by a program that does not know of the lock
     Require(next.Replace(name));
-    Require(Posix::Sync(OpenForSync(folder)));
-    m_isSynced = true;
+    SyncNames(folder);
+    m_isLoaded = m_isSynced = true;
     m_version = version;
     m_mode = mode;
     m_content = {};

@@ -26,34 +26,14 @@ FileDescriptor OpenAt(const FileDescriptor& folder, const std::string& name, int
 {
     FileDescriptor file{Posix::RetryInterrupted(
         [&] { return ::openat(folder.get(), name.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); })};
-    if (!file)
-        ThrowSystemError();
+    Require(static_cast<bool>(file));
     return file;
-}
-
-struct stat StatusOf(const FileDescriptor& file)
-{
-    struct stat status;
-    if (::fstat(file.get(), &status) != 0)
-        ThrowSystemError();
-    return status;
-}
-
-void Require(bool isDone)
-{
-    if (!isDone)
-        ThrowSystemError();
-}
-
-[[noreturn]] void Refuse()
-{
-    throw std::system_error{EACCES, std::generic_category()};
 }
 
 void CheckOwner(const FileDescriptor& folder)
 {
     if (StatusOf(folder).st_uid != ::geteuid())
-        Refuse();
+        Throw(EACCES);
 }
 
 std::string TargetOf(const FileDescriptor& link)
@@ -64,13 +44,12 @@ std::string TargetOf(const FileDescriptor& link)
     return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
-/// The entry itself, links too. None when it is missing.
+/// The entry itself, even when it is a link. None when it is missing.
 FileDescriptor Look(const FileDescriptor& folder, const std::string& name)
 {
     FileDescriptor entry{
         Posix::RetryInterrupted([&] { return ::openat(folder.get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC); })};
-    if (!entry && errno != ENOENT)
-        ThrowSystemError();
+    Require(entry || errno == ENOENT);
     return entry;
 }
 
@@ -106,11 +85,11 @@ HivePlace Resolve(const std::string& path, std::optional<mode_t> mode)
         {
             const struct stat status = StatusOf(entry);
             if (isRoot && status.st_uid != 0)
-                Refuse();
+                Throw(EACCES);
             if (S_ISLNK(status.st_mode))
             {
                 if (++links > MaxLinks)
-                    throw std::system_error{ELOOP, std::generic_category()};
+                    Throw(ELOOP);
                 rest.replace(0, end, TargetOf(entry));
                 if (rest.starts_with('/'))
                     place.folder = OpenAt({}, "/", O_PATH);
@@ -128,9 +107,22 @@ HivePlace Resolve(const std::string& path, std::optional<mode_t> mode)
 }
 } // namespace
 
-void ThrowSystemError()
+void Throw(int error)
 {
-    throw std::system_error{errno, std::generic_category()};
+    throw std::system_error{error, std::generic_category()};
+}
+
+void Require(bool isDone)
+{
+    if (!isDone)
+        Throw(errno);
+}
+
+struct stat StatusOf(const FileDescriptor& file)
+{
+    struct stat status;
+    Require(::fstat(file.get(), &status) == 0);
+    return status;
 }
 
 HivePlace FindPlace(const std::string& path)
@@ -156,9 +148,9 @@ void CheckWritable(const HivePlace& place)
     Require(canWrite(place.name.c_str()) || errno == ENOENT);
 }
 
-FileDescriptor OpenForSync(const FileDescriptor& folder)
+void SyncNames(const FileDescriptor& folder)
 {
-    return OpenAt(folder, ".", O_RDONLY | O_DIRECTORY);
+    Require(Posix::Sync(OpenAt(folder, ".", O_RDONLY | O_DIRECTORY)));
 }
 
 void SyncParents(const FileDescriptor& folder)
@@ -183,8 +175,9 @@ void AppendToFile(const FileDescriptor& folder, const std::string& name, std::st
     const FileDescriptor file = OpenAt(folder, name, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK, mode);
     const struct stat status = StatusOf(file);
     if (!S_ISREG(status.st_mode) || status.st_uid != ::geteuid() || status.st_nlink != 1)
-        Refuse(); // a second name may be that of a file elsewhere
-    Require(Posix::WriteAll(file, text) && Posix::Sync(file) && Posix::Sync(OpenForSync(folder)));
+        Throw(EACCES); // a second name may be that of a file elsewhere
+    Require(Posix::WriteAll(file, text) && Posix::Sync(file));
+    SyncNames(folder);
 }
 
 FileLock::FileLock(const FileDescriptor& folder, const std::string& name)

@@ -4,8 +4,6 @@
 
 namespace Quenlor::StandIn::Registry
 {
-void LocateHives();
-
 namespace
 {
 /// The variable's value if it is an absolute path, so that no place depends on the current folder; empty otherwise.
@@ -35,57 +33,58 @@ Hive Locate(HKEY root)
     return {root, folder.empty() ? folder : folder + file};
 }
 
-bool HasHive(HKEY root) noexcept
+std::array<Hive, 2> LocateBoth()
 {
-    return root == HKEY_LOCAL_MACHINE || root == HKEY_CURRENT_USER;
+    return {Locate(HKEY_CURRENT_USER), Locate(HKEY_LOCAL_MACHINE)};
 }
 } // namespace
 
 Hives& Hives::Instance()
 {
     // Never destroyed: other static objects may close their keys when they are.
-    static Hives& instance = *new Hives{{}, Locate(HKEY_LOCAL_MACHINE), Locate(HKEY_CURRENT_USER)};
+    static Hives& instance = *new Hives{{}, LocateBoth()};
     return instance;
 }
 
-/// Decides again, by the environment of now, where the hives are. For tests only, which need more than one place in a
-/// process; no header declares it.
+std::span<Hive> Hives::Of(HKEY root) noexcept
+{
+    if (root == HKEY_CLASSES_ROOT)
+        return both;
+    return std::span{both}.subspan(root == HKEY_CURRENT_USER ? 0 : 1, 1);
+}
+
 void LocateHives()
 {
     Hives& hives = Hives::Instance();
     const std::lock_guard lock{hives.mutex};
-    hives.machine = Locate(HKEY_LOCAL_MACHINE);
-    hives.user = Locate(HKEY_CURRENT_USER);
+    hives.both = LocateBoth();
 }
 
 LSTATUS ReadHive(HKEY root, const std::function<void(const Key&)>& read)
 {
-    if (!HasHive(root))
-        return ERROR_INVALID_HANDLE;
     Hives& hives = Hives::Instance();
     const std::lock_guard lock{hives.mutex};
-    const LSTATUS status = hives.Of(root).Refresh();
+    Hive& hive = hives.Of(root).front();
+    const LSTATUS status = hive.Refresh();
     if (status == ERROR_SUCCESS)
-        read(hives.Of(root).Root());
+        read(hive.Root());
     return status;
 }
 
 LSTATUS ChangeHive(HKEY root, const std::function<LSTATUS(Key&)>& edit)
 {
-    if (!HasHive(root))
-        return ERROR_INVALID_HANDLE;
     Hives& hives = Hives::Instance();
     const std::lock_guard lock{hives.mutex};
-    return hives.Of(root).Change(edit);
+    return hives.Of(root).front().Change(edit);
 }
 
 std::string HivePath(HKEY root)
 {
-    return HasHive(root) ? Hives::Instance().Of(root).Path() : "";
+    return Hives::Instance().Of(root).front().Path();
 }
 
 LSTATUS HiveProblems(HKEY root, std::vector<RegistryFileProblem>& problems)
 {
-    return ReadHive(root, [&](const Key&) { problems = Hives::Instance().Of(root).Problems(); });
+    return ReadHive(root, [&](const Key&) { problems = Hives::Instance().Of(root).front().Problems(); });
 }
 } // namespace Quenlor::StandIn::Registry

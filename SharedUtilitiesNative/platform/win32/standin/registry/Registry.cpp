@@ -1,12 +1,11 @@
 #include <Platform/Win32.h>
 
-#include <array>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <new>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -22,6 +21,46 @@ constexpr std::string_view ClassesPath = R"(Software\Classes)";
 constexpr REGSAM Delete = 0x10000;
 constexpr REGSAM RightsToWrite = KEY_SET_VALUE | KEY_CREATE_SUB_KEY | Delete;
 
+/// Ends a call with this code.
+struct Refusal
+{
+    LSTATUS code;
+};
+
+void Require(LSTATUS code)
+{
+    if (code != ERROR_SUCCESS)
+        throw Refusal{code};
+}
+
+/// What a call returns for the exception that ended it.
+LSTATUS CodeOfException()
+try
+{
+    throw;
+}
+catch (const Refusal& refusal)
+{
+    return refusal.code;
+}
+catch (const std::bad_alloc&)
+{
+    return ERROR_NOT_ENOUGH_MEMORY;
+}
+
+std::string_view Text(LPCSTR text) noexcept
+{
+    return text ? std::string_view{text} : std::string_view{};
+}
+
+/// The predefined key that a handle means; null for any other.
+HKEY PredefinedKey(HKEY handle) noexcept
+{
+    const auto low = static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(handle)); // the rest does not matter
+    const HKEY key = reinterpret_cast<HKEY>(std::intptr_t{low});
+    return RootName(key).empty() ? nullptr : key;
+}
+
 struct OpenKey
 {
     HKEY root = nullptr; ///< The predefined key that it is below.
@@ -31,21 +70,10 @@ struct OpenKey
     bool isDeleted = false;    ///< It stays so, even if such a key is created again.
 };
 
-std::string_view Text(LPCSTR text) noexcept
+std::map<HKEY, OpenKey>& OpenKeys()
 {
-    return text ? std::string_view{text} : std::string_view{};
-}
-
-/// The predefined key that a handle stands for; null for any other.
-HKEY PredefinedKey(HKEY handle) noexcept
-{
-    const auto low = [](HKEY key) { return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(key)); };
-    for (const HKEY key : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
-    {
-        if (low(handle) == low(key)) // the rest may be there by sign extension or not
-            return key;
-    }
-    return nullptr;
+    static auto& keys = *new std::map<HKEY, OpenKey>; // never destroyed, like the hives
+    return keys;
 }
 
 /// One call: it has the registry to itself, and one key to work on. Below HKEY_CLASSES_ROOT that key may be in the
@@ -54,40 +82,32 @@ class Session final
 {
 public:
     /// Works on the key of a handle that must have the rights `needed`.
-    LSTATUS Use(HKEY handle, REGSAM needed)
+    Session(HKEY handle, REGSAM needed) : Session{handle}
     {
-        if (!Find(handle))
-            return ERROR_INVALID_HANDLE;
         if ((m_key.access & needed) != needed)
-            return ERROR_ACCESS_DENIED;
-        return Refresh(m_key.isPredefined ? &Hive::Refresh : &Hive::RefreshOncePerTick);
+            throw Refusal{ERROR_ACCESS_DENIED};
+        Refresh(m_key.isPredefined ? &Hive::Refresh : &Hive::RefreshOncePerTick);
     }
 
     /// Works on a key below that of a handle, which need not exist.
-    LSTATUS UseBelow(HKEY handle, std::string_view path)
+    Session(HKEY handle, std::string_view path) : Session{handle}
     {
-        if (!Find(handle))
-            return ERROR_INVALID_HANDLE;
+        Refresh(&Hive::Refresh);
         if (m_key.isPredefined && m_key.root == HKEY_CLASSES_ROOT && path.starts_with('\\'))
             path.remove_prefix(1); // tolerated only there
-        const LSTATUS status = Refresh(&Hive::Refresh);
-        if (status != ERROR_SUCCESS)
-            return status;
         if (path.starts_with('\\'))
-            return ERROR_BAD_PATHNAME;
+            throw Refusal{ERROR_BAD_PATHNAME};
         m_parentLength = m_key.path.size();
         AppendToPath(m_key.path, path);
-        m_open = nullptr;
-        return ERROR_SUCCESS;
     }
 
     /// The first hive that has the key; null when none has.
     Hive* HiveWithKey()
     {
-        for (Hive* const hive : HivesOfKey())
+        for (Hive& hive : m_hives.Of(m_key.root))
         {
-            if (KeyIn(*hive))
-                return hive;
+            if (KeyIn(hive))
+                return &hive;
         }
         return nullptr;
     }
@@ -97,13 +117,13 @@ public:
     Hive& HiveToWrite()
     {
         Hive* const existing = HiveWithKey();
-        return existing ? *existing : *HivesOfKey().back();
+        return existing ? *existing : m_hives.Of(m_key.root).back();
     }
 
     const Key* KeyIn(const Hive& hive) const { return hive.Root().Find(m_key.path); }
     const std::string& Path() const noexcept { return m_key.path; }
     bool IsPredefined() const noexcept { return m_key.isPredefined; }
-    /// Whether there is still what UseBelow has seen: another process may have deleted it.
+    /// Whether the key of the handle is still there: another process may have deleted it meanwhile.
     bool HasParent(const Key& hive) const
     {
         return m_key.isPredefined || m_key.root == HKEY_CLASSES_ROOT ||
@@ -113,11 +133,11 @@ public:
     /// The value in the first hive that has one of that name, which becomes `home`; null when none has.
     const Value* FindValue(std::string_view name, Hive** home = nullptr) const
     {
-        for (Hive* const hive : HivesOfKey())
+        for (Hive& hive : m_hives.Of(m_key.root))
         {
             if (home)
-                *home = hive;
-            const Key* const key = KeyIn(*hive);
+                *home = &hive;
+            const Key* const key = KeyIn(hive);
             if (const Value* const value = key ? key->FindValue(name) : nullptr)
                 return value;
         }
@@ -129,9 +149,9 @@ public:
     const Item* ItemAt(DWORD index, const std::map<std::string, Item, std::less<>>& (Key::*items)() const noexcept)
     {
         const Key* earlier = nullptr;
-        for (const Hive* const hive : HivesOfKey())
+        for (const Hive& hive : m_hives.Of(m_key.root))
         {
-            const Key* const key = KeyIn(*hive);
+            const Key* const key = KeyIn(hive);
             if (!key)
                 continue;
             for (const auto& [folded, item] : (key->*items)())
@@ -146,22 +166,19 @@ public:
 
     LSTATUS Change(Hive& hive, const std::function<LSTATUS(Key&)>& edit)
     {
-        const LSTATUS status = hive.Change(edit);
-        if (status != ERROR_SUCCESS)
-            return status;
+        Require(hive.Change(edit));
         for (auto& [handle, key] : OpenKeys())
         {
-            if (key.root != HKEY_CLASSES_ROOT && &m_hives.Of(key.root) == &hive)
-                key.isDeleted = key.isDeleted || !hive.Root().Find(key.path);
+            if (key.root != HKEY_CLASSES_ROOT && &m_hives.Of(key.root).front() == &hive && !hive.Root().Find(key.path))
+                key.isDeleted = true;
         }
         return ERROR_SUCCESS;
     }
 
     LSTATUS Open(REGSAM access, PHKEY result)
     {
-        const LSTATUS status = (access & RightsToWrite) != 0 ? HiveToWrite().CheckWritable() : ERROR_SUCCESS;
-        if (status != ERROR_SUCCESS)
-            return status;
+        if ((access & RightsToWrite) != 0)
+            Require(HiveToWrite().CheckWritable());
         // No handle is used twice, and the low half of none is that of a predefined key.
         static std::uintptr_t count = 0;
         const auto handle = reinterpret_cast<HKEY>(++count * 8 + 4);
@@ -170,63 +187,40 @@ public:
         return ERROR_SUCCESS;
     }
 
-    bool Close(HKEY handle) const { return OpenKeys().erase(handle) != 0; }
-
 private:
-    static std::map<HKEY, OpenKey>& OpenKeys()
-    {
-        static auto& keys = *new std::map<HKEY, OpenKey>; // never destroyed, like the hives
-        return keys;
-    }
-
-    bool Find(HKEY handle)
+    explicit Session(HKEY handle)
     {
         if (const HKEY root = PredefinedKey(handle))
         {
             m_key.root = root;
             m_key.path = root == HKEY_CLASSES_ROOT ? ClassesPath : "";
             m_key.isPredefined = true;
-            return true;
+            return;
         }
         const auto found = OpenKeys().find(handle);
         if (found == OpenKeys().end())
-            return false;
+            throw Refusal{ERROR_INVALID_HANDLE};
         m_open = &found->second;
         m_key = found->second;
-        return true;
     }
 
-    /// @return ERROR_KEY_DELETED when the hives have the key no more
-    LSTATUS Refresh(LSTATUS (Hive::*refresh)())
+    /// Sees to it that the key of the handle is there.
+    void Refresh(LSTATUS (Hive::*refresh)())
     {
         if (m_key.isDeleted)
-            return ERROR_KEY_DELETED;
-        for (Hive* const hive : HivesOfKey())
-        {
-            const LSTATUS status = (hive->*refresh)();
-            if (status != ERROR_SUCCESS)
-                return status;
-        }
+            throw Refusal{ERROR_KEY_DELETED};
+        for (Hive& hive : m_hives.Of(m_key.root))
+            Require((hive.*refresh)());
         if (m_key.isPredefined || HiveWithKey())
-            return ERROR_SUCCESS;
+            return;
         m_open->isDeleted = true;
-        return ERROR_KEY_DELETED;
-    }
-
-    /// The hives that may have the key, in the order of look-up.
-    std::span<Hive* const> HivesOfKey() const noexcept
-    {
-        const std::span<Hive* const> both{m_both};
-        if (m_key.root == HKEY_CLASSES_ROOT)
-            return both;
-        return m_key.root == HKEY_CURRENT_USER ? both.first(1) : both.last(1);
+        throw Refusal{ERROR_KEY_DELETED};
     }
 
     Hives& m_hives = Hives::Instance();
     std::lock_guard<std::mutex> m_lock{m_hives.mutex};
-    std::array<Hive*, 2> m_both = {&m_hives.user, &m_hives.machine};
     OpenKey m_key;             // what is worked on
-    OpenKey* m_open = nullptr; // the handle of the same key, if any
+    OpenKey* m_open = nullptr; // the handle; null for a predefined key
     std::size_t m_parentLength = 0;
 };
 
@@ -272,15 +266,12 @@ try
         *result = root;
         return ERROR_SUCCESS;
     }
-    Session session;
-    const LSTATUS status = session.UseBelow(root, Text(subKey));
-    if (status != ERROR_SUCCESS)
-        return status;
+    Session session{root, Text(subKey)};
     return session.HiveWithKey() ? session.Open(access, result) : ERROR_FILE_NOT_FOUND;
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }
 
 LSTATUS RegCreateKeyExA(HKEY root, LPCSTR subKey, DWORD reserved, LPSTR, DWORD, REGSAM access,
@@ -294,10 +285,7 @@ try
     if (!root)
         return ERROR_INVALID_HANDLE;
     *result = nullptr;
-    Session session;
-    LSTATUS status = session.UseBelow(root, Text(subKey));
-    if (status != ERROR_SUCCESS)
-        return status;
+    Session session{root, Text(subKey)};
     bool isNew = !session.HiveWithKey();
     if (isNew)
     {
@@ -311,24 +299,23 @@ try
             hive.Create(session.Path());
             return ERROR_SUCCESS;
         };
-        status = session.Change(session.HiveToWrite(), create);
-        if (status != ERROR_SUCCESS)
-            return status;
+        session.Change(session.HiveToWrite(), create);
     }
     if (disposition)
         *disposition = isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
     return session.Open(access, result);
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }
 
 LSTATUS RegCloseKey(HKEY key)
 {
     if (PredefinedKey(key))
         return ERROR_SUCCESS;
-    return Session{}.Close(key) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+    const std::lock_guard lock{Hives::Instance().mutex};
+    return OpenKeys().erase(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
 LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size)
@@ -339,16 +326,13 @@ try
     const DWORD room = size ? *size : 0; // before `type` is set, which may be the same variable
     if (size && !data)
         *size = 0;
-    Session session;
-    const LSTATUS status = session.Use(key, KEY_QUERY_VALUE);
-    if (status != ERROR_SUCCESS)
-        return status;
+    Session session{key, KEY_QUERY_VALUE};
     const Value* const value = session.FindValue(Text(name));
     return value ? GiveData(*value, type, data, size, room) : ERROR_FILE_NOT_FOUND;
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }
 
 LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size)
@@ -360,10 +344,7 @@ try
     if (size != 0 && IsText(type) && data[size - 1] != 0 && data[size] == 0)
         ++size;
     const std::string_view stored{reinterpret_cast<const char*>(data), size};
-    Session session;
-    const LSTATUS status = session.Use(key, KEY_SET_VALUE);
-    if (status != ERROR_SUCCESS)
-        return status;
+    Session session{key, KEY_SET_VALUE};
     if (!IsLegalValueName(Text(name)))
         return ERROR_INVALID_PARAMETER;
     Hive& hive = session.HiveToWrite();
@@ -381,18 +362,15 @@ try
     };
     return session.Change(hive, set);
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }
 
 LSTATUS RegDeleteValueA(HKEY key, LPCSTR name)
 try
 {
-    Session session;
-    const LSTATUS status = session.Use(key, KEY_SET_VALUE);
-    if (status != ERROR_SUCCESS)
-        return status;
+    Session session{key, KEY_SET_VALUE};
     Hive* hive = nullptr;
     if (!session.FindValue(Text(name), &hive))
         return ERROR_FILE_NOT_FOUND;
@@ -403,20 +381,17 @@ try
     };
     return session.Change(*hive, remove);
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }
 
 LSTATUS RegDeleteTreeA(HKEY key, LPCSTR subKey)
 try
 {
     const bool isContent = Text(subKey).empty();
-    Session session;
-    const LSTATUS status = isContent ? session.Use(key, KEY_SET_VALUE | KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS)
-                                     : session.UseBelow(key, Text(subKey));
-    if (status != ERROR_SUCCESS)
-        return status;
+    constexpr REGSAM needed = KEY_SET_VALUE | KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS;
+    Session session = isContent ? Session{key, needed} : Session{key, Text(subKey)};
     Hive* const hive = session.HiveWithKey();
     if (!hive)
         return isContent ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
@@ -430,35 +405,23 @@ try
     const auto remove = [&](Key& tree) { return tree.Delete(session.Path()) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; };
     return isContent ? session.Change(*hive, clear) : session.Change(*hive, remove);
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }
 
-LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPSTR className,
-                      LPDWORD classSize, FILETIME* lastWrite)
+LSTATUS RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPSTR, LPDWORD, FILETIME*)
 try
 {
     if (!name || !nameSize || reserved)
         return ERROR_INVALID_PARAMETER;
-    Session session;
-    const LSTATUS status = session.Use(key, KEY_ENUMERATE_SUB_KEYS);
-    if (status != ERROR_SUCCESS)
-        return status;
+    Session session{key, KEY_ENUMERATE_SUB_KEYS};
     const Key* const found = session.ItemAt(index, &Key::SubKeys);
-    if (!found)
-        return ERROR_NO_MORE_ITEMS;
-    if (className && classSize && *classSize != 0)
-        *className = '\0';
-    if (classSize)
-        *classSize = 0;
-    if (lastWrite)
-        *lastWrite = {}; // a registry file has no times
-    return GiveName(found->Name(), name, nameSize);
+    return found ? GiveName(found->Name(), name, nameSize) : ERROR_NO_MORE_ITEMS;
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }
 
 LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type, LPBYTE data,
@@ -467,17 +430,14 @@ try
 {
     if (!name || !nameSize || reserved || (data && !size))
         return ERROR_INVALID_PARAMETER;
-    Session session;
-    LSTATUS status = session.Use(key, KEY_QUERY_VALUE);
-    if (status != ERROR_SUCCESS)
-        return status;
+    Session session{key, KEY_QUERY_VALUE};
     const Value* const value = session.ItemAt(index, &Key::Values);
     if (!value)
         return ERROR_NO_MORE_ITEMS;
-    status = GiveData(*value, type, data, size, size ? *size : 0);
+    const LSTATUS status = GiveData(*value, type, data, size, size ? *size : 0);
     return status == ERROR_SUCCESS ? GiveName(value->name, name, nameSize) : status; // no name without its data
 }
-catch (const std::bad_alloc&)
+catch (...)
 {
-    return ERROR_NOT_ENOUGH_MEMORY;
+    return CodeOfException();
 }

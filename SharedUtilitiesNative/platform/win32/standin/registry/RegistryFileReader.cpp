@@ -1,7 +1,9 @@
 #include "registry/RegistryFileReader.h"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
+#include <system_error>
 
 #include "registry/RegistryPath.h"
 #include "registry/RegistryText.h"
@@ -13,40 +15,6 @@ namespace
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view Utf16LeMark = "\xFF\xFE";
 constexpr std::string_view Blanks = " \t";
-
-/// Cuts a text into lines, which end in LF, CRLF, CR or with the text.
-class LineReader final
-{
-public:
-    explicit LineReader(std::string_view text) noexcept : m_text{text} {}
-
-    bool Next(std::string_view& line) noexcept
-    {
-        m_lineStart = m_next;
-        if (m_next == m_text.size())
-            return false;
-        m_lineEnd = m_lineStart;
-        while (m_lineEnd < m_text.size() && m_text[m_lineEnd] != '\n' && m_text[m_lineEnd] != '\r')
-            ++m_lineEnd;
-        line = m_text.substr(m_lineStart, m_lineEnd - m_lineStart);
-        const std::string_view rest = m_text.substr(m_lineEnd);
-        m_next = m_lineEnd + (rest.starts_with("\r\n") ? 2 : std::min(rest.size(), std::size_t{1}));
-        ++m_number;
-        return true;
-    }
-
-    std::size_t Number() const noexcept { return m_number; } ///< Of the last line, counted from 1.
-    std::size_t LineStart() const noexcept { return m_lineStart; }
-    std::size_t LineEnd() const noexcept { return m_lineEnd; }
-    std::string_view Text() const noexcept { return m_text; }
-
-private:
-    std::string_view m_text;
-    std::size_t m_number = 0;
-    std::size_t m_next = 0;
-    std::size_t m_lineStart = 0;
-    std::size_t m_lineEnd = 0;
-};
 
 void SkipBlanks(std::string_view& text) noexcept
 {
@@ -67,29 +35,19 @@ bool IsCommentOrEmpty(std::string_view text) noexcept
     return text.empty() || text.front() == ';';
 }
 
-int HexDigit(char character) noexcept
-{
-    if (character >= '0' && character <= '9')
-        return character - '0';
-    if (character >= 'a' && character <= 'f')
-        return character - 'a' + 10;
-    return character >= 'A' && character <= 'F' ? character - 'A' + 10 : -1;
-}
-
 /// Takes a hexadecimal number off `text`; nothing when it has no digit or more than `maxDigits`.
 std::optional<DWORD> TakeHexNumber(std::string_view& text, std::size_t maxDigits) noexcept
 {
     DWORD number = 0;
-    std::size_t digits = 0;
-    for (; digits < text.size() && HexDigit(text[digits]) >= 0; ++digits)
-        number = number << 4 | static_cast<DWORD>(HexDigit(text[digits]));
-    if (digits == 0 || digits > maxDigits)
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, 16);
+    const auto digits = static_cast<std::size_t>(end - text.data());
+    if (error != std::errc{} || digits > maxDigits)
         return {};
     text.remove_prefix(digits);
     return number;
 }
 
-/// Takes a text in quotes off `text`, which starts behind the opening quote. @return false without a closing one.
+/// Takes a text in quotes off `text`, which starts after the opening quote. @return false without a closing one.
 bool TakeQuoted(std::string_view& text, std::string& unescaped)
 {
     unescaped.clear();
@@ -113,7 +71,7 @@ bool TakeQuoted(std::string_view& text, std::string& unescaped)
 enum class HexListEnd
 {
     Complete,
-    Continued, ///< A backslash at the line's end, behind a comma or in place of the first byte.
+    Continued, ///< A backslash at the line's end, after a comma or instead of the first byte.
     Malformed
 };
 
@@ -141,32 +99,44 @@ HexListEnd ReadHexList(std::string_view text, std::string& bytes)
 class Reader final
 {
 public:
-    Reader(std::string_view text, RegistryFileDialect dialect, RegistryFileHandler& handler) noexcept
-        : m_lines{text}, m_dialect{dialect}, m_handler{handler}
-    {
-    }
+    Reader(std::string_view text, RegistryFileHandler& handler) noexcept : m_rest{text}, m_handler{handler} {}
 
     RegistryFileResult Read()
     {
         std::string_view line;
-        m_result.isRegistryFile = m_lines.Next(line) && ReadHeader(line);
+        m_result.isRegistryFile = NextLine(line) && ReadHeader(line);
         if (!m_result.isRegistryFile)
         {
             m_result.problems.push_back({1, "not a registry file", std::string{line}});
             return std::move(m_result);
         }
-        while (m_lines.Next(line))
+        while (NextLine(line))
         {
-            m_firstLine = m_lines.Number();
-            m_firstByte = m_lines.LineStart();
+            const std::size_t number = m_lineNumber;
+            const char* const start = line.data();
             if (const char* const reason = ReadLine(line))
-                Report(reason);
+                Report(number, reason, {start, static_cast<std::size_t>(m_lineEnd - start)});
         }
         return std::move(m_result);
     }
 
 private:
-    // The functions below return why the line has to be skipped, null when it has not.
+    /// Lines end in LF, CRLF, CR or with the text.
+    bool NextLine(std::string_view& line) noexcept
+    {
+        if (m_rest.empty())
+            return false;
+        const auto isEnd = [](char character) { return character == '\n' || character == '\r'; };
+        m_lineEnd = std::find_if(m_rest.data(), m_rest.data() + m_rest.size(), isEnd);
+        line = {m_rest.data(), static_cast<std::size_t>(m_lineEnd - m_rest.data())};
+        m_rest.remove_prefix(line.size());
+        if (!SkipPrefix(m_rest, "\r\n") && !m_rest.empty())
+            m_rest.remove_prefix(1);
+        ++m_lineNumber;
+        return true;
+    }
+
+    // The functions below return why the line has to be skipped; null when it has not.
 
     const char* ReadLine(std::string_view line)
     {
@@ -289,8 +259,8 @@ private:
         }
         if (end == HexListEnd::Malformed)
             return "malformed hexadecimal data";
-        if (IsText(type))
-            FinishText();
+        if (IsText(type) && m_isUnicode)
+            m_data = FromUtf16Le(m_data);
         m_handler.SetValue(m_name, type, m_data);
         return nullptr;
     }
@@ -298,7 +268,7 @@ private:
     /// The next line that is neither blank nor a comment; false at the end of the file.
     bool NextHexLine(std::string_view& line)
     {
-        while (m_lines.Next(line))
+        while (NextLine(line))
         {
             SkipBlanks(line);
             if (!IsCommentOrEmpty(line))
@@ -310,7 +280,7 @@ private:
     /// The line is dropped with the value. Were it a key, the values after it must not go to the key before.
     const char* CheckContinuation(std::string_view line)
     {
-        if (HexDigit(line.front()) >= 0)
+        if (TakeHexNumber(line, 2))
             return nullptr;
         if (line.front() == '[')
         {
@@ -320,50 +290,76 @@ private:
         return "a continuation line without hexadecimal data";
     }
 
-    void FinishText()
-    {
-        if (m_isUnicode)
-            m_data = FromUtf16Le(m_data);
-        if (m_dialect == RegistryFileDialect::Import && !m_data.empty() && m_data.back() != '\0')
-            m_data += '\0';
-    }
-
     bool ReadHeader(std::string_view line) noexcept
     {
         m_isUnicode = line == "Windows Registry Editor Version 5.00";
         return m_isUnicode || line == "REGEDIT4";
     }
 
-    void Report(const char* reason)
+    void Report(std::size_t number, const char* reason, std::string_view lines)
     {
-        const std::string_view lines = m_lines.Text().substr(m_firstByte, m_lines.LineEnd() - m_firstByte);
         if (m_result.problemCount++ < MaxProblems)
         {
-            m_result.problems.push_back({m_firstLine, reason, std::string{lines}});
-            m_result.skipped += "; line " + std::to_string(m_firstLine) + ": " + reason + '\n';
+            m_result.problems.push_back({number, reason, std::string{lines}});
+            m_result.skipped += "; line " + std::to_string(number) + ": " + reason + '\n';
         }
         m_result.skipped.append(lines).append("\n");
     }
 
-    LineReader m_lines;
-    RegistryFileDialect m_dialect;
+    std::string_view m_rest;
+    const char* m_lineEnd = nullptr; // of the last line
+    std::size_t m_lineNumber = 0;    // likewise
     RegistryFileHandler& m_handler;
     RegistryFileResult m_result;
     bool m_isUnicode = false; // hexadecimal text consists of UTF-16 units
     bool m_hasKey = false;
     const char* m_keyProblem = "a value before the first key";
-    std::size_t m_firstLine = 0; // of what is being read, which may have several lines
-    std::size_t m_firstByte = 0;
     std::string m_name;
     std::string m_data;
 };
+
+/// Makes the changes that a file asks for to one root.
+class TreeLoader final : public RegistryFileHandler
+{
+public:
+    TreeLoader(HKEY root, Key& tree) noexcept : m_root{root}, m_tree{tree} {}
+
+    bool BeginKey(HKEY root, std::string_view path) override
+    {
+        if (root == m_root)
+            m_key = &m_tree.Create(path);
+        return root == m_root;
+    }
+    bool DeleteKey(HKEY root, std::string_view path) override
+    {
+        if (root == m_root)
+            m_tree.Delete(path);
+        return root == m_root;
+    }
+    void SetValue(std::string_view name, DWORD type, std::string_view data) override
+    {
+        m_key->SetValue(name, type, data);
+    }
+    void DeleteValue(std::string_view name) override { m_key->DeleteValue(name); }
+
+private:
+    HKEY m_root;
+    Key& m_tree;
+    Key* m_key = nullptr;
+};
 } // namespace
 
-RegistryFileResult ReadRegistryFile(std::string_view content, RegistryFileDialect dialect, RegistryFileHandler& handler)
+RegistryFileResult ReadRegistryFile(std::string_view content, RegistryFileHandler& handler)
 {
     if (SkipPrefix(content, Utf16LeMark))
-        return Reader{FromUtf16Le(content), dialect, handler}.Read();
+        return Reader{FromUtf16Le(content), handler}.Read();
     SkipPrefix(content, Utf8Mark);
-    return Reader{content, dialect, handler}.Read();
+    return Reader{content, handler}.Read();
+}
+
+RegistryFileResult ReadRegistryFile(std::string_view content, HKEY root, Key& tree)
+{
+    TreeLoader loader{root, tree};
+    return ReadRegistryFile(content, loader);
 }
 } // namespace Quenlor::StandIn::Registry

@@ -1,6 +1,8 @@
 #include "registry/RegistryFileWriter.h"
 
 #include <algorithm>
+#include <charconv>
+#include <utf8.h>
 
 #include "registry/RegistryText.h"
 
@@ -9,7 +11,6 @@ namespace Quenlor::StandIn::Registry
 namespace
 {
 constexpr std::size_t LastColumn = 77; // of hexadecimal data, as Windows wraps them
-constexpr char HexDigits[] = "0123456789abcdef";
 
 /// Whether the quoted form gives back the same bytes: one final NUL, no other control character, valid UTF-8.
 bool CanBeQuoted(const Value& value) noexcept
@@ -17,9 +18,8 @@ bool CanBeQuoted(const Value& value) noexcept
     if (value.type != REG_SZ || value.data.empty() || value.data.back() != '\0')
         return false;
     const std::string_view text{value.data.data(), value.data.size() - 1};
-    return std::none_of(text.begin(), text.end(),
-                        [](char character) { return static_cast<unsigned char>(character) < 0x20; }) &&
-           IsValidUtf8(text);
+    const auto isControl = [](char character) { return static_cast<unsigned char>(character) < 0x20; };
+    return std::none_of(text.begin(), text.end(), isControl) && utf8::is_valid(text.begin(), text.end());
 }
 
 class Writer final
@@ -30,12 +30,10 @@ public:
     {
     }
 
-    std::string Write(const Key& key, std::string_view path)
+    std::string Write(const Key& key, std::string path)
     {
-        m_text = "Windows Registry Editor Version 5.00";
-        m_text += m_lineEnd;
-        std::string pathOfKey{path};
-        AppendKey(key, pathOfKey);
+        m_text.append("Windows Registry Editor Version 5.00").append(m_lineEnd);
+        AppendKey(key, path);
         m_text += m_lineEnd;
         return std::move(m_text);
     }
@@ -68,7 +66,10 @@ private:
         if (CanBeQuoted(value))
             AppendQuoted({value.data.data(), value.data.size() - 1});
         else if (value.type == REG_DWORD && value.data.size() == sizeof(DWORD))
-            AppendNumber(value.data);
+        {
+            m_text += "dword:";
+            std::for_each(value.data.rbegin(), value.data.rend(), [this](char byte) { AppendByte(byte); });
+        }
         else
         {
             AppendHexType(value.type);
@@ -89,26 +90,13 @@ private:
         m_text += '"';
     }
 
-    void AppendNumber(std::string_view littleEndian)
-    {
-        m_text += "dword:";
-        for (std::size_t i = littleEndian.size(); i-- > 0;)
-            AppendByte(littleEndian[i]);
-    }
-
     void AppendHexType(DWORD type)
     {
+        char digits[8];
+        const std::string_view number{digits, std::to_chars(digits, digits + sizeof digits, type, 16).ptr};
         m_text += "hex";
         if (type != REG_BINARY)
-        {
-            m_text += '(';
-            int shift = 28;
-            while (shift > 0 && type >> shift == 0)
-                shift -= 4;
-            for (; shift >= 0; shift -= 4)
-                m_text += HexDigits[type >> shift & 0xF];
-            m_text += ')';
-        }
+            m_text.append("(").append(number).append(")");
         m_text += ':';
     }
 
@@ -117,16 +105,11 @@ private:
         for (std::size_t i = 0; i < bytes.size(); ++i)
         {
             if (i != 0)
-            {
                 m_text += ',';
-                ++column;
-                if (column >= LastColumn)
-                {
-                    m_text += '\\';
-                    m_text += m_lineEnd;
-                    m_text += "  ";
-                    column = 2;
-                }
+            if (i != 0 && ++column >= LastColumn)
+            {
+                m_text.append("\\").append(m_lineEnd).append("  ");
+                column = 2;
             }
             AppendByte(bytes[i]);
             column += 2;
@@ -135,8 +118,9 @@ private:
 
     void AppendByte(char byte)
     {
-        m_text += HexDigits[static_cast<unsigned char>(byte) >> 4];
-        m_text += HexDigits[static_cast<unsigned char>(byte) & 0xF];
+        constexpr char digits[] = "0123456789abcdef";
+        m_text += digits[static_cast<unsigned char>(byte) >> 4];
+        m_text += digits[static_cast<unsigned char>(byte) & 0xF];
     }
 
     bool m_isHive;
@@ -147,7 +131,7 @@ private:
 
 std::string WriteRegistryFile(const Key& key, std::string_view path, RegistryFileForm form)
 {
-    const std::string text = Writer{form}.Write(key, path);
+    const std::string text = Writer{form}.Write(key, std::string{path});
     return form == RegistryFileForm::Hive ? text : "\xFF\xFE" + ToUtf16Le(text);
 }
 } // namespace Quenlor::StandIn::Registry

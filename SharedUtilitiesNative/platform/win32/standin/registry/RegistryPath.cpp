@@ -1,6 +1,8 @@
 #include "registry/RegistryPath.h"
 
-#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
 
 #include "posix/CaseFolding.h"
 #include "registry/RegistryText.h"
@@ -9,19 +11,13 @@ namespace Quenlor::StandIn::Registry
 {
 namespace
 {
-struct Root
-{
-    HKEY key;
-    std::string_view name;
-};
+// The first two are Windows' limits. All lengths are in UTF-16 units.
+constexpr std::size_t MaxKeyNameLength = 255;
+constexpr std::size_t MaxValueNameLength = 16383;
+constexpr std::size_t MaxPathLength = 16383; // a key is written with its whole path
+constexpr std::size_t MaxLevels = 512;
 
-const std::array<Root, 3>& Roots() noexcept
-{
-    static const std::array<Root, 3> roots{Root{HKEY_CLASSES_ROOT, "HKEY_CLASSES_ROOT"},
-                                           Root{HKEY_CURRENT_USER, "HKEY_CURRENT_USER"},
-                                           Root{HKEY_LOCAL_MACHINE, "HKEY_LOCAL_MACHINE"}};
-    return roots;
-}
+constexpr std::string_view RootNames[] = {"HKEY_CLASSES_ROOT", "HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE"};
 
 bool IsLegal(std::string_view name, std::size_t maxLength)
 {
@@ -71,21 +67,18 @@ bool IsLegalValueName(std::string_view name)
 
 std::string_view RootName(HKEY root) noexcept
 {
-    for (const Root& candidate : Roots())
-    {
-        if (candidate.key == root)
-            return candidate.name;
-    }
-    return {};
+    // The handles are numbered in the order of the names.
+    const auto number = reinterpret_cast<std::uintptr_t>(root) - reinterpret_cast<std::uintptr_t>(HKEY_CLASSES_ROOT);
+    return number < std::size(RootNames) ? RootNames[number] : std::string_view{};
 }
 
 HKEY RootOfName(std::string_view name)
 {
     const std::string folded = Posix::FoldCase(name);
-    for (const Root& candidate : Roots())
+    for (const HKEY root : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
     {
-        if (candidate.name == folded)
-            return candidate.key;
+        if (RootName(root) == folded)
+            return root;
     }
     return nullptr;
 }
