@@ -26,7 +26,7 @@ std::string Section(int number);
 std::string Key(int number);
 std::string Value(int section, int key);
 
-/// The best of the repetitions, since whatever disturbs one only makes it longer.
+/// The best of the repetitions: a disturbance only makes one longer.
 inline void Add(const std::string& name, auto measure)
 {
     benchmark::RegisterBenchmark(name.c_str(), measure)
@@ -67,7 +67,7 @@ void Ask(benchmark::State& state, const IniShape& shape)
     }
 }
 
-/// Leaves nothing out that a reader puts off while loading.
+/// Includes what a reader puts off while loading.
 template<class File>
 void LoadAndAskForAll(benchmark::State& state, const IniShape& shape)
 {

@@ -18,8 +18,7 @@ inline std::string SettingValue(int number)
     return "value of setting " + std::to_string(number);
 }
 
-/// One store for all repetitions: a process cannot open some kinds twice. On a disk, so that a sync costs what it
-/// costs.
+/// One store for all repetitions, because a process cannot open some kinds twice. On a real disk, for real syncs.
 template<class Store>
 Store& Open(const char* name, int count)
 {
@@ -32,7 +31,7 @@ Store& Open(const char* name, int count)
         std::filesystem::create_directories(folder);
         store = std::make_unique<Store>(folder);
         store->Fill(count);
-        store->Write(SettingName(0), "written by a program"); // as every store is that has been used
+        store->Write(SettingName(0), "written by a program"); // like every store in use
     }
     store->Select();
     return *store;
@@ -61,7 +60,7 @@ void AddWriting(const char* name, int count)
         const std::string setting = SettingName(count / 2);
         for ([[maybe_unused]] const auto iteration : state)
         {
-            static int number = 0; // never the value that is there
+            static int number = 0; // never the current value
             store.Write(setting, SettingValue(++number % 1000));
         }
     });

@@ -1,6 +1,6 @@
-# What is shipped: warnings as everywhere, what OpenSSF's guide for compilers recommends against memory errors, and the
-# same bytes in whatever folder it is built. Not for tests, which run without optimisation.
-option(SHAREDUTILITIES_HARDENED "Harden the libraries and tools; not together with sanitizers" ON)
+# For what is shipped: the usual warnings, what OpenSSF's guide for compilers recommends against memory errors, and
+# the same bytes in every build folder. Not for tests, which run without optimisation.
+option(SHAREDUTILITIES_HARDENED "Harden the libraries and tools; not compatible with sanitizers" ON)
 
 set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
 add_library(SharedUtilitiesShipped INTERFACE)

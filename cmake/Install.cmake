@@ -1,7 +1,7 @@
 # What `cmake --install` puts where: the components Runtime, Development and Tools.
 include(CMakePackageConfigHelpers)
 
-# A folder of our own below the common one, since names like IniReader.h are not ours alone.
+# In our own folder below the common one, because other libraries may have an IniReader.h too.
 set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/SharedUtilitiesNative)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/SharedUtilitiesNative)
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
@@ -46,7 +46,7 @@ install(FILES
         cmake/VersionResource.cmake cmake/version.$<IF:$<BOOL:${WIN32}>,rc,cpp>.in
     DESTINATION ${package_dir} COMPONENT Development)
 
-# For debuggers. gdb looks for what belongs to a library below the folder auto-load, under the library's full path.
+# gdb looks for a library's printers below the folder auto-load, under the library's full path.
 if(MSVC)
     install(FILES cmake/debuggers/Quenlor.natvis
         DESTINATION ${CMAKE_INSTALL_DATADIR}/SharedUtilitiesNative COMPONENT Development)
@@ -59,7 +59,7 @@ elseif(BUILD_SHARED_LIBS AND NOT WIN32)
         RENAME $<TARGET_FILE_NAME:Quenlor5>-gdb.py)" COMPONENT Development)
 endif()
 
-# For pkg-config, which knows nothing of targets, the private libraries of the static form are spelled out.
+# pkg-config does not know targets, so the private libraries of the static form are spelled out.
 set(PC_REQUIRES)
 set(PC_DEFINITIONS)
 set(PC_LIBRARIES -lSharedUtilitiesNative -lQuenlor5)

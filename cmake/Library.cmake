@@ -5,7 +5,7 @@ include(GenerateExportHeader)
 #
 # Makes the library NAME as BUILD_SHARED_LIBS says, and NAMEStatic for tests and tools, which use internals that the
 # shared form does not export. A PUBLIC library of the same kind is linked in the matching form. S is a version script:
-# visibility alone would leave exported what templates of other libraries were compiled to.
+# hidden visibility does not cover instantiated templates of other libraries.
 #
 # On Linux both forms hold the same objects. On Windows code that imports from a DLL differs from code that links
 # statically, so there each source is compiled for both.

@@ -1,5 +1,5 @@
-# THIRD_PARTY_NOTICES, which every package holds: the licences of what is compiled in, as the machine that builds has
-# them. A library without one fails the build.
+# THIRD_PARTY_NOTICES, which is in every package: the licences of what is compiled in, from the machine that builds. A
+# library without one fails the build.
 set(compiled_in fmt:libfmt-dev spdlog:libspdlog-dev pugixml:libpugixml-dev utfcpp:libutfcpp-dev)
 if(SHAREDUTILITIES_BUILD_TOOLS)
     list(APPEND compiled_in cli11:libcli11-dev nlohmann-json:nlohmann-json3-dev)

@@ -1,4 +1,4 @@
-# The one list of warnings, for our own targets alone: it never reaches a consumer.
+# The one list of warnings, only for our own targets: it never reaches a consumer.
 add_library(SharedUtilitiesWarnings INTERFACE)
 if(MSVC)
     # C4251: our exported types hold standard strings; the DLLs and their users share one runtime.

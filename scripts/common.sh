@@ -46,7 +46,7 @@ install_for_windows() {
     require_packages g++-mingw-w64-x86-64-posix googletest wine wine64 wine64-preloader
 }
 
-# quietly LOG COMMAND...: what the command prints goes to a terminal, or else to the log, which is shown if it fails.
+# quietly LOG COMMAND...: shows what the command prints on a terminal; otherwise only if it fails. LOG has it in any case.
 quietly() {
     local log=$1
     shift
@@ -58,7 +58,7 @@ quietly() {
     fi
 }
 
-# configure PRESET: if that has not been done.
+# configure PRESET: unless that has been done.
 configure() {
     [ -f "build/$1/build.ninja" ] || quietly "build/$1.configure.log" cmake --preset "$1" ||
         fail "configuring '$1' failed"
@@ -78,7 +78,7 @@ prepare_libcxx() {
     scripts/build-dependencies libcxx
 }
 
-# What Windows programs are linked with and run in; both are made once.
+# Makes what Windows programs are linked with and run in, once.
 prepare_windows() {
     install_for_windows
     scripts/build-dependencies windows

@@ -1,6 +1,6 @@
 # Makes the tables of docs/where-answers-come-from.md. Reads what `fraxoinfo why` prints, before it a line with
-# "@ WORLD CLASS::OPERATION": the world "bare", where nothing is recorded, says what the answer is then and has the
-# complete chain of places; "sample" adds what is asked only when a place before it holds something, such as files.
+# "@ WORLD CLASS::OPERATION". In the world "bare" nothing is recorded: it has the complete chain of places and the answer
+# without any; "sample" adds what is asked only when an earlier place holds something, such as files.
 
 # literal(TEXT, FROM, TO): TEXT with every FROM that is a whole part of a path, or the start of one, replaced.
 function literal(text, from, to,    result, at, before, after) {

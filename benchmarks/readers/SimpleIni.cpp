@@ -1,5 +1,5 @@
 #define SI_IMPLEMENTATION // the header has all of it
-#define SI_NO_CONVERSION  // narrow files are all we ask for
+#define SI_NO_CONVERSION  // only narrow files are read
 #include <SimpleIni.h>
 
 #include "IniFiles.h"

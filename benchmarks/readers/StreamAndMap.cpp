@@ -14,7 +14,7 @@ std::string Trimmed(const std::string& text)
     return start == std::string::npos ? "" : text.substr(start, text.find_last_not_of(blanks) - start + 1);
 }
 
-/// What one writes in half an hour.
+/// What a programmer writes in half an hour.
 class File
 {
 public:

@@ -46,7 +46,7 @@ public:
         RegistryHelper::SetStringValue(HKEY_CURRENT_USER, m_key, name, value);
     }
 
-    /// As a change by another program does.
+    /// Has the effect of a change by another program.
     void MakeLookChanged() const
     {
         static time_t seconds = 1'000'000'000;

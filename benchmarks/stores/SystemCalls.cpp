@@ -8,7 +8,7 @@ namespace Benchmarks
 {
 namespace
 {
-/// A file as long as that of the registry: a look whether it has changed, and a replacement that is on disk.
+/// A file as long as the registry's: `stat` to see whether it has changed, and a replacement that is on disk.
 class Store
 {
 public:
@@ -39,7 +39,7 @@ public:
         ::fsync(file);
         ::close(file);
         ::rename(temporary.c_str(), m_file.c_str());
-        const int folder = ::open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); // its name as well
+        const int folder = ::open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); // to sync the file's name
         ::fsync(folder);
         ::close(folder);
     }

@@ -1,4 +1,4 @@
-# How gdb shows the strings and paths of the base library. gdb loads this with libQuenlor5 when it is installed in /usr;
+# How gdb shows the strings and paths of the base library. gdb loads this with a libQuenlor5 that is installed in /usr;
 # otherwise type: source <prefix>/share/gdb/auto-load/<prefix>/lib/libQuenlor5.so.VERSION-gdb.py
 import gdb
 import gdb.printing
