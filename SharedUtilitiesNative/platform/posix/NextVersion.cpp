@@ -45,7 +45,7 @@ std::string RandomName()
     // Not std::random_device, which may open a file and throws when it cannot. This fails only where the kernel is
     // older than 3.17; then the name is one that is taken sooner or later, and the caller's O_EXCL finds out.
     std::array<unsigned char, 16> bytes{};
-    static_cast<void>(::getentropy(bytes.data(), bytes.size()));
+    [[maybe_unused]] const int status = ::getentropy(bytes.data(), bytes.size());
     std::string name;
     for (const unsigned char byte : bytes)
         name += static_cast<char>('a' + byte % 26);
