@@ -14,7 +14,8 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// created and existence is not checked, except where a member says so. Without an installation record, results below
 /// the installation root are relative.
 ///
-/// To open a file, ask for the path that this system takes: on Linux the file system knows no backslashes.
+/// To open a file, ask for the path that this system takes. Windows' narrow functions take the ANSI code page, not
+/// UTF-8, and Linux has no backslashes.
 /// ```cpp
 /// const Utf8String page = DirectoryConfig::GetHelpDirectory() + "index.html";
 /// std::ifstream file{ToNativePath(page)}; // not page.c_str()

@@ -20,7 +20,7 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// Nothing here throws for an ordinary failure. Any thread may call.
 /// ```cpp
 /// const Utf8String offices = LanguageHelper::GetCurrentLanguageDirectory() + "Offices.xml";
-/// std::ifstream file{ToNativePath(offices)}; // not offices.c_str(): on Linux the file system knows no backslashes
+/// std::ifstream file{ToNativePath(offices)}; // not c_str(): Windows takes no UTF-8 there, Linux no backslashes
 /// ```
 class SHAREDUTILITIES_EXPORT LanguageHelper final
 {

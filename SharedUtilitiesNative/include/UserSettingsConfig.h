@@ -28,7 +28,7 @@ struct PlexoraExplorerVersion
 /// UserSettingsConfig::SetApplicationTheme("Dark");
 /// const Utf8String theme = UserSettingsConfig::GetApplicationTheme();
 /// ```
-/// What names a file or folder is opened with ToNativePath(path): on Linux the file system knows no backslashes.
+/// Open files with ToNativePath(path): Windows' narrow functions do not take UTF-8, and Linux has no backslashes.
 ///
 /// Nothing here throws for an ordinary failure, and every call asks anew. No shared state: any thread may call; of two
 /// writers the last wins.

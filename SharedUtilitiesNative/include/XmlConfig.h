@@ -12,7 +12,7 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// ```cpp
 /// const Utf8String path = XmlConfig::GetMRUListFilePath();
 /// if (QnFileName::DoesPathExist(QnFileName{path}.GetName()))
-///     std::ifstream file{ToNativePath(path)}; // not path.c_str(): on Linux the file system knows no backslashes
+///     std::ifstream file{ToNativePath(path)}; // not path.c_str(): Windows takes no UTF-8 there, Linux no backslashes
 /// ```
 ///
 /// Results are UTF-8 paths. The two members that say "copied from" provide the user's file as IniConfig's do; the

@@ -29,7 +29,7 @@ namespace Quenlor
 /// ```cpp
 /// const Utf8String path = DirectoryConfig::GetHelpDirectory() + "index.html";
 /// if (path.empty() || path == "index.html") return;
-/// std::ifstream page{ToNativePath(path)}; // not path.c_str(): on Linux the file system knows no backslashes
+/// std::ifstream page{ToNativePath(path)}; // not path.c_str(): Windows takes no UTF-8 there, Linux no backslashes
 /// ```
 class QUENLOR_EXPORT Utf8String final
 {
