@@ -170,27 +170,20 @@ extern "C"
 {
 ssize_t read(int file, void* data, std::size_t length) { return AttemptTransfer<&read>("read", file, data, length); }
 ssize_t write(int file, const void* data, std::size_t length) { return AttemptTransfer<&write>("write", file, data, length); }
-ssize_t pread(int file, void* data, std::size_t length, off_t at) { return AttemptTransfer<&pread>("pread", file, data, length, at); }
-ssize_t pwrite(int file, const void* data, std::size_t length, off_t at) { return AttemptTransfer<&pwrite>("pwrite", file, data, length, at); }
 
 int access(const char* path, int mode) noexcept { return Attempt<&access>("access", path, mode); }
-int chmod(const char* path, mode_t mode) noexcept { return Attempt<&chmod>("chmod", path, mode); }
 int faccessat(int folder, const char* path, int mode, int flags) noexcept { return Attempt<&faccessat>("faccessat", folder, path, mode, flags); }
 int fchmod(int file, mode_t mode) noexcept { return Attempt<&fchmod>("fchmod", file, mode); }
 int fchown(int file, uid_t user, gid_t group) noexcept { return Attempt<&fchown>("fchown", file, user, group); }
 int flock(int file, int operation) noexcept { return Attempt<&flock>("flock", file, operation); }
 int fstat(int file, struct stat* status) noexcept { return Attempt<&fstat>("fstat", file, status); }
 int futimens(int file, const struct timespec* times) noexcept { return Attempt<&futimens>("futimens", file, times); }
-int getentropy(void* data, std::size_t length) { return Attempt<&getentropy>("getentropy", data, length); }
-int link(const char* from, const char* to) noexcept { return Attempt<&link>("link", from, to); }
-int linkat(int first, const char* from, int second, const char* to, int flags) noexcept { return Attempt<&linkat>("linkat", first, from, second, to, flags); }
-int lstat(const char* path, struct stat* status) noexcept { return Attempt<&lstat>("lstat", path, status); }
 int mkdir(const char* path, mode_t mode) noexcept { return Attempt<&mkdir>("mkdir", path, mode); }
-int mkostemp(char* path, int flags) { return Attempt<&mkostemp>("mkostemp", path, flags); }
+int getentropy(void* data, std::size_t length) { return Attempt<&getentropy>("getentropy", data, length); }
+int linkat(int first, const char* from, int second, const char* to, int flags) noexcept { return Attempt<&linkat>("linkat", first, from, second, to, flags); }
 DIR* opendir(const char* path) { return Attempt<&opendir>("opendir", path); }
 struct dirent* readdir(DIR* folder) { return Attempt<&readdir>("readdir", folder); }
 ssize_t readlink(const char* path, char* target, std::size_t length) noexcept { return Attempt<&readlink>("readlink", path, target, length); }
-int rename(const char* from, const char* to) noexcept { return Attempt<&rename>("rename", from, to); }
 int renameat2(int first, const char* from, int second, const char* to, unsigned flags) noexcept { return Attempt<&renameat2>("renameat2", first, from, second, to, flags); }
 int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept { return Attempt<&fstatat>("fstatat", folder, path, status, flags); }
 int mkdirat(int folder, const char* path, mode_t mode) noexcept { return Attempt<&mkdirat>("mkdirat", folder, path, mode); }

@@ -7,26 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "RegistryHelper.h"
-#include "registry/Hive.h"
-#include "registry/Hives.h"
-#include "registry/RegistryFileWriter.h"
-#include "reliability/Attacks.h"
-#include "reliability/FailingCalls.h"
-#include "reliability/Place.h"
-#include "support/Files.h"
+#include "reliability/DiskTest.h"
 
-// What a power failure may leave of a write or a copy is laid out in a folder, and the library has to make do with it.
-// docs/reliability.md has the model of the disk.
+// What a power failure may leave of a write or a copy is laid out in a folder, and the library has to work with it.
+// docs/reliability.md describes the model of the disk.
 
 namespace
 {
-using namespace Quenlor::StandIn::Registry;
 using FailingCalls::Change;
 using Image = std::map<fs::path, std::optional<std::string>>; ///< Files with their text, and folders.
 using Choice = std::function<std::size_t(std::size_t)>;       ///< Picks one of so many ways.
-
-constexpr char Reported[] = "report"; ///< In a record: a step has reported success.
 
 /// Everything that a disk may hold when the power fails.
 class Disk
@@ -57,7 +47,7 @@ public:
             Name(path, isNew ? Add("") : Add({}));
         if (isNew || change.call == "open")
             m_open[change.file] = (change.flags & O_TMPFILE) == O_TMPFILE ? Add("") : Newest(path);
-        return change.call != Reported && (change.call != "open" || isNew);
+        return change.call != "report" && (change.call != "open" || isNew);
     }
 
     Image After(const Choice& choose) const
@@ -156,88 +146,10 @@ std::vector<Image> StatesOf(const Disk& disk)
     return states;
 }
 
-struct Operation
-{
-    std::string name;
-    fs::path Place::*target;
-    const char* before; ///< What is in the target; null when not even its folder is there.
-    std::vector<bool (*)(const Place&)> steps;
-    bool hasUnnamedFiles = true;
-};
-
-bool Import(const Place&)
-{
-    const auto import = [](Key& hive)
-    {
-        ReadRegistryFile("REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"t\"=\"" + std::string(1'500, 't') + "\"\n",
-                         HKEY_CURRENT_USER, hive);
-        return ERROR_SUCCESS;
-    };
-    return ChangeHive(HKEY_CURRENT_USER, import) == ERROR_SUCCESS;
-}
-
-bool SetNumber(const Place&)
-{
-    using namespace Quenlor::Fraxo::SharedUtilities::Native;
-    return RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Key", "n", 22);
-}
-
-constexpr char MalformedLine[] = "\"n\"=dword:x\n";
-const std::string MalformedHive = std::string{"REGEDIT4\n\n[HKEY_CURRENT_USER\\Key]\n\"a\"=\"b\"\n"} + MalformedLine;
-const Operation Operations[] = {
-    {"ANewHive", &Place::hive, nullptr, {Import, SetNumber}},
-    {"AMalformedHive", &Place::hive, MalformedHive.c_str(), {SetNumber, Import}},
-    {"ACopyInANewFolder", &Place::copy, nullptr, {Provided}},
-    {"ACopyThatNeedsAName", &Place::copy, nullptr, {Provided}, false},
-    {"ACopyInPlaceOfAnother", &Place::copy, "old", {CopyOver}},
-};
-
-class PowerFailureTest : public ::testing::TestWithParam<Operation>
+class PowerFailureTest : public DiskTest
 {
 protected:
-    PowerFailureTest() { WriteFile(m_place.installed, std::string(3'000, 'd')); }
-
-    bool IsHive() const { return GetParam().target == &Place::hive; }
-
-    /// What the library makes of the files.
-    std::string View() const
-    {
-        if (!IsHive())
-            return exists(m_place.copy) ? ReadFile(m_place.copy) : "none";
-        Hive hive{HKEY_CURRENT_USER, m_place.hive};
-        std::string view = std::to_string(hive.Refresh());
-        view += std::to_string(hive.Problems().size()) + '\n';
-        if ((ReadFile(m_place.hive) + ReadFile(m_place.skipped)).find(MalformedLine) != std::string::npos)
-            view += MalformedLine;
-        return view + WriteRegistryFile(hive.Root(), "HKEY_CURRENT_USER", RegistryFileForm::Hive);
-    }
-
-    /// Makes the first steps from the start.
-    void Record(std::size_t steps)
-    {
-        fs::remove_all(m_place.user);
-        if (GetParam().before)
-            WriteFile(m_place.*GetParam().target, GetParam().before);
-        m_start.emplace(m_place.machine.Root());
-        m_record.clear();
-        m_views = {View()};
-        for (std::size_t i = 0; i < steps; ++i)
-            EXPECT_TRUE(Run(i, {}));
-    }
-
-    bool Run(std::size_t step, FailingCalls::Plan plan)
-    {
-        plan.hasUnnamedFiles = GetParam().hasUnnamedFiles;
-        plan.record = &m_record;
-        FailingCalls::Begin(plan);
-        const bool success = GetParam().steps[step](m_place);
-        m_calls = FailingCalls::End().size();
-        m_views.resize(step + 1);
-        m_views.push_back(View());
-        if (success)
-            m_record.push_back({Reported});
-        return success;
-    }
+    PowerFailureTest() : DiskTest{3'000} {}
 
     /// Lets the library open what is on the disk. @return what is wrong with it
     std::string FaultOf(const Image& image, std::size_t reported)
@@ -256,15 +168,17 @@ protected:
         if (std::find(first, last, view) == last)
             return std::find(m_views.begin(), first, view) == first ? "torn" : "lost";
         AgeTemporaryFiles(m_place.copy.parent_path());
-        if (!(IsHive() ? IsWritten() : Provided(m_place) && (view == "none" || View() == view) && CopyOver(m_place)))
+        if (!(IsHive() ? IsWritten() : Provide(m_place) && (view == "none" || View() == view) && CopyOver(m_place)))
             return "no more writes";
-        const bool isClean = TemporaryFiles((m_place.*GetParam().target).parent_path()).empty();
-        return isClean && View().substr(2) == (IsHive() ? view : m_views.back()).substr(2) ? "" : "not as it was";
+        const bool isClean = TemporaryFiles(Target().parent_path()).empty();
+        const std::string expected = IsHive() ? view.substr(2) : ReadFile(m_place.installed).substr(2);
+        return isClean && View().substr(2) == expected ? "" : "not as it was";
     }
 
     /// Another program sees it at once.
     bool IsWritten()
     {
+        using namespace Quenlor::StandIn::Registry;
         Hive reader{HKEY_CURRENT_USER, m_place.hive}, writer{HKEY_CURRENT_USER, m_place.hive};
         const auto set = [](Key& root) { return root.SetValue("next", REG_SZ, ""), ERROR_SUCCESS; };
         const auto remove = [](Key& root) { return root.DeleteValue("next") ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; };
@@ -277,7 +191,7 @@ protected:
     std::string FaultOf(const std::vector<Change>& record, std::size_t first = 0)
     {
         FailingCalls::Begin({});
-        Disk disk = *m_start;
+        Disk disk = m_start;
         std::set<Image> tried;
         std::size_t reported = 0;
         for (std::size_t i = 0; i < record.size(); ++i)
@@ -300,22 +214,19 @@ protected:
         return "";
     }
 
-    Place m_place;
-    std::optional<Disk> m_start;
-    std::vector<Change> m_record;
-    std::vector<std::string> m_views; ///< Before the first step, after it, and so on.
-    std::size_t m_calls = 0, m_states = 0;
+    const Disk m_start{m_place.machine.Root()};
+    std::size_t m_states = 0;
 };
 
 TEST_P(PowerFailureTest, LosesNothing)
 {
-    Record(GetParam().steps.size());
+    MakeSteps(Steps());
     const std::vector<Change> record = m_record;
     EXPECT_EQ(FaultOf(record), "");
 
     // No sync is idle, and the model finds what is wrong: each is left out, and made after the renaming that follows.
     std::size_t mutations = 0, missed = 0;
-    Disk disk = *m_start;
+    Disk disk = m_start;
     const auto isRenaming = [](const Change& change)
     { return change.call.starts_with("rename") || change.call.starts_with("link"); };
     for (auto sync = record.begin(); sync != record.end(); ++sync)
@@ -338,14 +249,15 @@ TEST_P(PowerFailureTest, LosesNothing)
     }
 
     // From one call on all fail; the step is made again, and the power fails.
-    for (std::size_t step = 0; step < GetParam().steps.size(); ++step)
+    for (std::size_t step = 0; step < Steps(); ++step)
     {
-        Record(step + 1);
-        for (std::size_t call = m_calls; call > 0 && !HasFailure(); --call)
+        MakeSteps(step + 1);
+        for (std::size_t call = m_calls.size(); call > 0 && !HasFailure(); --call)
         {
-            Record(step);
-            EXPECT_TRUE(Run(step, {call, true, EIO}) || Run(step, {}));
-            EXPECT_EQ(FaultOf(m_record, m_record.size() - 1), "") << "call " << call << " failed";
+            MakeSteps(step);
+            EXPECT_TRUE(MakeStep(step, {call, true, EIO}) || MakeStep(step, {}));
+            const std::vector<Change> changes = m_record;
+            EXPECT_EQ(FaultOf(changes, changes.size() - 1), "") << "call " << call << " failed";
         }
     }
     Conclude("power failure, " + GetParam().name,

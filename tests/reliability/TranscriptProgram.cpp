@@ -1,9 +1,10 @@
-#include <algorithm>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <numeric>
 #include <random>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -26,7 +27,8 @@
 // and what the calls before it have stored.
 //
 // Left out, because the systems differ there and say so: the order of keys and values in a list, names beyond ASCII
-// (which Windows reads in its code page), paths that begin with one separator (absolute on Linux), and null arguments.
+// (which Windows reads in its code page), paths that begin with a separator and name no server (absolute on Linux), and
+// null arguments.
 
 namespace
 {
@@ -36,36 +38,15 @@ namespace fs = std::filesystem;
 
 std::string Shown(std::string_view text)
 {
-    constexpr char digits[] = "0123456789abcdef";
     std::string shown = "\"";
     for (const char character : text)
     {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte >= ' ' && byte < 0x7F && character != '\\' && character != '"')
+        if (character >= ' ' && character < 0x7F && character != '\\' && character != '"')
             shown += character;
         else
-            shown.append("\\").append(1, digits[byte >> 4]).append(1, digits[byte & 0xF]);
+            shown += '\\' + std::to_string(static_cast<unsigned char>(character)) + ';';
     }
     return shown + '"';
-}
-std::string Shown(const std::string& text)
-{
-    return Shown(std::string_view{text});
-}
-std::string Shown(const Utf8String& text)
-{
-    return Shown(std::string_view{text.c_str(), text.length()});
-}
-std::string Shown(const WString& text)
-{
-    Utf8String utf8;
-    QnStringUtilities::WCharToUtf8(utf8, text.c_str());
-    return Shown(utf8);
-}
-template<typename Number>
-requires std::is_arithmetic_v<Number> std::string Shown(Number number)
-{
-    return std::to_string(number);
 }
 
 /// One call: what it is made of, and what came of it.
@@ -90,26 +71,42 @@ public:
         return text;
     }
 
+    /// Words as they are, everything else as it can be compared.
     template<typename... Parts>
     void Say(const Parts&... parts)
     {
-        ((m_text += ' ' + Shown(parts)), ...);
-    }
-    void Name(const char* name) { m_text += name; }
-    void Answer() { m_text += " ->"; }
-    template<typename... Answers>
-    void Ask(const char* what, const Answers&... answers)
-    {
-        Name(what);
-        Answer();
-        Say(answers...);
+        (Add(parts), ...);
     }
     const std::string& Text() const { return m_text; }
 
 private:
+    template<typename Part>
+    void Add(const Part& part)
+    {
+        m_text += ' ';
+        if constexpr (std::is_convertible_v<Part, const char*>)
+            m_text += part;
+        else if constexpr (std::is_arithmetic_v<Part>)
+            m_text += std::to_string(part);
+        else if constexpr (std::is_same_v<Part, WString>)
+        {
+            Utf8String utf8;
+            QnStringUtilities::WCharToUtf8(utf8, part.c_str());
+            m_text += Shown(utf8.ToStdString());
+        }
+        else
+            m_text += Shown({part.data(), part.length()});
+    }
+
     std::mt19937 m_random;
     std::string m_text;
 };
+
+/// Makes one of several calls.
+void MakeOneOf(Call& call, const std::vector<std::function<void()>>& calls)
+{
+    calls[call.Below(calls.size())]();
+}
 
 /// What the calls store.
 struct World
@@ -119,21 +116,11 @@ struct World
     HKEY handles[4] = {};
 };
 
-// ---- registry -------------------------------------------------------------------------------------------------------
-
 constexpr const char* KeyNames[] = {"Key", "KEY", "Key\\Sub",   "key\\sub\\", "Other key", "Key\\Sub\\Deep", "a/b", "]",
                                     "%x%", "\"",  "Key\\\\Sub", "\\Key",      "."};
 constexpr const char* ValueNames[] = {"", "Name", "NAME", "a\\b", " blank ", "=", "\"quoted\"", "@", "Other"};
 constexpr const char* Bytes[] = {"",    "1",   "12",   "-7",          "text", "\xC3\xA9",
                                  "%x%", " 3x", "0x10", "99999999999", "\n",   "\x1B"};
-
-std::string DataOf(Call& call)
-{
-    std::string data = call.SomeOf(Bytes, 3);
-    for (std::size_t i = call.Below(3); i > 0; --i)
-        data += '\0';
-    return data;
-}
 
 void UseHelper(Call& call, World&)
 {
@@ -143,36 +130,28 @@ void UseHelper(Call& call, World&)
     const std::string text = call.SomeOf(Bytes, 2);
     const HKEY root = HKEY_CURRENT_USER;
     call.Say(key, name, number, text);
-    switch (call.Below(9))
-    {
-    case 0:
-        return call.Ask(" exists", R::CheckIfKeyExists(root, key));
-    case 1:
-        return call.Ask(" text", R::GetStringValue(root, key, name, "none"));
-    case 2:
-        return call.Ask(" expanded", R::GetExpandedStringValue(root, key, name, "none"));
-    case 3:
-        return call.Ask(" flag", R::GetBoolValue(root, key, name, true));
-    case 4:
-        return call.Ask(" set text", R::SetStringValue(root, key, name, text));
-    case 5:
-        return call.Ask(" set flag", R::SetBoolValue(root, key, name, number > 0));
-    case 6:
-        return call.Ask(" set number", R::SetIntValue(root, key, name, number));
-    default:
-        return call.Ask(" number", R::GetIntValue(root, key, name, -1));
-    }
+    const auto getNumber = [&] { call.Say("number", R::GetIntValue(root, key, name, -1)); };
+    MakeOneOf(call, {[&] { call.Say("exists", R::CheckIfKeyExists(root, key)); },
+                     [&] { call.Say("text", R::GetStringValue(root, key, name, "none")); },
+                     [&] { call.Say("expanded", R::GetExpandedStringValue(root, key, name, "none")); },
+                     [&] { call.Say("flag", R::GetBoolValue(root, key, name, true)); },
+                     [&] { call.Say("set text", R::SetStringValue(root, key, name, text)); },
+                     [&] { call.Say("set flag", R::SetBoolValue(root, key, name, number > 0)); },
+                     [&] { call.Say("set number", R::SetIntValue(root, key, name, number)); }, getNumber, getNumber});
 }
 
-template<typename Next>
-void List(Call& call, const char* what, Next next)
+template<auto Enumerate>
+void List(Call& call, HKEY key)
 {
-    std::vector<std::string> found;
+    std::set<std::string> found;
     char name[300];
-    for (DWORD index = 0, size = sizeof name; next(index, name, &size) == ERROR_SUCCESS; ++index, size = sizeof name)
-        found.emplace_back(name, size);
-    std::sort(found.begin(), found.end());
-    call.Ask(what);
+    DWORD size = sizeof name;
+    for (DWORD i = 0; Enumerate(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS; ++i)
+    {
+        found.emplace(name, size);
+        size = sizeof name;
+    }
+    call.Say("list");
     for (const std::string& item : found)
         call.Say(item);
 }
@@ -182,58 +161,47 @@ void UseHandle(Call& call, World& world)
     constexpr DWORD types[] = {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD, 5, 77};
     constexpr REGSAM rights[] = {KEY_READ, KEY_WRITE, KEY_ALL_ACCESS, KEY_QUERY_VALUE};
     const std::size_t slot = call.Below(4), target = call.Below(4);
-    const std::string path = call.OneOf(KeyNames), name = call.OneOf(ValueNames), data = DataOf(call);
+    const std::string path = call.OneOf(KeyNames), name = call.OneOf(ValueNames);
+    const std::string data = call.SomeOf(Bytes, 3) + std::string(call.Below(3), '\0');
     const REGSAM access = rights[call.Below(4)];
     DWORD type = types[call.Below(std::size(types))], disposition = 0;
     char buffer[16] = "";
     auto size = static_cast<DWORD>(call.Below(sizeof buffer + 1));
-    auto* const bytes = reinterpret_cast<BYTE*>(buffer);
-    HKEY key = world.handles[slot], result = nullptr;
-    const auto keep = [&]
-    {
-        if (result)
-            ::RegCloseKey(std::exchange(world.handles[target], result));
-    };
+    const HKEY key = world.handles[slot];
+    HKEY result = nullptr;
     call.Say(slot, target, path, name, access, type, size, data);
-    LSTATUS status = ERROR_SUCCESS;
-    switch (key ? call.Below(10) : 10)
+    if (!key)
     {
-    case 0:
-        status = ::RegCreateKeyExA(key, path.c_str(), 0, nullptr, 0, access, nullptr, &result, &disposition);
-        call.Ask(" create", status, result ? disposition : 0);
-        return keep();
-    case 1:
-        call.Ask(" open", ::RegOpenKeyExA(key, path.c_str(), 0, access, &result));
-        return keep();
-    case 2:
-        status = ::RegQueryValueExA(key, name.c_str(), nullptr, &type, bytes, &size);
-        call.Ask(" query", status);
+        call.Say("top", ::RegCreateKeyExA(HKEY_CURRENT_USER, "Transcript", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                                          &world.handles[slot], nullptr));
+        return;
+    }
+    const auto create = [&]
+    {
+        call.Say("create", ::RegCreateKeyExA(key, path.c_str(), 0, nullptr, 0, access, nullptr, &result, &disposition));
+        call.Say(result ? disposition : 0);
+    };
+    const auto query = [&]
+    {
+        const LSTATUS status =
+            ::RegQueryValueExA(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer), &size);
+        call.Say("query", status);
         if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA)
             call.Say(type, size, std::string_view{buffer, status == ERROR_SUCCESS ? size : 0});
-        return;
-    case 3:
-        return call.Ask(" delete value", ::RegDeleteValueA(key, name.c_str()));
-    case 4:
-        return call.Ask(" delete tree", ::RegDeleteTreeA(key, path.c_str()));
-    case 5:
-        return List(call, " keys",
-                    [&](DWORD index, char* text, DWORD* length)
-                    { return ::RegEnumKeyExA(key, index, text, length, nullptr, nullptr, nullptr, nullptr); });
-    case 6:
-        return List(call, " values",
-                    [&](DWORD index, char* text, DWORD* length)
-                    { return ::RegEnumValueA(key, index, text, length, nullptr, nullptr, nullptr, nullptr); });
-    case 10:
-        return call.Ask(" top", ::RegCreateKeyExA(HKEY_CURRENT_USER, "Transcript", 0, nullptr, 0, KEY_ALL_ACCESS,
-                                                  nullptr, &world.handles[slot], nullptr));
-    default:
-        return call.Ask(" set",
-                        ::RegSetValueExA(key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.c_str()),
-                                         static_cast<DWORD>(data.size())));
-    }
+    };
+    const auto set = [&]
+    {
+        const auto* const bytes = reinterpret_cast<const BYTE*>(data.c_str());
+        call.Say("set", ::RegSetValueExA(key, name.c_str(), 0, type, bytes, static_cast<DWORD>(data.size())));
+    };
+    MakeOneOf(call,
+              {create, [&] { call.Say("open", ::RegOpenKeyExA(key, path.c_str(), 0, access, &result)); }, query,
+               [&] { call.Say("delete value", ::RegDeleteValueA(key, name.c_str())); },
+               [&] { call.Say("delete tree", ::RegDeleteTreeA(key, path.c_str())); },
+               [&] { List<&::RegEnumKeyExA>(call, key); }, [&] { List<&::RegEnumValueA>(call, key); }, set, set, set});
+    if (result)
+        ::RegCloseKey(std::exchange(world.handles[target], result));
 }
-
-// ---- texts ----------------------------------------------------------------------------------------------------------
 
 void ReadIni(Call& call, World& world)
 {
@@ -244,9 +212,7 @@ void ReadIni(Call& call, World& world)
     constexpr const char* names[] = {"A", "a", "B", "", "k", "K", "1"};
     const std::string text = call.SomeOf(pieces, 25), section = call.OneOf(names), key = call.OneOf(names);
     const bool isWhole = call.Below(2) != 0;
-    call.Name(isWhole ? " file" : " section");
-    call.Say(text, section, key);
-    call.Answer();
+    call.Say(isWhole ? "file" : "section", text, section, key, "->");
     const fs::path file = world.root + "t.ini";
     WriteFile(file, text);
     IniReader reader;
@@ -259,21 +225,18 @@ void ReadIni(Call& call, World& world)
     call.Say(reader.GetKeyValuePairListBySection(section, pairs));
     for (const IniKeyValue& pair : pairs)
         call.Say(pair.Key, pair.Value);
-    call.Say(reader.GetStringValue(section, key, "none"));
-    call.Say(reader.GetBoolValue(section, key, true));
-    call.Say(reader.GetIntegerValue(section, key, 7));
-    call.Say(reader.GetFloatValue(section, key, 7));
+    call.Say(reader.GetStringValue(section, key, "none"), reader.GetBoolValue(section, key, true));
+    call.Say(reader.GetIntegerValue(section, key, 7), reader.GetFloatValue(section, key, 7));
 }
 
 void ConvertPath(Call& call, World&)
 {
     constexpr const char* starts[] = {"", "C:", "c:\\", "C:/", "\\\\server\\share", "\\\\server", "\\\\?\\C:\\", "x"};
     constexpr const char* pieces[] = {"\\", "/", ".", "..", "a", "B.c", "\\..\\", " ", ".d", "\xC3\x89"};
-    const std::string text = call.OneOf(starts) + call.SomeOf(pieces, 7), more = call.SomeOf(pieces, 2);
-    call.Say(text, more);
-    call.Answer();
-    if ((text.starts_with('\\') || text.starts_with('/')) && !text.starts_with("\\\\"))
-        return call.Name(" left out");
+    const std::string start = call.OneOf(starts), text = start + call.SomeOf(pieces, 7), more = call.SomeOf(pieces, 2);
+    call.Say(text, more, "->");
+    if (start.empty() && (text.starts_with('\\') || text.starts_with('/')))
+        return call.Say("left out");
     QnFileName path;
     path.SetNameUtf8(text.c_str());
     const std::wstring wide = path.GetName();
@@ -294,8 +257,7 @@ void ConvertText(Call& call, World&)
                                       "x", ",",  "\xC3\xA9", "\xFF", "0x", "e9", "\t"};
     std::string text = call.SomeOf(pieces, 6), copy = text;
     const std::string other = call.SomeOf(pieces, 6);
-    call.Say(text, other);
-    call.Answer();
+    call.Say(text, other, "->");
     WString wide;
     call.Say(static_cast<int>(QnStringUtilities::Utf8ToWChar(wide, text.c_str())), wide);
     call.Say(QnStringUtilities::Wtoi(wide.c_str()), VersionConfig::CompareVersions(text, other));
@@ -306,8 +268,6 @@ void ConvertText(Call& call, World&)
     call.Say(FormatFloatToString(static_cast<float>(call.Below(100'000)) / 64, static_cast<int>(call.Below(5))));
     call.Say(TrimString(copy, other), LeftOf(text, call.Below(5)), RightOf(text, call.Below(5)));
 }
-
-// ---- files ----------------------------------------------------------------------------------------------------------
 
 void PutInState(Call& call, const fs::path& path)
 {
@@ -329,17 +289,8 @@ void ProvideFile(Call& call, World& world)
     else
         PutInState(call, folder / "Own.ini");
     const auto origin = static_cast<UserFile::Origin>(call.Below(2));
-    call.Answer();
-    try
-    {
-        Provide({(folder / "Own.ini").string(), installed.string(), origin});
-        call.Name(" provided");
-    }
-    catch (const std::exception& failure)
-    {
-        call.Say(std::string_view{failure.what()});
-    }
-    call.Say(fs::is_directory(folder), fs::is_directory(folder / "Own.ini"), ReadFile(folder / "Own.ini"));
+    call.Say("->", Provide({(folder / "Own.ini").string(), installed.string(), origin}).length() != 0,
+             ReadFile(folder / "Own.ini"));
 }
 
 void AskForFeature(Call& call, World& world)
@@ -349,19 +300,11 @@ void AskForFeature(Call& call, World& world)
     const std::string name = call.OneOf(flags), value = call.OneOf(values);
     const auto id = static_cast<int>(call.Below(8)) - 1;
     world.machine.SetEnvironment(name, value);
-    call.Say(name, value, id);
-    call.Answer();
-    call.Say(DevFeaturesConfig::IsDevFeatureEnabled(static_cast<DevFeatureId>(id)));
+    call.Say(name, value, id, "->", DevFeaturesConfig::IsDevFeatureEnabled(static_cast<DevFeatureId>(id)));
 }
 
-struct Kind
-{
-    const char* name;
-    void (*make)(Call& call, World& world);
-};
-constexpr Kind Kinds[] = {{"registry", UseHelper}, {"handle", UseHandle},     {"handle", UseHandle},
-                          {"ini", ReadIni},        {"path", ConvertPath},     {"text", ConvertText},
-                          {"copy", ProvideFile},   {"feature", AskForFeature}};
+constexpr void (*Kinds[])(Call& call, World& world) = {UseHelper,   UseHandle,   UseHandle,   ReadIni,
+                                                       ConvertPath, ConvertText, ProvideFile, AskForFeature};
 } // namespace
 
 int main(int argc, char** argv)
@@ -376,16 +319,13 @@ int main(int argc, char** argv)
     for (const unsigned number : numbers)
     {
         Call call{seed, number};
-        const Kind& kind = Kinds[call.Below(std::size(Kinds))];
-        call.Name(kind.name);
         try
         {
-            kind.make(call, world);
+            Kinds[call.Below(std::size(Kinds))](call, world);
         }
         catch (const std::exception& failure)
         {
-            call.Name(" throws");
-            call.Say(std::string_view{failure.what()});
+            call.Say("throws", std::string_view{failure.what()});
         }
         std::cout << number << ": " << call.Text() << '\n';
     }

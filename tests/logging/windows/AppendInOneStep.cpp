@@ -1,8 +1,8 @@
 #include <Platform/Win32.h>
 
-// Wine appends in two steps: it asks for the size of the file and writes there. Two programs that log at the same moment
-// then overwrite each other's record (docs/reliability.md shows this without the library). In LoggerProgram, Wine's
-// WriteFile is called by one program at a time, so that everything else can be tested under Wine.
+// Wine appends in two steps: it asks for the size of the file and writes there. Two programs that log at the same
+// moment then overwrite each other's record (docs/reliability.md shows this without the library). In LoggerProgram,
+// Wine's WriteFile is called by one program at a time, so that everything else can be tested under Wine.
 
 namespace
 {
@@ -22,5 +22,5 @@ BOOL WINAPI WriteInOneStep(HANDLE file, LPCVOID data, DWORD size, LPDWORD writte
 /// What calls of WriteFile go through in this program: the linker takes it instead of that of kernel32.
 extern "C"
 {
-decltype(&::WriteFile) __imp_WriteFile = WriteInOneStep;
+    decltype(&::WriteFile) __imp_WriteFile = WriteInOneStep;
 }
