@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// A program that runs beside the test, until it ends or is killed. Written once per system.
+/// A program that runs beside the test. Written once per system.
 class ChildProcess final
 {
 public:

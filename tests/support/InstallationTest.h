@@ -9,7 +9,7 @@
 #include "support/Release.h"
 #include "support/ScratchMachine.h"
 
-/// The three folders in which everything lies, spelled as the library spells them.
+/// The three folders of an installation, spelled as the library spells them.
 struct Bases
 {
     std::string root;

@@ -2,6 +2,6 @@
 
 #include <string_view>
 
-/// Why the running test, or one row of its table, cannot hold on this very system, which answers differently from
-/// Windows there; null where it must hold. Only for what rests on the system's own functions.
+/// Why the running test, or one row of its table, cannot hold on this system, whose own functions differ from those of
+/// Windows; null where it must hold.
 const char* KnownDifference(std::string_view row = {});

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <unistd.h>
 
-/// Gives up the rights of root, which no permission holds back, for its life.
+/// While it exists, root has no more rights than other users.
 class OrdinaryUser final
 {
 public:

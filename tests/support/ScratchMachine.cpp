@@ -1,7 +1,9 @@
 #include "support/ScratchMachine.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <system_error>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -30,17 +32,26 @@ std::string Utf8(const std::filesystem::path& path)
 ScratchMachine::ScratchMachine(ClassesRoot classes) : m_classes{classes}
 {
     static int count = 0;
-    const std::string name = std::to_string(ProcessNumber()) + "-" + std::to_string(++count);
+    const std::string name = std::to_string(::GetCurrentProcessId()) + "-" + std::to_string(++count);
     m_root = std::filesystem::temp_directory_path() / ("Scratch Machine " + name);
     std::filesystem::remove_all(m_root); // of a crashed process with the same number
     std::filesystem::create_directory(m_root);
 
-    for (const std::string& variable : EnvironmentNames())
+    std::vector<std::string> variables; // which change while they are removed
+    for (char** variable = Environment(); variable && *variable; ++variable)
+        variables.emplace_back(*variable, std::strcspn(*variable, "="));
+    for (const std::string& variable : variables)
     {
         if (IsReadByTheLibrary(variable))
             SetEnvironment(variable, {});
     }
-    TakeRegistryAndShell();
+    TakeRegistry();
+    if (m_classes == ClassesRoot::Merged)
+        return;
+    MoveShellFolder(ShellFolder::ProgramData, (m_root / "ProgramData").string());
+    MoveShellFolder(ShellFolder::LocalAppData, (m_root / "LocalAppData").string());
+    for (const char* const folder : {"ProgramData", "LocalAppData"})
+        std::filesystem::create_directory(m_root / folder);
 }
 
 ScratchMachine::~ScratchMachine()
@@ -95,7 +106,7 @@ void ScratchMachine::WriteData(HKEY root, const std::string& subKey, const char*
     ASSERT_EQ(::RegCreateKeyExA(root, subKey.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE | KEY_WOW64_64KEY,
                                 nullptr, &key, nullptr),
               ERROR_SUCCESS);
-    // The system also stores a NUL that it finds behind text: here it finds something else.
+    // The system also stores a NUL that follows the text in memory: here something else follows.
     const std::string guarded = std::string{bytes} + '.';
     EXPECT_EQ(::RegSetValueExA(key, name, 0, type, reinterpret_cast<const BYTE*>(guarded.data()),
                                static_cast<DWORD>(bytes.length())),

@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <Platform/Win32.h>
 
@@ -32,7 +31,7 @@ enum class ShellFolder
 class ScratchMachine final
 {
 public:
-    /// What a test uses of HKEY_CLASSES_ROOT. Windows has none for one process alone: tests that use it share the key
+    /// What a test uses of HKEY_CLASSES_ROOT. Windows has one for all processes: tests that use it share the key
     /// FraxoPro there, which is removed before and after, and must not run at the same time.
     enum class ClassesRoot
     {
@@ -46,13 +45,13 @@ public:
     ScratchMachine(const ScratchMachine&) = delete;
     ScratchMachine& operator=(const ScratchMachine&) = delete;
 
-    /// Holds all files of this machine; for the file functions of the standard library.
+    /// The folder of all files of this machine; for the file functions of the standard library.
     const std::filesystem::path& Root() const { return m_root; }
 
     /// A folder of this machine, created if missing, spelled as the library spells folders: UTF-8 with `\` at the end.
     /// There is a blank in it, as in real installation paths. The shell's folders are "ProgramData" and "LocalAppData".
     std::string Folder(std::string_view name) const;
-    /// The product's folder in one of the shell's, spelled alike; not created.
+    /// The product's folder in one of the shell's, spelled the same way; not created.
     std::string ProductFolder(ShellFolder folder) const;
     /// To a native path; the shell gets its bytes as they are.
     void MoveShellFolder(ShellFolder folder, const std::string& path);
@@ -75,10 +74,9 @@ public:
 
 private:
     // What differs between systems: one source each.
-    static std::vector<std::string> EnvironmentNames();
+    static char** Environment();
     static void PutEnvironment(const std::string& name, const std::optional<std::string>& value);
-    static unsigned long ProcessNumber();
-    void TakeRegistryAndShell();
+    void TakeRegistry();
     void GiveBackRegistry() const;
 
     ClassesRoot m_classes;

@@ -6,17 +6,15 @@
 
 namespace
 {
-struct Row
-{
-    UINT codePage;
-    std::wstring text;
-    int length;
-    bool isSubstituted = false;
-};
-
 TEST(WideCharToMultiByte, NeedsAsManyBytesAsOnWindows)
 {
-    const Row rows[] = {
+    const struct
+    {
+        UINT codePage;
+        std::wstring text;
+        int length;
+        bool isSubstituted = false;
+    } rows[] = {
         {1252, L"a \u20AC\u00E9", 4},
         {1252, L"\u0081", 1},           // a control whose byte is free
         {1252, L"\u0080", 1, true},     // and one whose byte is the Euro's
@@ -29,15 +27,15 @@ TEST(WideCharToMultiByte, NeedsAsManyBytesAsOnWindows)
         {CP_UTF8, L"a\u00E9\u65E5\U0001F600", 1 + 2 + 3 + 4},
         {CP_UTF8, std::wstring(1, static_cast<wchar_t>(0xDC00)), 3},
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
     {
-        const bool isUtf8 = row.codePage == CP_UTF8; // which takes neither flag nor question
+        SCOPED_TRACE(::testing::PrintToString(row.text) + " in " + std::to_string(row.codePage));
+        const bool isUtf8 = row.codePage == CP_UTF8; // which has neither flags nor a substitute
         BOOL isSubstituted = FALSE;
         EXPECT_EQ(::WideCharToMultiByte(row.codePage, isUtf8 ? 0 : WC_NO_BEST_FIT_CHARS, row.text.c_str(), -1, nullptr,
                                         0, nullptr, isUtf8 ? nullptr : &isSubstituted),
-                  row.length + 1)
-            << ::testing::PrintToString(row.text) << " in " << row.codePage;
-        EXPECT_EQ(isSubstituted, row.isSubstituted) << ::testing::PrintToString(row.text) << " in " << row.codePage;
+                  row.length + 1);
+        EXPECT_EQ(isSubstituted, row.isSubstituted);
     }
 }
 

@@ -12,51 +12,47 @@
 
 namespace
 {
-struct Row
-{
-    const char* name;
-    std::string_view content;
-    std::string_view expected; // of key "Key" in section "Main", by default "default"
-    DWORD size = 260;
-};
-
-// clang-format off
-constexpr Row Rows[] = {
-    {"letter case, ends of DOS", "[MAIN]\r\nkEY=v\r\n",                     "v"},
-    {"bytes beyond ASCII",       "[Main]\nKey=\xC3\xBC\n",                  "\xC3\xBC"},
-    {"blanks around everything", " [Main] \n\tKey \t=  v w\t \n",           "v w"},
-    {"semicolon in a value",     "[Main]\nKey=v ; w\n",                     "v ; w"},
-    {"comments",                 "[Main]\n;Key=1\n ; x\nKey=2",             "2"},
-    {"quotes",                   "[Main]\nKey= \" v \" \n",                 " v "},
-    {"apostrophes",              "[Main]\nKey='v'\n",                       "v"},
-    {"two pairs of quotes",      "[Main]\nKey=\"\"v\"\"\n",                 "\"v\""},
-    {"a lone quote",             "[Main]\nKey=\"\n",                        "\""},
-    {"empty value",              "[Main]\nKey=\n",                          ""},
-    {"no equals sign",           "[Main]\nKey\n",                           "default"},
-    {"two keys",                 "[Main]\nKey=1\nKey=2\n",                  "1"},
-    {"two sections",             "[Main]\nx=1\n[Other]\n[Main]\nKey=2\n",   "default"},
-    {"key outside the section",  "Key=1\n[Main]\n[Other]\nKey=1\n",         "default"},
-    {"too long a value",         "[Main]\nKey=12345\n",                     "1234", 5},
-    {"too long inside quotes",   "[Main]\nKey='12345'\n",                   "1234", 5},
-    {"room for the NUL alone",   "[Main]\nKey=1\n",                         "",     1},
-    {"too long a default",       "",                                        "defa", 5},
-};
-// clang-format on
-
 std::string Read(const std::filesystem::path& file, DWORD size = 260)
 {
     std::string buffer(size, '#');
     const DWORD length =
         ::GetPrivateProfileStringA("Main", "Key", "default", buffer.data(), size, file.string().c_str());
     EXPECT_EQ(buffer.at(length), '\0');
-    EXPECT_EQ(buffer.find_first_not_of('#', length + 1), std::string::npos) << "written behind the NUL";
+    EXPECT_EQ(buffer.find_first_not_of('#', length + 1), std::string::npos) << "written after the NUL";
     return buffer.substr(0, length);
 }
 
 TEST(PrivateProfile, HasValuesInSectionsAndDefaultsWithoutThem)
 {
+    // clang-format off
+    const struct
+    {
+        const char* name;
+        std::string_view content;
+        std::string_view expected;
+        DWORD size = 260;
+    } rows[] = {
+        {"letter case, ends of DOS", "[MAIN]\r\nkEY=v\r\n",                     "v"},
+        {"bytes beyond ASCII",       "[Main]\nKey=\xC3\xBC\n",                  "\xC3\xBC"},
+        {"blanks around everything", " [Main] \n\tKey \t=  v w\t \n",           "v w"},
+        {"semicolon in a value",     "[Main]\nKey=v ; w\n",                     "v ; w"},
+        {"comments",                 "[Main]\n;Key=1\n ; x\nKey=2",             "2"},
+        {"quotes",                   "[Main]\nKey= \" v \" \n",                 " v "},
+        {"apostrophes",              "[Main]\nKey='v'\n",                       "v"},
+        {"two pairs of quotes",      "[Main]\nKey=\"\"v\"\"\n",                 "\"v\""},
+        {"a lone quote",             "[Main]\nKey=\"\n",                        "\""},
+        {"empty value",              "[Main]\nKey=\n",                          ""},
+        {"no equals sign",           "[Main]\nKey\n",                           "default"},
+        {"two keys",                 "[Main]\nKey=1\nKey=2\n",                  "1"},
+        {"two sections",             "[Main]\nx=1\n[Other]\n[Main]\nKey=2\n",   "default"},
+        {"key outside the section",  "Key=1\n[Main]\n[Other]\nKey=1\n",         "default"},
+        {"too long inside quotes",   "[Main]\nKey='12345'\n",                   "1234", 5},
+        {"only room for the NUL",    "[Main]\nKey=1\n",                         "",     1},
+        {"too long a default",       "",                                        "defa", 5},
+    };
+    // clang-format on
     const ScratchMachine machine;
-    for (const Row& row : Rows)
+    for (const auto& row : rows)
     {
         const std::filesystem::path file = machine.Root() / (row.name + std::string{".ini"});
         WriteFile(file, row.content);

@@ -9,15 +9,9 @@
 
 #include "registry/Hives.h"
 
-std::vector<std::string> ScratchMachine::EnvironmentNames()
+char** ScratchMachine::Environment()
 {
-    std::vector<std::string> names;
-    for (char** variable = ::environ; variable && *variable; ++variable)
-    {
-        const std::string_view text{*variable};
-        names.emplace_back(text.substr(0, text.find('=')));
-    }
-    return names;
+    return ::environ;
 }
 
 void ScratchMachine::PutEnvironment(const std::string& name, const std::optional<std::string>& value)
@@ -25,19 +19,10 @@ void ScratchMachine::PutEnvironment(const std::string& name, const std::optional
     EXPECT_EQ(value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str()), 0) << name;
 }
 
-unsigned long ScratchMachine::ProcessNumber()
-{
-    return static_cast<unsigned long>(::getpid());
-}
-
-void ScratchMachine::TakeRegistryAndShell()
+void ScratchMachine::TakeRegistry()
 {
     SetEnvironment("QUENLOR_REGISTRY_DIR", (m_root / "Registry").string());
     Quenlor::StandIn::Registry::LocateHives();
-    for (const char* const folder : {"ProgramData", "LocalAppData"})
-        std::filesystem::create_directory(m_root / folder);
-    MoveShellFolder(ShellFolder::ProgramData, (m_root / "ProgramData").string());
-    MoveShellFolder(ShellFolder::LocalAppData, (m_root / "LocalAppData").string());
 }
 
 void ScratchMachine::GiveBackRegistry() const {}

@@ -7,7 +7,6 @@
 
 namespace
 {
-constexpr char AllScratchKeys[] = R"(Software\Scratch Machines)";
 constexpr char ShellFolders[] = R"(Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders)";
 
 HKEY CreateKey(HKEY root, const std::string& subKey)
@@ -20,34 +19,6 @@ HKEY CreateKey(HKEY root, const std::string& subKey)
     return key;
 }
 
-bool IsRunning(unsigned long process)
-{
-    const HANDLE handle = ::OpenProcess(SYNCHRONIZE, FALSE, process);
-    if (!handle)
-        return false;
-    const bool isRunning = ::WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
-    ::CloseHandle(handle);
-    return isRunning;
-}
-
-/// Removes what crashed test runs left.
-void SweepScratchKeys()
-{
-    const HKEY all = CreateKey(HKEY_CURRENT_USER, AllScratchKeys);
-    std::vector<std::string> stale;
-    char name[256];
-    for (DWORD index = 0, size = sizeof name;
-         ::RegEnumKeyExA(all, index, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
-         ++index, size = sizeof name)
-    {
-        if (!IsRunning(std::strtoul(name, nullptr, 10)))
-            stale.emplace_back(name);
-    }
-    for (const std::string& key : stale)
-        ::RegDeleteTreeA(all, key.c_str());
-    ::RegCloseKey(all);
-}
-
 void RemoveProductClasses()
 {
     ::RegDeleteTreeA(HKEY_CURRENT_USER, R"(Software\Classes\FraxoPro)");
@@ -57,19 +28,13 @@ void RemoveProductClasses()
 std::string ScratchKey(const std::filesystem::path& root)
 {
     const std::string folder = root.filename().string();
-    return std::string{AllScratchKeys} + '\\' + folder.substr(folder.rfind(' ') + 1);
+    return R"(Software\Scratch Machines\)" + folder.substr(folder.rfind(' ') + 1);
 }
 } // namespace
 
-std::vector<std::string> ScratchMachine::EnvironmentNames()
+char** ScratchMachine::Environment()
 {
-    std::vector<std::string> names;
-    for (char** variable = _environ; variable && *variable; ++variable)
-    {
-        const std::string_view text{*variable};
-        names.emplace_back(text.substr(0, text.find('=')));
-    }
-    return names;
+    return _environ;
 }
 
 void ScratchMachine::PutEnvironment(const std::string& name, const std::optional<std::string>& value)
@@ -77,14 +42,9 @@ void ScratchMachine::PutEnvironment(const std::string& name, const std::optional
     EXPECT_EQ(::_putenv_s(name.c_str(), value.value_or("").c_str()), 0) << name;
 }
 
-unsigned long ScratchMachine::ProcessNumber()
+void ScratchMachine::TakeRegistry()
 {
-    return ::GetCurrentProcessId();
-}
-
-void ScratchMachine::TakeRegistryAndShell()
-{
-    SweepScratchKeys();
+    ::RegDeleteTreeA(HKEY_CURRENT_USER, ScratchKey(m_root).c_str()); // of a crashed process with the same number
     if (m_classes != ClassesRoot::NotUsed)
         RemoveProductClasses();
     if (m_classes == ClassesRoot::Merged)
@@ -95,11 +55,6 @@ void ScratchMachine::TakeRegistryAndShell()
     EXPECT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine), ERROR_SUCCESS);
     ::RegCloseKey(user);
     ::RegCloseKey(machine);
-
-    for (const char* const folder : {"ProgramData", "LocalAppData"})
-        std::filesystem::create_directory(m_root / folder);
-    MoveShellFolder(ShellFolder::ProgramData, (m_root / "ProgramData").string());
-    MoveShellFolder(ShellFolder::LocalAppData, (m_root / "LocalAppData").string());
 }
 
 void ScratchMachine::GiveBackRegistry() const

@@ -1,6 +1,5 @@
 #include <Platform/Win32.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <elf.h>
@@ -89,93 +88,73 @@ TEST(RunningProgram, KeepsItsVersionAndNameWhenReplaced)
 void CheckPlaces(bool areMoved)
 {
     using Quenlor::StandIn::Registry::HivePath;
-    char machineData[MAX_PATH] = "";
-    char userData[MAX_PATH] = "";
-    ::SHGetFolderPathA(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, machineData);
-    ::SHGetFolderPathA(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, userData);
-    for (const Utf8String& place :
-         {Utf8String{HivePath(HKEY_CURRENT_USER).c_str()}, Utf8String{HivePath(HKEY_LOCAL_MACHINE).c_str()},
-          Utf8String{machineData}, Utf8String{userData}, DirectoryConfig::GetFRAXOProRoot(),
-          DirectoryConfig::GetFraxoSectionDatabaseDirectory()})
-        EXPECT_EQ(place.ToStdString().find("elsewhere") != std::string::npos, areMoved) << place;
+    char folder[MAX_PATH] = "";
+    ::SHGetFolderPathA(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder);
+    for (const std::string& place : {HivePath(HKEY_CURRENT_USER), HivePath(HKEY_LOCAL_MACHINE), std::string{folder},
+                                     DirectoryConfig::GetFRAXOProRoot().ToStdString()})
+        EXPECT_EQ(place.find("elsewhere") != std::string::npos, areMoved) << place;
 }
 
-// A set-user-ID program is started by somebody who must not choose what it reads with its greater rights.
+// The caller of a set-user-ID program must not choose what it reads with its greater rights.
 TEST(RunningProgram, WithGreaterRightsIgnoresVariables)
 {
     if (const char* const areMoved = std::getenv(CopyVariable))
         return CheckPlaces(*areMoved == '1');
     ScratchMachine machine;
-    struct statvfs volume
-    {
-    };
+    struct statvfs volume = {};
     ASSERT_EQ(::statvfs(machine.Root().c_str(), &volume), 0);
     if (::geteuid() != 0 || (volume.f_flag & ST_NOSUID) || ::prctl(PR_GET_NO_NEW_PRIVS, 0, 0, 0, 0) == 1)
         GTEST_SKIP() << "Only root can try this, and only where programs can get rights.";
-    const fs::path folder = machine.Root() / "elsewhere";
-    const fs::path program = folder / "program";
+    const fs::path folder = machine.Root() / "elsewhere", program = folder / "program";
     fs::permissions(machine.Root(), fs::perms{0755});
     fs::create_directory(folder);
     fs::copy_file("/proc/self/exe", program);
-    for (const char* const name : {"QUENLOR_REGISTRY_DIR", "HOME", "PROGRAMDATA", "LOCALAPPDATA",
-                                   "FRAXO_PRO_ROOT_DIRECTORY", "FRAXO_PRO_SECTIONS_DIRECTORY"})
+    for (const char* const name : {"QUENLOR_REGISTRY_DIR", "HOME", "LOCALAPPDATA", "FRAXO_PRO_ROOT_DIRECTORY"})
         machine.SetEnvironment(name, folder.string());
     machine.SetEnvironment("ASAN_OPTIONS", "detect_leaks=0"); // which does not work with greater rights
+    const auto runAsOrdinaryUser = [&]
+    {
+        return ::setgid(65534) != 0 || ::setuid(65534) != 0 ||
+               ::execl(program.c_str(), program.c_str(), "--gtest_filter=*IgnoresVariables", nullptr);
+    };
     for (const bool hasRights : {false, true})
     {
         fs::permissions(program, fs::perms{hasRights ? 04755U : 0755U});
         machine.SetEnvironment(CopyVariable, hasRights ? "0" : "1");
-        EXPECT_EQ(ExitCode(Start(
-                      [&]
-                      {
-            return ::setgid(65534) != 0 || ::setuid(65534) != 0 ||
-                   ::execl(program.c_str(), program.c_str(), "--gtest_filter=*IgnoresVariables", nullptr);
-                  })),
-                  0)
-            << hasRights;
+        EXPECT_EQ(ExitCode(Start(runAsOrdinaryUser)), 0) << hasRights;
     }
-}
-
-/// An executable with this many segments of notes, all but the last being the same megabyte.
-std::string ExecutableWithNotes(Elf64_Half count)
-{
-    constexpr std::size_t megabyte = 1 << 20;
-    Elf64_Ehdr header{};
-    std::copy_n(ELFMAG, SELFMAG, header.e_ident);
-    header.e_ident[EI_CLASS] = ELFCLASS64;
-    header.e_phentsize = sizeof(Elf64_Phdr);
-    header.e_phoff = sizeof header;
-    header.e_phnum = count;
-    struct
-    {
-        Elf64_Nhdr note{.n_namesz = 8, .n_descsz = sizeof(VS_FIXEDFILEINFO), .n_type = 1};
-        char owner[8] = "Quenlor";
-        VS_FIXEDFILEINFO info{};
-    } version;
-    version.info.dwSignature = 0xFEEF04BD;
-    Elf64_Phdr segment{};
-    segment.p_type = PT_NOTE;
-    segment.p_filesz = megabyte;
-    segment.p_offset = sizeof header + count * sizeof segment;
-
-    const auto bytes = [](const auto& value) {
-        return std::string{reinterpret_cast<const char*>(&value), sizeof value};
-    };
-    std::string file = bytes(header);
-    for (Elf64_Half i = 1; i < count; ++i)
-        file += bytes(segment);
-    segment.p_offset += megabyte;
-    segment.p_filesz = sizeof version;
-    return file + bytes(segment) + std::string(megabyte, '\0') + bytes(version);
 }
 
 TEST(VersionResource, IsInTheFirstMegabyteOfNotes)
 {
     const ScratchMachine machine;
-    const fs::path program = machine.Root() / "program";
-    WriteFile(program, ExecutableWithNotes(1));
-    EXPECT_NE(::GetFileVersionInfoSizeA(program.c_str(), nullptr), 0U);
-    WriteFile(program, ExecutableWithNotes(3));
-    EXPECT_EQ(::GetFileVersionInfoSizeA(program.c_str(), nullptr), 0U);
+    const std::string program = (machine.Root() / "program").string();
+    std::string bytes = ReadFile("/proc/self/exe");
+    const auto& header = *reinterpret_cast<const Elf64_Ehdr*>(bytes.data());
+    auto* const segments = reinterpret_cast<Elf64_Phdr*>(bytes.data() + header.e_phoff);
+    for (const bool areLonger : {false, true}) // than a megabyte, if the file can be believed
+    {
+        for (int i = 0; i < header.e_phnum; ++i)
+            segments[i].p_filesz += segments[i].p_type == PT_NOTE && areLonger ? 1 << 20 : 0;
+        WriteFile(program, bytes);
+        EXPECT_EQ(::GetFileVersionInfoSizeA(program.c_str(), nullptr) == 0, areLonger);
+    }
+}
+
+TEST(GetLongPathNameW, HasTheDisksLetterCaseAndTheCallersSeparators)
+{
+    const ScratchMachine machine;
+    WriteFile(machine.Root() / "Pl\u00FCgIns" / "Plugins.ini", "");
+    const std::wstring root = machine.Root().wstring();
+    const std::wstring asked = root + L"\\PL\u00DCGINS/plugins.INI";
+
+    std::wstring buffer(asked.length(), L'#');
+    const auto length = static_cast<DWORD>(asked.length());
+    EXPECT_EQ(::GetLongPathNameW(asked.c_str(), buffer.data(), length), length + 1);
+    EXPECT_EQ(buffer, std::wstring(length, L'#'));
+    EXPECT_EQ(::GetLongPathNameW(asked.c_str(), buffer.data(), length + 1), length);
+    EXPECT_EQ(buffer, root + L"\\Pl\u00FCgIns/Plugins.ini");
+    EXPECT_EQ(::GetShortPathNameW(buffer.c_str(), nullptr, 0), length + 1);
+    EXPECT_EQ(::GetLongPathNameW((L"C:" + buffer).c_str(), buffer.data(), length), 0U);
 }
 } // namespace
