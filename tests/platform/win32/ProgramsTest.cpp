@@ -4,9 +4,11 @@
 #include <cstdlib>
 #include <elf.h>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/statvfs.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <Quenlor/QnFileName.h>
@@ -16,7 +18,6 @@
 #include "UserSettingsConfig.h"
 #include "VersionConfig.h"
 #include "registry/Hives.h"
-#include "reliability/Processes.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/Printers.h"
@@ -27,6 +28,21 @@ namespace
 using namespace Quenlor;
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 namespace fs = std::filesystem;
+
+pid_t Start(const std::function<int()>& body)
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(body());
+    return child;
+}
+
+int ExitCode(pid_t child)
+{
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
 
 pid_t Launch(const fs::path& program, const char* name, const char* argument)
 {
