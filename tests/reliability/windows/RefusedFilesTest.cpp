@@ -8,6 +8,7 @@
 #include <Platform/Win32.h>
 #include <Quenlor/QnFileName.h>
 #include <gmock/gmock.h>
+#include <sddl.h>
 
 #include "IniReader.h"
 #include "configfiles/UserFile.h"
@@ -34,7 +35,8 @@ enum Kind
     Missing,
     Folder,
     ReadOnly, ///< a file
-    Held,     ///< a file that a program has open and shares with nobody
+    Held,     ///< a file that a program has open and shares with no other
+    Sealed,   ///< a folder in which nothing can be made, as in a profile that cannot be written
 };
 
 /// What is at a place until the end of its scope, when it must still be the same.
@@ -43,14 +45,17 @@ class Obstacle final
 public:
     Obstacle(Kind kind, fs::path place) : m_kind{kind}, m_place{std::move(place)}
     {
-        if (kind == Folder)
+        if (kind == Folder || kind == Sealed)
             create_directories(m_place);
         else if (kind != Missing)
             WriteFile(m_place, "before");
         if (kind == ReadOnly)
             ::SetFileAttributesW(m_place.c_str(), FILE_ATTRIBUTE_READONLY);
+        m_before = Content();
         if (kind == Held)
             m_handle = ::CreateFileW(m_place.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        if (kind == Sealed)
+            SetRights("D:P(D;;DCLC;;;WD)(A;;FA;;;WD)"); // to make files and folders is denied to everyone
     }
     Obstacle(const Obstacle&) = delete;
     Obstacle& operator=(const Obstacle&) = delete;
@@ -58,17 +63,28 @@ public:
     {
         if (m_kind == Held)
             ::CloseHandle(m_handle);
+        if (m_kind == Sealed)
+            SetRights("D:(A;;FA;;;WD)");
         ::SetFileAttributesW(m_place.c_str(), FILE_ATTRIBUTE_NORMAL);
-        EXPECT_EQ(is_directory(m_place) ? "a folder" : ReadFile(m_place), m_kind == Folder    ? "a folder"
-                                                                          : m_kind == Missing ? ""
-                                                                                              : "before");
+        EXPECT_EQ(Content(), m_before);
         remove(m_place);
     }
 
 private:
+    std::string Content() const { return IsEmptyFolder(m_place) ? "empty folder" : ReadFile(m_place); }
+
+    void SetRights(const char* rights) const
+    {
+        PSECURITY_DESCRIPTOR descriptor = nullptr;
+        ::ConvertStringSecurityDescriptorToSecurityDescriptorA(rights, SDDL_REVISION_1, &descriptor, nullptr);
+        EXPECT_TRUE(::SetFileSecurityW(m_place.c_str(), DACL_SECURITY_INFORMATION, descriptor));
+        ::LocalFree(descriptor);
+    }
+
     const Kind m_kind;
     const fs::path m_place;
     HANDLE m_handle = nullptr;
+    std::string m_before;
 };
 
 class RefusedFiles : public ::testing::Test
@@ -84,29 +100,38 @@ protected:
     const fs::path m_source = m_folder / "Default.ini";
 };
 
-TEST_F(RefusedFiles, LeaveACopyUnmadeAndNoHandleOpen)
+TEST_F(RefusedFiles, LeaveNoCopyAndNoHandle)
 {
-    const fs::path beside = m_folder / "User.ini", below = m_folder / "a folder" / "User.ini", away = "Q:/a/User.ini";
+    constexpr char notFound[] = " file not found. The installation of FRAXO.Pro may be corrupt.";
+    constexpr char noFolder[] = " file target directory could not be created.",
+                   notCopied[] = " file could not be copied.";
+    const fs::path beside = m_folder / "User.ini", data = m_folder / "Local AppData", inData = data / "User.ini",
+                   below = data / "a" / "User.ini", inNew = m_folder / "new" / "User.ini", away = "Q:/a/User.ini";
     struct Case
     {
-        Kind atSource, atCopy;
-        fs::path copy;
-        std::string message; ///< of a getter that makes the user's file; none when it answers
+        Kind source, obstacle;
+        fs::path place, copy; ///< of the obstacle, and of the copy
+        std::string message;  ///< of a getter that makes the user's file; none when it answers
     };
-    for (const auto& [atSource, atCopy, copy, message] : {
-             Case{Missing, Missing, beside, " file not found. The installation of FRAXO.Pro may be corrupt."},
-             Case{Folder, Missing, beside, " file could not be copied."},
-             Case{Held, Missing, below, " file could not be copied."},
-             Case{File, Missing, away, " file target directory could not be created."},
-             Case{File, ReadOnly, beside, ""},
-             Case{File, Held, beside, ""},
-             Case{File, Folder, beside, ""},
+    for (const auto& [atSource, kind, place, copy, message] : {
+             Case{Missing, Missing, beside, beside, notFound},
+             Case{Folder, Missing, beside, beside, notCopied},
+             Case{Held, Missing, inNew, inNew, notCopied},
+             Case{File, Missing, away, away, noFolder},
+             Case{File, File, data, below, noFolder},
+             Case{File, Sealed, data, inData, notCopied},
+             Case{File, Sealed, data, below, noFolder},
+             Case{File, ReadOnly, beside, beside, ""},
+             Case{File, Held, beside, beside, ""},
+             Case{File, Folder, beside, beside, ""},
          })
     {
-        if (atCopy == ReadOnly && KnownDifference("read-only"))
+        if (kind == ReadOnly && KnownDifference("read-only"))
             continue;
-        SCOPED_TRACE(::testing::Message() << atSource << ' ' << atCopy);
-        const Obstacle source{atSource, m_source}, existing{atCopy, copy};
+        if (kind == Sealed && KnownDifference("sealed"))
+            continue;
+        SCOPED_TRACE(::testing::Message() << atSource << ' ' << kind << ' ' << copy);
+        const Obstacle source{atSource, m_source}, obstacle{kind, place};
         int before = 0;
         for (int round = 0; round < 2; ++round) // the first may load what stays
         {
@@ -131,17 +156,19 @@ TEST_F(RefusedFiles, LeaveACopyUnmadeAndNoHandleOpen)
 
 TEST_F(RefusedFiles, AreCountedInTheLogLater)
 {
-    for (const Kind kind : {Folder, ReadOnly, Held})
+    for (const Kind kind : {Folder, ReadOnly, Held, Sealed})
     {
         if (kind == ReadOnly && KnownDifference("read-only"))
             continue;
+        if (kind == Sealed && KnownDifference("sealed"))
+            continue;
         SCOPED_TRACE(kind);
-        const fs::path log = m_folder / "a.log";
+        const fs::path folder = m_folder / "Logs", log = folder / "a.log";
         const auto sink =
             MakeSink({.name = "a", .type = AppenderType::File, .pattern = "%v"}, QnFileName{log.wstring()}, "");
         ::testing::internal::CaptureStderr();
         {
-            const Obstacle obstacle{kind, log};
+            const Obstacle obstacle{kind, kind == Sealed ? folder : log};
             Log(sink, "1", 10);
             const int before = OpenHandles();
             Log(sink, "2", 20);
@@ -155,7 +182,7 @@ TEST_F(RefusedFiles, AreCountedInTheLogLater)
     }
 }
 
-TEST_F(RefusedFiles, AreNotThoseWithLongPathsOrCharactersOutsideTheCodePage)
+TEST_F(RefusedFiles, DoNotIncludeLongPathsAndForeignLetters)
 {
     WriteFile(m_source, "[Main]\nSize=4\n");
     const std::wstring name(60, L'p'), level = L'\\' + name;

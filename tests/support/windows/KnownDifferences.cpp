@@ -27,8 +27,10 @@ constexpr Difference OfWine[] = {
     {"ShowsTheUsersItemsThenTheMachines", "", "shows only the classes of the machine"},
     {"ChangesTheUsersCopyIfThereIsOne", "", "shows only the classes of the machine"},
     {"GetTheSameAnswersWhenAllAskAtOnce", "changed variables", "reads the environment without a lock"},
-    {"LeaveACopyUnmadeAndNoHandleOpen", "read-only", "replaces the file, as root"},
+    {"LeaveNoCopyAndNoHandle", "read-only", "replaces the file, as root"},
+    {"LeaveNoCopyAndNoHandle", "sealed", "makes the file, as root"},
     {"AreCountedInTheLogLater", "read-only", "writes the file, as root"},
+    {"AreCountedInTheLogLater", "sealed", "makes the file, as root"},
 };
 } // namespace
 
