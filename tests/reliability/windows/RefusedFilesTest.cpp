@@ -90,9 +90,28 @@ private:
 class RefusedFiles : public ::testing::Test
 {
 protected:
+    static bool IsAccepted(Kind kind)
+    {
+        return (kind == ReadOnly && KnownDifference("read-only")) || (kind == Sealed && KnownDifference("sealed"));
+    }
+
     static void Log(const std::unique_ptr<Sink>& sink, const char* text, int second)
     {
         sink->Log({LogLevel::Error, "", text, std::chrono::system_clock::time_point{std::chrono::seconds{second}}});
+    }
+
+    /// Of a getter that makes the user's file; empty when it answers.
+    std::string MessageAbout(const fs::path& copy) const
+    {
+        try
+        {
+            Provide({copy.string(), m_source.string()});
+            return "";
+        }
+        catch (const std::runtime_error& error)
+        {
+            return error.what();
+        }
     }
 
     const ScratchMachine m_machine;
@@ -102,17 +121,18 @@ protected:
 
 TEST_F(RefusedFiles, LeaveNoCopyAndNoHandle)
 {
-    constexpr char notFound[] = " file not found. The installation of FRAXO.Pro may be corrupt.";
-    constexpr char noFolder[] = " file target directory could not be created.",
-                   notCopied[] = " file could not be copied.";
-    const fs::path beside = m_folder / "User.ini", data = m_folder / "Local AppData", inData = data / "User.ini",
-                   below = data / "a" / "User.ini", inNew = m_folder / "new" / "User.ini", away = "Q:/a/User.ini";
+    constexpr char notFound[] = "Default.ini file not found. The installation of FRAXO.Pro may be corrupt.";
+    constexpr char noFolder[] = "Default.ini file target directory could not be created.";
+    constexpr char notCopied[] = "Default.ini file could not be copied.";
+    const fs::path beside = m_folder / "User.ini", inNew = m_folder / "new" / "User.ini", away = "Q:/a/User.ini";
+    const fs::path data = m_folder / "Local AppData", inData = data / "User.ini", below = data / "a" / "User.ini";
     struct Case
     {
         Kind source, obstacle;
         fs::path place, copy; ///< of the obstacle, and of the copy
-        std::string message;  ///< of a getter that makes the user's file; none when it answers
+        const char* message;
     };
+    MessageAbout(beside); // what the first call loads stays open
     for (const auto& [atSource, kind, place, copy, message] : {
              Case{Missing, Missing, beside, beside, notFound},
              Case{Folder, Missing, beside, beside, notCopied},
@@ -126,29 +146,13 @@ TEST_F(RefusedFiles, LeaveNoCopyAndNoHandle)
              Case{File, Folder, beside, beside, ""},
          })
     {
-        if (kind == ReadOnly && KnownDifference("read-only"))
-            continue;
-        if (kind == Sealed && KnownDifference("sealed"))
+        if (IsAccepted(kind))
             continue;
         SCOPED_TRACE(::testing::Message() << atSource << ' ' << kind << ' ' << copy);
         const Obstacle source{atSource, m_source}, obstacle{kind, place};
-        int before = 0;
-        for (int round = 0; round < 2; ++round) // the first may load what stays
-        {
-            before = OpenHandles();
-            std::string answer = "Default.ini";
-            try
-            {
-                Provide({copy.string(), m_source.string()});
-                answer.clear();
-            }
-            catch (const std::runtime_error& error)
-            {
-                EXPECT_EQ(error.what(), answer + message);
-            }
-            EXPECT_EQ(answer.empty(), message.empty());
-            EXPECT_EQ(QnFileName::QnCopyFile(m_source.c_str(), copy.c_str(), true), QnFileNameStatus::Failed);
-        }
+        const int before = OpenHandles();
+        EXPECT_EQ(MessageAbout(copy), message);
+        EXPECT_EQ(QnFileName::QnCopyFile(m_source.c_str(), copy.c_str(), true), QnFileNameStatus::Failed);
         EXPECT_EQ(OpenHandles(), before);
         EXPECT_TRUE(TemporaryFiles(m_folder).empty());
     }
@@ -156,14 +160,12 @@ TEST_F(RefusedFiles, LeaveNoCopyAndNoHandle)
 
 TEST_F(RefusedFiles, AreCountedInTheLogLater)
 {
+    const fs::path folder = m_folder / "Logs", log = folder / "a.log";
     for (const Kind kind : {Folder, ReadOnly, Held, Sealed})
     {
-        if (kind == ReadOnly && KnownDifference("read-only"))
-            continue;
-        if (kind == Sealed && KnownDifference("sealed"))
+        if (IsAccepted(kind))
             continue;
         SCOPED_TRACE(kind);
-        const fs::path folder = m_folder / "Logs", log = folder / "a.log";
         const auto sink =
             MakeSink({.name = "a", .type = AppenderType::File, .pattern = "%v"}, QnFileName{log.wstring()}, "");
         ::testing::internal::CaptureStderr();
@@ -178,7 +180,7 @@ TEST_F(RefusedFiles, AreCountedInTheLogLater)
         EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::StartsWith("cannot open"));
         EXPECT_THAT(ReadFile(log), ::testing::MatchesRegex("lost records: 2 .*\r\n3\r\n"));
         sink->Close();
-        remove(log);
+        fs::remove_all(folder);
     }
 }
 
