@@ -202,32 +202,6 @@ void UseHandle(Call& call, World& world)
         ::RegCloseKey(std::exchange(world.handles[target], result));
 }
 
-void ReadIni(Call& call, World& world)
-{
-    constexpr const char* pieces[] = {"[A]",      "[a]", "[B",          "]",  "\n", "\r\n", "\r",
-                                      "k",        "K=",  "=",           "1",  "0",  "-2",   "true",
-                                      "1.5e3",    ";",   "#",           " ",  "\t", "\"",   "\xEF\xBB\xBF",
-                                      "\xC3\xA9", "nan", "99999999999", "\\", "A"};
-    constexpr const char* names[] = {"A", "a", "B", "", "k", "K", "1"};
-    const std::string text = call.SomeOf(pieces, 25), section = call.OneOf(names), key = call.OneOf(names);
-    const bool isWhole = call.Below(2) != 0;
-    call.Say(isWhole ? "file" : "section", text, section, key, "->");
-    const fs::path file = world.root + "t.ini";
-    WriteFile(file, text);
-    IniReader reader;
-    call.Say(isWhole ? reader.LoadFile(file.wstring()) : reader.LoadSection(file.wstring(), section));
-    std::vector<std::string> sections;
-    call.Say(reader.GetSectionList(sections));
-    for (const std::string& found : sections)
-        call.Say(found);
-    std::vector<IniKeyValue> pairs;
-    call.Say(reader.GetKeyValuePairListBySection(section, pairs));
-    for (const IniKeyValue& pair : pairs)
-        call.Say(pair.Key, pair.Value);
-    call.Say(reader.GetStringValue(section, key, "none"), reader.GetBoolValue(section, key, true));
-    call.Say(reader.GetIntegerValue(section, key, 7), reader.GetFloatValue(section, key, 7));
-}
-
 void ConvertPath(Call& call, World&)
 {
     constexpr const char* starts[] = {"", "C:", "c:\\", "C:/", "\\\\server\\share", "\\\\server", "\\\\?\\C:\\", "x"};
@@ -250,13 +224,19 @@ void ConvertPath(Call& call, World&)
     call.Say(path.GetNameUtf8());
 }
 
-void ConvertText(Call& call, World&)
+void ConvertText(Call& call, World& world)
 {
-    constexpr const char* pieces[] = {"1", "22", ".",        "00",   "-",  "+",  " ",
-                                      "x", ",",  "\xC3\xA9", "\xFF", "0x", "e9", "\t"};
+    constexpr const char* pieces[] = {"1", "22",       ".",    "00", "-",  "+",  " ",  "x", ",",
+                                      "=", "\xC3\xA9", "\xFF", "0x", "e9", "\t", "\n", ";"};
     std::string text = call.SomeOf(pieces, 6), copy = text;
     const std::string other = call.SomeOf(pieces, 6);
     call.Say(text, other, "->");
+    const fs::path ini = world.root + "t.ini";
+    WriteFile(ini, "[A]\nk=" + text);
+    IniReader reader;
+    call.Say(reader.LoadFile(ini.wstring()), reader.GetStringValue("A", "k", "none"),
+             reader.GetBoolValue("A", "k", true));
+    call.Say(reader.GetIntegerValue("A", "k", 7), reader.GetFloatValue("A", "k", 7));
     WString wide;
     call.Say(static_cast<int>(QnStringUtilities::Utf8ToWChar(wide, text.c_str())), wide);
     call.Say(QnStringUtilities::Wtoi(wide.c_str()), VersionConfig::CompareVersions(text, other));
@@ -292,8 +272,7 @@ void ProvideFile(Call& call, World& world)
              ReadFile(folder / "Own.ini"));
 }
 
-constexpr void (*Kinds[])(Call& call, World& world) = {UseHelper,   UseHandle,   UseHandle,  ReadIni,
-                                                       ConvertPath, ConvertText, ProvideFile};
+constexpr void (*Kinds[])(Call&, World&) = {UseHelper, UseHandle, UseHandle, ConvertPath, ConvertText, ProvideFile};
 } // namespace
 
 int main(int argc, char** argv)
