@@ -4,12 +4,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "configfiles/UserFile.h"
 
 // What all attacks need, on both systems.
 
@@ -18,6 +21,20 @@ inline int CountFrom(const char* variable, int usual)
 {
     const char* const text = std::getenv(variable);
     return text ? std::atoi(text) : usual;
+}
+
+/// What the getter of a user's file says when it cannot provide the file; empty when it can.
+inline std::string MessageOf(const Quenlor::Fraxo::SharedUtilities::Native::UserFile& file)
+{
+    try
+    {
+        Provide(file);
+        return "";
+    }
+    catch (const std::runtime_error& error)
+    {
+        return error.what();
+    }
 }
 
 /// What writers and copies make for a moment, and remove.

@@ -7,8 +7,8 @@
 #include <gmock/gmock.h>
 
 #include "IniReader.h"
-#include "configfiles/UserFile.h"
 #include "logging/Configuration.h"
+#include "reliability/Attacks.h"
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
 
@@ -56,19 +56,6 @@ std::string FaultOf(const fs::path& path)
     std::vector<Quenlor::NativeLogging::Fault> faults;
     EXPECT_FALSE(ReadConfiguration(Quenlor::QnFileName{path.wstring()}, faults));
     return faults.empty() ? "" : faults.front().text;
-}
-
-std::string MessageOf(const UserFile& file)
-{
-    try
-    {
-        Provide(file);
-    }
-    catch (const std::runtime_error& failure)
-    {
-        return failure.what();
-    }
-    return "";
 }
 
 TEST(BadFiles, GetTheDocumentedAnswerOfEachReader)

@@ -1,7 +1,6 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -100,20 +99,6 @@ protected:
         sink->Log({LogLevel::Error, "", text, std::chrono::system_clock::time_point{std::chrono::seconds{second}}});
     }
 
-    /// Of a getter that makes the user's file; empty when it answers.
-    std::string MessageAbout(const fs::path& copy) const
-    {
-        try
-        {
-            Provide({copy.string(), m_source.string()});
-            return "";
-        }
-        catch (const std::runtime_error& error)
-        {
-            return error.what();
-        }
-    }
-
     const ScratchMachine m_machine;
     const fs::path m_folder = m_machine.Root() / "files";
     const fs::path m_source = m_folder / "Default.ini";
@@ -132,7 +117,7 @@ TEST_F(RefusedFiles, LeaveNoCopyAndNoHandle)
         fs::path place, copy; ///< of the obstacle, and of the copy
         const char* message;
     };
-    MessageAbout(beside); // what the first call loads stays open
+    MessageOf({beside.string(), m_source.string()}); // what the first call loads stays open
     for (const auto& [atSource, kind, place, copy, message] : {
              Case{Missing, Missing, beside, beside, notFound},
              Case{Folder, Missing, beside, beside, notCopied},
@@ -151,7 +136,7 @@ TEST_F(RefusedFiles, LeaveNoCopyAndNoHandle)
         SCOPED_TRACE(::testing::Message() << atSource << ' ' << kind << ' ' << copy);
         const Obstacle source{atSource, m_source}, obstacle{kind, place};
         const int before = OpenHandles();
-        EXPECT_EQ(MessageAbout(copy), message);
+        EXPECT_EQ(MessageOf({copy.string(), m_source.string()}), message);
         EXPECT_EQ(QnFileName::QnCopyFile(m_source.c_str(), copy.c_str(), true), QnFileNameStatus::Failed);
         EXPECT_EQ(OpenHandles(), before);
         EXPECT_TRUE(TemporaryFiles(m_folder).empty());
