@@ -12,6 +12,17 @@ std::optional<std::string> EnvironmentVariable(const char* name)
     return value ? std::optional<std::string>{value} : std::nullopt;
 }
 
+std::string FirstOf(std::initializer_list<const char*> variables)
+{
+    for (const char* const variable : variables)
+    {
+        const std::optional<std::string> value = EnvironmentVariable(variable);
+        if (value && !value->empty())
+            return *value;
+    }
+    return {};
+}
+
 int SetEnvironmentVariable(const char* name, const char* value)
 {
     const std::lock_guard lock{EnvironmentMutex};

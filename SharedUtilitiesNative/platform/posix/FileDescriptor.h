@@ -25,7 +25,6 @@ public:
 
     explicit operator bool() const noexcept { return m_descriptor >= 0; }
     int get() const noexcept { return m_descriptor; }
-    int Release() noexcept { return std::exchange(m_descriptor, -1); } ///< Gives it up without closing it.
 
 private:
     int m_descriptor = -1;

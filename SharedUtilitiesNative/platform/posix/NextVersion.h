@@ -51,6 +51,6 @@ private:
 };
 
 /// Replaces a file, or makes it, in one step and returns when it is on disk. The mode is reduced by the umask; that of
-/// a version before does not matter.
+/// the version before is not kept.
 bool ReplaceFile(const std::string& path, std::string_view text, mode_t mode);
 } // namespace Quenlor::Posix

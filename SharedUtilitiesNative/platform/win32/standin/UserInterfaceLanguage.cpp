@@ -24,13 +24,7 @@ constexpr Language Languages[] = {
 
 LANGID GetUserDefaultUILanguage()
 {
-    std::string locale;
-    for (const char* const variable : {"LC_ALL", "LC_MESSAGES", "LANG"})
-    {
-        locale = Quenlor::Posix::EnvironmentVariable(variable).value_or("");
-        if (!locale.empty())
-            break;
-    }
+    const std::string locale = Quenlor::Posix::FirstOf({"LC_ALL", "LC_MESSAGES", "LANG"});
     const std::string_view code = std::string_view{locale}.substr(0, locale.find_first_of("_.@"));
     for (const Language& language : Languages)
     {

@@ -1,6 +1,7 @@
 #include <Platform/Win32.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <elf.h>
 #include <optional>
@@ -20,51 +21,34 @@ using Posix::FileDescriptor;
 namespace
 {
 constexpr DWORD Signature = 0xFEEF04BD;
-constexpr std::string_view NoteOwner{"Quenlor\0", 8}; // its NUL counts
-constexpr Elf64_Word FixedFileInfoNote = 1;
 constexpr std::size_t MostNoteBytes = 1 << 20; // in all segments together, which may overlap
+
+/// The note that holds a version, as cmake/VersionResource.cmake writes it.
+struct VersionNote
+{
+    Elf64_Nhdr header = {.n_namesz = sizeof owner, .n_descsz = sizeof info, .n_type = 1};
+    char owner[8] = "Quenlor";
+    VS_FIXEDFILEINFO info = {};
+};
 
 bool ReadAt(const FileDescriptor& file, void* data, std::size_t size, Elf64_Off offset)
 {
     return ::pread(file.get(), data, size, static_cast<off_t>(offset)) == static_cast<ssize_t>(size);
 }
 
-template<typename T>
-std::optional<T> Take(std::string_view bytes, std::size_t offset)
-{
-    if (offset > bytes.size() || bytes.size() - offset < sizeof(T))
-        return {};
-    T value;
-    std::memcpy(&value, bytes.data() + offset, sizeof value);
-    return value;
-}
-
-constexpr std::size_t AlignedTo4(std::size_t size) noexcept
-{
-    return (size + 3) & ~std::size_t{3};
-}
-
-/// Walks the notes of one segment: header, owner, description, the last two padded to four bytes.
 std::optional<VS_FIXEDFILEINFO> FindVersionNote(std::string_view notes)
 {
-    while (const auto header = Take<Elf64_Nhdr>(notes, 0))
-    {
-        notes.remove_prefix(sizeof *header);
-        const std::size_t ownerEnd = AlignedTo4(header->n_namesz);
-        const std::size_t noteEnd = ownerEnd + AlignedTo4(header->n_descsz);
-        if (header->n_type == FixedFileInfoNote && notes.substr(0, header->n_namesz) == NoteOwner)
-        {
-            const auto info = Take<VS_FIXEDFILEINFO>(notes, ownerEnd);
-            if (info && header->n_descsz >= sizeof *info && info->dwSignature == Signature)
-                return info;
-        }
-        notes.remove_prefix(std::min(noteEnd, notes.size()));
-    }
-    return {};
+    VersionNote note;
+    const std::string_view start{reinterpret_cast<const char*>(&note), offsetof(VersionNote, info)};
+    const std::string_view found = notes.substr(std::min(notes.find(start), notes.size()));
+    if (found.size() < sizeof note)
+        return {};
+    std::memcpy(&note, found.data(), sizeof note);
+    return note.info.dwSignature == Signature ? std::optional{note.info} : std::nullopt;
 }
 
-/// The running program is opened by the system's link to it: its path may name a newer file by now, or hold bytes that
-/// the library's paths cannot.
+/// The running program is opened by the system's link to it: its path may name a newer file by now, or have bytes that
+/// the library's paths cannot hold.
 FileDescriptor Open(std::string_view path)
 {
     const std::string executable = Posix::ExecutablePath();

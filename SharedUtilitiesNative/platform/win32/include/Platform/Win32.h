@@ -1,6 +1,6 @@
 #pragma once
 
-// The one door to the Win32 functions. Windows answers them itself; elsewhere the stand-in answers for the functions
+// The only way to the Win32 functions. Windows has them itself; elsewhere the stand-in implements the functions
 // declared here, under their own names, with the results that Windows documents.
 
 #ifdef _WIN32
@@ -97,10 +97,9 @@ inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
 inline constexpr DWORD REG_CREATED_NEW_KEY = 1;
 inline constexpr DWORD REG_OPENED_EXISTING_KEY = 2;
 
-// The registry functions work on hives kept in text files (docs/linux-stand-in.md). Each returns 0 or one of the codes
-// above and leaves the thread's last error alone. Differences from Windows: narrow text is UTF-8 and passes unchanged,
-// there are no security descriptors and no symbolic links, every key is non-volatile, both WOW64 views are one, and a
-// key or value name with a line break is refused with 87, because a registry file cannot hold it.
+// The registry functions work on hives kept in text files; docs/linux-stand-in.md lists the differences from Windows.
+// Each returns 0 or one of the codes above and does not set the thread's last error. Listing gives neither classes nor
+// times.
 
 LSTATUS RegOpenKeyExA(HKEY root, LPCSTR subKey, DWORD options, REGSAM access, PHKEY result);
 LSTATUS RegCreateKeyExA(HKEY root, LPCSTR subKey, DWORD reserved, LPSTR className, DWORD options, REGSAM access,
@@ -142,19 +141,17 @@ constexpr bool FAILED(HRESULT result) noexcept
     return result < 0;
 }
 
-// Knows two folders, with CSIDL_FLAG_CREATE or without. CSIDL_COMMON_APPDATA is $PROGRAMDATA, else /usr/share;
-// CSIDL_LOCAL_APPDATA is $LOCALAPPDATA, else $XDG_DATA_HOME, else ~/.local/share. A folder that is relative, that is
-// missing and not to be or cannot be created, whose path does not fit MAX_PATH, or whose name has a backslash is a
-// failure and leaves `path` empty.
+// Knows these two folders, with CSIDL_FLAG_CREATE or without. Fails and leaves `path` empty for a folder that is
+// relative or missing, for a path that does not fit MAX_PATH, and for a name with a backslash.
 
 HRESULT SHGetFolderPathA(HWND owner, int folder, HANDLE token, DWORD flags, LPSTR path);
 
 // ---- private profiles ----------------------------------------------------------------------------------------------
 
-// Names compare without regard to case; blanks around names and values go, and then one pair of quotes around a value;
-// the first section of a name counts, and in it the first key. A line that starts with `;` is a comment. The result is
-// the length without the NUL, one less than `size` for a value that was cut. Differences from Windows: bytes are not
-// decoded, so a UTF-16 file has no values, and a null section or name, which lists what there is, gives nothing.
+// Names compare without regard to case. Blanks around names and values are removed, then one pair of quotes around a
+// value. Of several sections or keys of one name the first is used. A line that starts with `;` is a comment. The
+// result is the length without the NUL, one less than `size` for a value that was cut. Differences from Windows: bytes
+// are not decoded, so a UTF-16 file has no values, and a null section or name gives nothing instead of a list.
 
 DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR name, LPCSTR whenMissing, LPSTR buffer, DWORD size, LPCSTR path);
 
@@ -165,21 +162,19 @@ inline constexpr UINT CP_UTF8 = 65001;
 inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
 
 // A negative count means up to the terminating NUL and that included. `size` 0 asks for the size that is needed; a
-// buffer that is too small gives 0 and stays as it is. A character that the code page has not becomes `substitute`, by
-// default `?`, once for each UTF-16 unit that it has on Windows; in UTF-8, which has neither flags nor a substitute,
-// malformed text becomes U+FFFD. Differences from Windows: always as with WC_NO_BEST_FIT_CHARS, so a character becomes
-// `?` where Windows has a look-alike, which may be two bytes long in an East Asian code page; those code pages have no
-// private characters; those with combining characters (1255, 1258) may take a composed character apart.
+// buffer that is too small gives 0 and stays as it is. A character that the code page cannot represent becomes
+// `substitute`, by default `?`, once for each UTF-16 unit that it has on Windows; in UTF-8, which has neither flags nor
+// a substitute, malformed text becomes U+FFFD. Different from Windows: always as with WC_NO_BEST_FIT_CHARS, and what
+// docs/linux-stand-in.md says of some code pages.
 
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int count, LPSTR buffer, int size, LPCSTR substitute,
                         LPBOOL isSubstituteUsed);
 
 // ---- long and short paths ------------------------------------------------------------------------------------------
 
-// The path, whose spelling may be any of the library's, with each component in the letter case that it has on disk; its
-// separators stay. No file has a short name besides, as on a volume without them. Both return the length without the
-// NUL, 0 when there is no such file, and when the buffer is too small the size needed with the NUL, leaving it as it
-// is.
+// The path with each component in the letter case that it has on disk; the separators stay. The short form is the long
+// one, as on a volume without short names. Both return the length without the NUL; 0 when the file does not exist; when
+// the buffer is too small, the size needed with the NUL, and they leave it as it is.
 
 DWORD GetLongPathNameW(LPCWSTR path, LPWSTR buffer, DWORD size);
 DWORD GetShortPathNameW(LPCWSTR path, LPWSTR buffer, DWORD size);
@@ -207,12 +202,12 @@ struct VS_FIXEDFILEINFO
     DWORD dwFileDateLS;
 };
 
-// The version resource of an executable is the ELF note that the build puts into it; it holds the fixed block alone.
-// The path may be spelled like any of the library's paths.
+// The version resource of an executable is the ELF note that the build puts into it; it holds only the fixed block. The
+// path may be spelled like any of the library's paths.
 
 DWORD GetFileVersionInfoSizeA(LPCSTR path, LPDWORD unused); ///< 0 when the file cannot be read or has no version.
 BOOL GetFileVersionInfoA(LPCSTR path, DWORD unused, DWORD size, LPVOID block);
-BOOL VerQueryValueA(LPCVOID block, LPCSTR subBlock, LPVOID* value, UINT* size); ///< Knows the root block "\" alone.
+BOOL VerQueryValueA(LPCVOID block, LPCSTR subBlock, LPVOID* value, UINT* size); ///< Only for the root block "\".
 
 // ---- processes -----------------------------------------------------------------------------------------------------
 
@@ -225,8 +220,8 @@ struct PROCESSENTRY32W // the members that are filled
     wchar_t szExeFile[MAX_PATH]; ///< The name of the executable's file, without its folder.
 };
 
-// A snapshot knows the processes whose executable the system shows to this user: their own, or all for root. Snapshots
-// of anything else cannot be taken. CloseHandle ends one.
+// A snapshot lists the running processes; those of other users by their command line, as docs/linux-stand-in.md says.
+// Snapshots of anything else cannot be taken. CloseHandle ends one.
 
 HANDLE CreateToolhelp32Snapshot(DWORD what, DWORD process);
 BOOL Process32FirstW(HANDLE snapshot, PROCESSENTRY32W* entry);
@@ -242,20 +237,20 @@ using HMONITOR = HMONITOR__*;
 inline constexpr DWORD MONITOR_DEFAULTTONEAREST = 2;
 inline constexpr int LOGPIXELSX = 88;
 
-// There is a screen of 96 dots per inch, but neither a window nor a monitor. What GetProcessDpiAwareness answers is
-// what was set, which works once; a null process is the calling one.
+// There is a screen of 96 dots per inch, but neither a window nor a monitor. The awareness can be set once. Every
+// process handle means the calling one.
 
 HRESULT SetProcessDpiAwareness(PROCESS_DPI_AWARENESS awareness);
 HRESULT GetProcessDpiAwareness(HANDLE process, PROCESS_DPI_AWARENESS* awareness);
 HMONITOR MonitorFromWindow(HWND window, DWORD flags);                                      ///< Always null.
 HRESULT GetDpiForMonitor(HMONITOR monitor, MONITOR_DPI_TYPE type, UINT* dpiX, UINT* dpiY); ///< Always a failure.
-HDC GetDC(HWND window);                                                                    ///< Of the screen alone.
+HDC GetDC(HWND window);                                                                    ///< Only of the screen.
 int ReleaseDC(HWND window, HDC context);
-int GetDeviceCaps(HDC context, int index); ///< Knows LOGPIXELSX alone.
+int GetDeviceCaps(HDC context, int index); ///< Only LOGPIXELSX.
 
 // ---- C runtime -----------------------------------------------------------------------------------------------------
 
-/// A program that runs with more rights than its caller sees no variable: they are the caller's.
+/// In a program that runs with more rights than its caller, no variable is set: they are the caller's.
 errno_t getenv_s(std::size_t* required, char* buffer, std::size_t size, const char* name);
 errno_t _putenv_s(const char* name, const char* value); ///< An empty value removes the variable.
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// The Win32 types and constants that stand in public signatures. The types are spelled as the system's own headers
-// spell them, so this header may stand before or after <windows.h> and <shellscalingapi.h>, which it does not need.
+// The Win32 types and constants of public signatures. The types are spelled as the system's own headers spell them, so
+// this header may be included before or after <windows.h> and <shellscalingapi.h>, which it does not need.
 
 struct HKEY__;
 using HKEY = HKEY__*;

@@ -134,7 +134,7 @@ try
     LSTATUS status = CheckWritable();
     if (status != ERROR_SUCCESS)
         return status;
-    const auto [folder, name] = MakePlace(m_path, IsPrivate() ? 0700 : 0755);
+    const auto [folder, name] = FindPlace(m_path, IsPrivate() ? 0700U : 0755U);
     const FileLock lock{folder, name + LockSuffix};
     Load(OpenHive(name, O_NOFOLLOW, folder.get()));
     m_isLoaded = false; // whatever fails from now on

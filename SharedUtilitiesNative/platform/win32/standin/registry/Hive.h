@@ -20,8 +20,8 @@ class FileDescriptor;
 
 namespace Quenlor::StandIn::Registry
 {
-/// What tells one version of a file from every other one; that of a missing file is all 0. A hive is written with a
-/// later time than its version before, so that this holds within a tick of the clock too.
+/// Differs for any two versions of a file; all 0 for a missing file. Each version of a hive is written with a later
+/// time than the one before, so that this holds even within a tick of the clock.
 struct FileVersion
 {
     dev_t device = 0;
@@ -36,7 +36,7 @@ struct FileVersion
 ///
 /// A missing file is an empty hive. Codes are 0, ERROR_ACCESS_DENIED when the right is refused, ERROR_BADDB when the
 /// file is not a registry file, and ERROR_REGISTRY_IO_FAILED when it cannot be read or written for another reason; the
-/// file is left alone then. Not thread-safe. Several processes may work on one file.
+/// file stays as it is then. Not thread-safe. Several processes may work on one file.
 class Hive final
 {
 public:

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
-#include <optional>
 #include <sys/file.h>
 #include <system_error>
 #include <unistd.h>
@@ -62,49 +61,6 @@ FileDescriptor MakeFolder(const FileDescriptor& parent, const std::string& name,
     Require(!isNew || ::fchmod(folder.get(), mode) == 0);
     return folder;
 }
-
-HivePlace Resolve(const std::string& path, std::optional<mode_t> mode)
-{
-    const bool isRoot = ::geteuid() == 0;
-    HivePlace place{OpenAt({}, "/", O_PATH), {}};
-    std::string rest = path;
-    for (int links = 0;;)
-    {
-        rest.erase(0, rest.find_first_not_of('/'));
-        const std::size_t end = std::min(rest.find('/'), rest.size());
-        const std::string name = rest.substr(0, end);
-        const bool isLast = rest.find_first_not_of('/', end) == std::string::npos;
-        FileDescriptor entry = Look(place.folder, name);
-        if (!entry && !isLast)
-        {
-            if (!mode)
-                return place;
-            entry = MakeFolder(place.folder, name, *mode);
-        }
-        if (entry)
-        {
-            const struct stat status = StatusOf(entry);
-            if (isRoot && status.st_uid != 0)
-                Throw(EACCES);
-            if (S_ISLNK(status.st_mode))
-            {
-                if (++links > MaxLinks)
-                    Throw(ELOOP);
-                rest.replace(0, end, TargetOf(entry));
-                if (rest.starts_with('/'))
-                    place.folder = OpenAt({}, "/", O_PATH);
-                continue;
-            }
-        }
-        if (isLast)
-        {
-            place.name = name;
-            return place;
-        }
-        place.folder = std::move(entry);
-        rest.erase(0, end);
-    }
-}
 } // namespace
 
 void Throw(int error)
@@ -125,16 +81,49 @@ struct stat StatusOf(const FileDescriptor& file)
     return status;
 }
 
-HivePlace FindPlace(const std::string& path)
+HivePlace FindPlace(const std::string& path, std::optional<mode_t> newFolders)
 {
-    return Resolve(path, {});
-}
-
-HivePlace MakePlace(const std::string& path, mode_t mode)
-{
-    HivePlace place = Resolve(path, mode);
-    CheckOwner(place.folder);
-    return place;
+    const bool isRoot = ::geteuid() == 0;
+    HivePlace place{OpenAt({}, "/", O_PATH), {}};
+    std::string rest = path;
+    for (int links = 0;;)
+    {
+        rest.erase(0, rest.find_first_not_of('/'));
+        const std::size_t end = std::min(rest.find('/'), rest.size());
+        const std::string name = rest.substr(0, end);
+        const bool isLast = rest.find_first_not_of('/', end) == std::string::npos;
+        FileDescriptor entry = Look(place.folder, name);
+        if (!entry && !isLast)
+        {
+            if (!newFolders)
+                return place;
+            entry = MakeFolder(place.folder, name, *newFolders);
+        }
+        if (entry)
+        {
+            const struct stat status = StatusOf(entry);
+            if (isRoot && status.st_uid != 0)
+                Throw(EACCES);
+            if (S_ISLNK(status.st_mode))
+            {
+                if (++links > MaxLinks)
+                    Throw(ELOOP);
+                rest.replace(0, end, TargetOf(entry));
+                if (rest.starts_with('/'))
+                    place.folder = OpenAt({}, "/", O_PATH);
+                continue;
+            }
+        }
+        if (isLast)
+        {
+            if (newFolders)
+                CheckOwner(place.folder);
+            place.name = name;
+            return place;
+        }
+        place.folder = std::move(entry);
+        rest.erase(0, end);
+    }
 }
 
 void CheckWritable(const HivePlace& place)

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
 
 #include "posix/FileDescriptor.h"
 
-// The folder of a hive, for writing. The owner of the folder may write it. Everything is done by open descriptors, so
+// The folder of a hive, for writing, which only its owner may do. Everything is done by open descriptors, so
 // that nothing is written to what is put in the place of a folder or a file meanwhile. Functions throw
 // std::system_error.
 
@@ -26,11 +27,10 @@ struct HivePlace
 
 /// Where a path leads to: links are followed, including the last one. EACCES when root would follow a link or enter a
 /// folder of another account.
-HivePlace FindPlace(const std::string& path);
-
-/// The same, and makes the missing folders with this mode, whatever the umask. EACCES when the folder of the hive
-/// belongs to another account.
-HivePlace MakePlace(const std::string& path, mode_t mode);
+/// @param newFolders the mode of missing folders, which are made then, whatever the umask; EACCES when the folder of
+/// the
+///                   hive belongs to another account
+HivePlace FindPlace(const std::string& path, std::optional<mode_t> newFolders = {});
 
 /// EACCES, EPERM or EROFS when this process may not write the hive. A hive without write permission is protected,
 /// although it could be replaced.

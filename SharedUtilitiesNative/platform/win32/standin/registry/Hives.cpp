@@ -13,29 +13,20 @@ std::string Folder(const char* variable)
     return value.starts_with('/') ? value : "";
 }
 
-/// Empty when there is no place for the hive.
-std::string FolderOf(HKEY root)
-{
-    if (const std::string both = Folder("QUENLOR_REGISTRY_DIR"); !both.empty())
-        return both;
-    if (root == HKEY_LOCAL_MACHINE)
-        return "/var/lib/quenlor/registry";
-    if (const std::string config = Folder("XDG_CONFIG_HOME"); !config.empty())
-        return config + "/quenlor/registry";
-    const std::string home = Folder("HOME");
-    return home.empty() ? home : home + "/.config/quenlor/registry";
-}
-
-Hive Locate(HKEY root)
-{
-    const std::string folder = FolderOf(root);
-    const char* const file = root == HKEY_LOCAL_MACHINE ? "/HKEY_LOCAL_MACHINE.reg" : "/HKEY_CURRENT_USER.reg";
-    return {root, folder.empty() ? folder : folder + file};
-}
-
 std::array<Hive, 2> LocateBoth()
 {
-    return {Locate(HKEY_CURRENT_USER), Locate(HKEY_LOCAL_MACHINE)};
+    const std::string both = Folder("QUENLOR_REGISTRY_DIR"), home = Folder("HOME");
+    std::string config = Folder("XDG_CONFIG_HOME");
+    if (config.empty() && !home.empty())
+        config = home + "/.config";
+    // Empty when there is no place for the hive.
+    const auto in = [&](const std::string& folder, const char* file)
+    {
+        const std::string place = both.empty() && !folder.empty() ? folder + "/quenlor/registry" : both;
+        return place.empty() ? place : place + file;
+    };
+    return {Hive{HKEY_CURRENT_USER, in(config, "/HKEY_CURRENT_USER.reg")},
+            Hive{HKEY_LOCAL_MACHINE, in("/var/lib", "/HKEY_LOCAL_MACHINE.reg")}};
 }
 } // namespace
 

@@ -97,7 +97,6 @@ public:
             path.remove_prefix(1); // tolerated only there
         if (path.starts_with('\\'))
             throw Refusal{ERROR_BAD_PATHNAME};
-        m_parentLength = m_key.path.size();
         AppendToPath(m_key.path, path);
     }
 
@@ -123,12 +122,6 @@ public:
     const Key* KeyIn(const Hive& hive) const { return hive.Root().Find(m_key.path); }
     const std::string& Path() const noexcept { return m_key.path; }
     bool IsPredefined() const noexcept { return m_key.isPredefined; }
-    /// Whether the key of the handle is still there: another process may have deleted it meanwhile.
-    bool HasParent(const Key& hive) const
-    {
-        return m_key.isPredefined || m_key.root == HKEY_CLASSES_ROOT ||
-               hive.Find(std::string_view{m_key.path}.substr(0, m_parentLength));
-    }
 
     /// The value in the first hive that has one of that name, which becomes `home`; null when none has.
     const Value* FindValue(std::string_view name, Hive** home = nullptr) const
@@ -221,7 +214,6 @@ private:
     std::lock_guard<std::mutex> m_lock{m_hives.mutex};
     OpenKey m_key;             // what is worked on
     OpenKey* m_open = nullptr; // the handle; null for a predefined key
-    std::size_t m_parentLength = 0;
 };
 
 /// Hands a value's data to the caller, whose buffer has `room` bytes; `type` and `size` may name the same variable.
@@ -293,9 +285,7 @@ try
             return ERROR_INVALID_PARAMETER;
         const auto create = [&](Key& hive)
         {
-            if (!session.HasParent(hive))
-                return ERROR_KEY_DELETED;
-            isNew = !hive.Find(session.Path());
+            isNew = !hive.Find(session.Path()); // another process may have created it meanwhile
             hive.Create(session.Path());
             return ERROR_SUCCESS;
         };
@@ -395,15 +385,18 @@ try
     Hive* const hive = session.HiveWithKey();
     if (!hive)
         return isContent ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
-    const auto clear = [&](Key& tree)
+    const auto remove = [&](Key& tree)
     {
         Key* const target = tree.Find(session.Path());
-        if (target)
+        if (!target)
+            return isContent ? ERROR_KEY_DELETED : ERROR_FILE_NOT_FOUND;
+        if (isContent)
             target->Clear();
-        return target ? ERROR_SUCCESS : ERROR_KEY_DELETED;
+        else
+            tree.Delete(session.Path());
+        return ERROR_SUCCESS;
     };
-    const auto remove = [&](Key& tree) { return tree.Delete(session.Path()) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND; };
-    return isContent ? session.Change(*hive, clear) : session.Change(*hive, remove);
+    return session.Change(*hive, remove);
 }
 catch (...)
 {

@@ -195,51 +195,48 @@ private:
     const char* ReadData(std::string_view data)
     {
         if (SkipPrefix(data, "-"))
-            return ReadDeletion(data);
+        {
+            if (!IsCommentOrEmpty(data))
+                return "something after the deletion of a value";
+            m_handler.DeleteValue(m_name);
+            return nullptr;
+        }
+        m_data.clear();
+        DWORD type = REG_SZ;
+        const char* reason = "data of an unknown form";
         if (SkipPrefix(data, "\""))
-            return ReadText(data);
-        if (SkipPrefix(data, "dword:"))
-            return ReadNumber(data);
-        if (SkipPrefix(data, "hex"))
-            return ReadHex(data);
-        return "data of an unknown form";
-    }
-
-    const char* ReadDeletion(std::string_view rest)
-    {
-        if (!IsCommentOrEmpty(rest))
-            return "something after the deletion of a value";
-        m_handler.DeleteValue(m_name);
-        return nullptr;
+            reason = ReadText(data);
+        else if (SkipPrefix(data, "dword:"))
+            reason = ReadNumber(data, type);
+        else if (SkipPrefix(data, "hex"))
+            reason = ReadHex(data, type);
+        if (!reason)
+            m_handler.SetValue(m_name, type, m_data);
+        return reason;
     }
 
     const char* ReadText(std::string_view data)
     {
         if (!TakeQuoted(data, m_data))
             return "text without its closing quote";
-        if (!IsCommentOrEmpty(data))
-            return "something after the closing quote";
         m_data += '\0';
-        m_handler.SetValue(m_name, REG_SZ, m_data);
-        return nullptr;
+        return IsCommentOrEmpty(data) ? nullptr : "something after the closing quote";
     }
 
-    const char* ReadNumber(std::string_view data)
+    const char* ReadNumber(std::string_view data, DWORD& type)
     {
+        type = REG_DWORD;
         SkipBlanks(data);
         const std::optional<DWORD> number = TakeHexNumber(data, 8);
         if (!number || !IsCommentOrEmpty(data))
             return "a dword that is not 1 to 8 hexadecimal digits";
-        m_data.clear();
-        for (int shift = 0; shift < 32; shift += 8)
-            m_data += static_cast<char>(*number >> shift & 0xFF);
-        m_handler.SetValue(m_name, REG_DWORD, m_data);
+        m_data.assign(reinterpret_cast<const char*>(&*number), sizeof *number);
         return nullptr;
     }
 
-    const char* ReadHex(std::string_view data)
+    const char* ReadHex(std::string_view data, DWORD& type)
     {
-        DWORD type = REG_BINARY;
+        type = REG_BINARY;
         if (SkipPrefix(data, "("))
         {
             const std::optional<DWORD> number = TakeHexNumber(data, 8);
@@ -249,7 +246,6 @@ private:
         }
         if (!SkipPrefix(data, ":"))
             return "data of an unknown form";
-        m_data.clear();
         HexListEnd end = ReadHexList(data, m_data);
         while (end == HexListEnd::Continued && NextHexLine(data))
         {
@@ -261,7 +257,6 @@ private:
             return "malformed hexadecimal data";
         if (IsText(type) && m_isUnicode)
             m_data = FromUtf16Le(m_data);
-        m_handler.SetValue(m_name, type, m_data);
         return nullptr;
     }
 
