@@ -11,5 +11,5 @@
 #include "language/LanguageChoice.h"
 #include "logging/LogConfigurationChoice.h"
 #include "logging/LoggerPlan.h" // of the base library
-#include "registry/InstallationRecord.h"
+#include "registry/ProductKeys.h"
 #include "registry/RegistryKey.h"

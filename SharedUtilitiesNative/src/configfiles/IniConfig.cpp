@@ -8,8 +8,6 @@
 #include "LanguageHelper.h"
 #include "VersionConfig.h"
 #include "configfiles/UserFile.h"
-#include "core/Format.h"
-#include "core/Paths.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -18,12 +16,7 @@ namespace
 /// Every path passes through the path type once, which repairs malformed UTF-8.
 Utf8String Located(const Utf8String& path)
 {
-    return PathOf(path).GetNameUtf8();
-}
-
-Utf8String BelowRoot(const char* tail)
-{
-    return DirectoryConfig::GetFRAXOProRoot() + tail;
+    return QnFileName{path}.GetNameUtf8();
 }
 
 Utf8String InMachineData(const Utf8String& tail)
@@ -31,7 +24,7 @@ Utf8String InMachineData(const Utf8String& tail)
     return DirectoryConfig::GetProgramDataDirectory() + tail;
 }
 
-/// A file of the machine's that the user has under the same relative name.
+/// The user's copy of a file of the machine, under the same relative name.
 UserFile CopyOfMachineFile(const Utf8String& tail)
 {
     return {InUserDefaults(tail), InMachineData(tail)};
@@ -45,16 +38,16 @@ Utf8String InCodeDescriptions(const char* name)
 constexpr char CodesIniName[] = "Codes.ini";
 } // namespace
 
-// What a user's copy and its default are called differs where it says so; only the copy's name is returned.
+// Where a user's copy and its default have different names, that is intended; the copy's is returned.
 // clang-format off
 UserFile PluginsIni()               { return {InUserDefaults(R"(Plugins\Plugins.ini)"), DirectoryConfig::GetPluginsDirectory() + "Plugins.ini"}; }
-UserFile FraxoProIni()              { return CopyOfMachineFile(Format("FraxoPro%s.ini", VersionConfig::GetReleaseNumber().c_str())); }
+UserFile FraxoProIni()              { return CopyOfMachineFile("FraxoPro" + VersionConfig::GetReleaseNumber() + ".ini"); }
 UserFile CodesIni()                 { return CopyOfMachineFile(InCodeDescriptions(CodesIniName)); }
 UserFile IS875CitiesIni()           { return CopyOfMachineFile(InCodeDescriptions("IS875Cities.ini")); }
 UserFile DbSectionCustomIni()       { return {DirectoryConfig::GetProjectConfigurationDirectory() + R"(Sections\Custom.ini)", DirectoryConfig::GetFraxoSectionDatabaseDirectory() + "Custom.ini"}; }
-UserFile BDeckLiveLoadVehicle()     { return {InUserDefaults("LiveLoad.veh"), BelowRoot(R"(FRAXO\LiveLoad.veh)")}; }
+UserFile BDeckLiveLoadVehicle()     { return {InUserDefaults("LiveLoad.veh"), DirectoryConfig::GetFRAXOProRoot() + R"(FRAXO\LiveLoad.veh)"}; }
 UserFile SteelAutoDrafterStyleIni() { return {InUserDefaults(R"(SteelAutoDrafter\Style.ini)"), IniConfig::GetSteelAutoDrafterBaseStyleIniPath()}; }
-UserFile StWizardDefaultStp()       { return {InUserDefaults(R"(StWizard\default.stp)"), BelowRoot(R"(FRAXO\default.stp)")}; }
+UserFile StWizardDefaultStp()       { return {InUserDefaults(R"(StWizard\default.stp)"), DirectoryConfig::GetFRAXOProRoot() + R"(FRAXO\default.stp)"}; }
 
 Utf8String IniConfig::GetPluginsIniPath()                   { return Provide(PluginsIni()); }
 Utf8String IniConfig::GetFraxoProIniPath()                  { return Provide(FraxoProIni()); }
@@ -69,24 +62,20 @@ Utf8String IniConfig::GetNativeCodesIniPath()               { return Located(InM
 Utf8String IniConfig::GetDesignCodesIniDirectory()          { return LanguageHelper::GetCurrentLanguageDirectory(); }
 Utf8String IniConfig::GetDbSectionCustomDbiPath()           { return Located(DirectoryConfig::GetProjectConfigurationDirectory() + R"(Sections\Custom.dbi)"); }
 Utf8String IniConfig::GetSteelAutoDrafterBaseStyleIniPath() { return Located(InMachineData(R"(SteelAutoDrafter\SCGA-DrgEnv.INI)")); }
-Utf8String IniConfig::GetFraxoCommandTblPath()              { return Located(BelowRoot(R"(FRAXO\Fraxread.tbl)")); }
-Utf8String IniConfig::GetFraxoMessageTblPath()              { return Located(BelowRoot(R"(FRAXO\Fraxmess.tbl)")); }
+Utf8String IniConfig::GetFraxoCommandTblPath()              { return Located(DirectoryConfig::GetFRAXOProRoot() + R"(FRAXO\Fraxread.tbl)"); }
+Utf8String IniConfig::GetFraxoMessageTblPath()              { return Located(DirectoryConfig::GetFRAXOProRoot() + R"(FRAXO\Fraxmess.tbl)"); }
 Utf8String IniConfig::GetGBSteelIniPath()                   { return Located(InUserDefaults(R"(GBSteelDesign\GBSteelDesign.ini)")); }
 // clang-format on
 
 Utf8String IniConfig::GetUserToolPath(int n)
 {
-    constexpr std::size_t step = 260;
     const Utf8String file = GetPluginsIniPath();
-    const Utf8String key = Format("Command#%d", n);
-    std::string value(step, '\0');
-    // A value that is cut gives one less than the buffer's length, so this never reads again. Callers know values that
-    // are cut, and would not know longer ones.
-    for (std::size_t count;
-         (count = ::GetPrivateProfileStringA("USER-TOOLS", key.c_str(), "", value.data(),
-                                             static_cast<DWORD>(value.size()), file.c_str())) >= value.size();)
-        value.assign(count + step, '\0');
-    // The NULs behind the value stay: callers take the result for text that ends at the first one.
-    return PathOf(value).IsAbsolutePath() ? Utf8String{value} : DirectoryConfig::GetPluginsDirectory() + value;
+    const std::string key = "Command#" + std::to_string(n);
+    // Callers know values that are cut to this length, and would not know longer ones. The NULs after the value stay:
+    // callers take the result for text that ends at the first one.
+    std::string value(260, '\0');
+    ::GetPrivateProfileStringA("USER-TOOLS", key.c_str(), "", value.data(), static_cast<DWORD>(value.size()),
+                               file.c_str());
+    return QnFileName{value}.IsAbsolutePath() ? Utf8String{value} : DirectoryConfig::GetPluginsDirectory() + value;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -2,12 +2,14 @@
 
 #include <Quenlor/Utf8String.h>
 
+#include "DirectoryConfig.h"
+
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 /// A file of this user that is made from an installed default when it is first asked for.
 struct UserFile
 {
-    /// What the message about a missing default says: a plug-in's file does not tell of the product's installation.
+    /// What the message about a missing default says: a plug-in's file may be missing from a sound installation.
     enum class Origin
     {
         Product,
@@ -19,7 +21,7 @@ struct UserFile
     Origin origin = Origin::Product;
 };
 
-// Where each such file lies and what it is made from, without making it. The getters of IniConfig and XmlConfig answer
+// Where each such file is and what it is made from, without making it. The getters of IniConfig and XmlConfig answer
 // with these and provide the file; tools that only look ask here.
 
 UserFile PluginsIni();
@@ -34,7 +36,10 @@ UserFile QuickAccessToolbarXml();
 UserFile ConnectionTagLinkXml();
 
 /// A path below the folder that holds the user's files of no particular project.
-Utf8String InUserDefaults(const Utf8String& tail);
+inline Utf8String InUserDefaults(const Utf8String& tail)
+{
+    return DirectoryConfig::GetConfigurationDirectory() + tail;
+}
 
 /// Copies the installed default if the user's file is missing. An existing file is never overwritten or compared, and
 /// its default not looked at. The copy appears whole or not at all.

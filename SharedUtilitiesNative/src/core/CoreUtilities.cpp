@@ -2,31 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <iomanip>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
-#include <utility>
-#include <vector>
 
 #include <Platform/Win32.h>
 
 #include "core/Trace.h"
-
-namespace
-{
-using namespace Quenlor::Fraxo::SharedUtilities::Native;
-
-std::optional<std::string> ReadVariable(const std::string& name)
-{
-    std::size_t size = 0;
-    ::getenv_s(&size, nullptr, 0, name.c_str());
-    if (size == 0)
-        return {};
-    std::vector<char> value(size, '\0');
-    ::getenv_s(&size, value.data(), value.size(), name.c_str());
-    return value.data();
-}
-} // namespace
 
 bool AreFloatNumbersEqual(float a, float b, float epsilon)
 {
@@ -44,18 +28,23 @@ bool AreFloatNumbersEqual(float a, float b, float epsilon)
 std::string FormatFloatToString(float value, int precision)
 {
     std::ostringstream stream;
-    stream.unsetf(std::ios_base::scientific);
-    stream.setf(std::ios_base::fixed);
-    stream.precision(precision);
-    stream << value;
+    stream << std::fixed << std::setprecision(precision) << value;
     return stream.str();
 }
 
 std::string GetEnvironmentVariableValue(const std::string& name)
 {
-    std::optional<std::string> value = ReadVariable(name);
-    Note([&] { return Source{Source::Kind::Environment, name, value, value && !value->empty()}; });
-    return std::move(value).value_or("");
+    using namespace Quenlor::Fraxo::SharedUtilities::Native;
+    std::size_t size = 0;
+    ::getenv_s(&size, nullptr, 0, name.c_str());
+    std::string value(size, '\0');
+    if (size != 0)
+        ::getenv_s(&size, value.data(), value.size(), name.c_str());
+    value.resize(std::strlen(value.c_str()));
+    if (trace)
+        trace->push_back(
+            {Source::Kind::Environment, name, size == 0 ? std::nullopt : std::optional{value}, !value.empty()});
+    return value;
 }
 
 void SetEnvironmentVariableValue(const std::string& name, const std::string& value)
@@ -72,7 +61,7 @@ std::string RightOf(std::string& text, std::uint64_t position)
 {
     if (text.empty() || position > text.length())
         return text;
-    // Only the position right behind the text fails; beyond it the whole text is the answer. Callers know both.
+    // Only the position right after the text fails; beyond it the whole text is the answer. Callers know both.
     if (position == text.length())
         throw std::out_of_range("invalid string position");
     return text.substr(static_cast<std::size_t>(position) + 1);

@@ -10,17 +10,15 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 inline QnFileName PathOf(const Utf8String& utf8)
 {
-    QnFileName path;
-    path.SetNameUtf8(utf8.c_str());
-    return path;
+    return QnFileName{utf8};
 }
 
-/// A component of a folder. There is none in an empty folder: nothing recorded is not the current directory.
+/// A component of a folder. An empty folder has none: nothing recorded is not the current directory.
 inline QnFileName InFolder(const Utf8String& folder, const Utf8String& component)
 {
-    QnFileName path = PathOf(folder);
+    QnFileName path{folder};
     if (!folder.empty())
-        path.AppendToPath(PathOf(component).GetName());
+        path.AppendToPath(QnFileName{component}.GetName());
     return path;
 }
 
@@ -30,12 +28,9 @@ inline bool Exists(const QnFileName& path)
     if (*path.GetName() == L'\0')
         return false;
     const bool exists = QnFileName::DoesPathExist(path.GetName());
-    Note(
-        [&]
-        {
-        return Source{Source::Kind::Path, path.GetNameUtf8().ToStdString(),
-                      exists ? std::optional<std::string>{""} : std::nullopt};
-    });
+    if (trace)
+        trace->push_back({Source::Kind::Path, path.GetNameUtf8().ToStdString(),
+                          exists ? std::optional<std::string>{""} : std::nullopt});
     return exists;
 }
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <Quenlor/Utf8String.h>
+
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 /// Something on the machine that the library asked on the way to an answer.
@@ -23,7 +25,7 @@ struct Source
     std::string place;               ///< Such as a variable's name or a registry value with its key and root. UTF-8.
     std::optional<std::string> held; ///< What was there, NULs of a text included; nothing when it was missing.
     bool decided = false;            ///< Whether what it held went into the answer.
-    std::string problem{};           ///< Why what is there could not be used; empty when nothing is.
+    std::string problem{};           ///< Why what is there could not be used; empty when it was used or is missing.
 
     static constexpr const char* Unreadable = "cannot be read"; ///< The problem when it is not known what is there.
 };
@@ -35,19 +37,11 @@ using Trace = std::vector<Source>;
 /// from one thread.
 inline constinit Trace* trace = nullptr;
 
-/// @param describe makes the Source; not called while there is no trace
-template<class Describe>
-void Note(const Describe& describe)
-{
-    if (trace)
-        trace->push_back(describe());
-}
-
 /// Made before a source is asked whose answer may not be used.
 class Attempt final
 {
 public:
-    /// What was asked since then did not decide, but for the latest `kept`.
+    /// What was asked since then did not decide, except the latest `kept`.
     void PassOver(std::size_t kept = 0) const
     {
         for (std::size_t i = m_first; trace && i + kept < trace->size(); ++i)
@@ -57,4 +51,18 @@ public:
 private:
     std::size_t m_first = trace ? trace->size() : 0;
 };
+
+/// The first answer that is not empty. Later sources are not asked; what was asked before did not decide.
+template<class Sources, class Ask>
+Utf8String FirstAnswer(const Sources& sources, const Ask& ask)
+{
+    for (const auto& source : sources)
+    {
+        const Attempt attempt;
+        if (Utf8String answer = ask(source); !answer.empty())
+            return answer;
+        attempt.PassOver();
+    }
+    return {};
+}
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

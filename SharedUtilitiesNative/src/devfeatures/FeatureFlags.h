@@ -28,8 +28,7 @@ struct FeatureSwitch
     Source source = Source::None;
 };
 
-/// Asks the environment, then the INI file that `iniPath` names or, if that is missing, the one that `provide` makes;
-/// each is asked for only when it is needed.
+/// Asks the environment, then the INI file that `iniPath` names, which is called only when it is needed.
 /// @throws what DevFeaturesConfig::IsDevFeatureEnabled throws
-FeatureSwitch ReadFeatureSwitch(const std::string& flag, std::string (*iniPath)(), std::string (*provide)() = nullptr);
+FeatureSwitch ReadFeatureSwitch(const std::string& flag, std::string (*iniPath)());
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -25,7 +25,7 @@ int DirectoryConfig::HasUnicodeChars(const Utf8String& name)
     return isSubstituteUsed;
 }
 
-// The lengths are compared, not the characters: a letter with an accent counts as unsupported.
+// The lengths are compared, not the characters: a letter with an accent is unsupported.
 int DirectoryConfig::IsFileNameSupportedInCurrentCulture(const Utf8String& name)
 {
     const WString wide{name.c_str(), false};

@@ -9,7 +9,7 @@
 #include "CoreUtilities.h"
 #include "core/Paths.h"
 #include "directories/OutputRoot.h"
-#include "registry/InstallationRecord.h"
+#include "registry/ProductKeys.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -19,36 +19,30 @@ QnFileName CurrentExecutable()
 {
     QnFileName executable;
     QnGetModuleFileName(executable, nullptr);
-    Note([&] { return Source{Source::Kind::System, "the executable", executable.GetNameUtf8().ToStdString(), true}; });
+    if (trace)
+        trace->push_back({Source::Kind::System, "the executable", executable.GetNameUtf8().ToStdString(), true});
     return executable;
 }
 
-/// The absolute path of a folder without symbolic links; none when the folder is not there.
-std::optional<QnFileName> RealPathOf(const QnFileName& folder)
-{
-    std::error_code error;
-    const std::u8string path = std::filesystem::canonical(folder.ToNativePath(), error).u8string();
-    return error ? std::nullopt : std::optional{PathOf(std::string{path.begin(), path.end()})};
-}
-
-/// By the text of the paths. The real path of the root matches as well: the system may have resolved the links in that
-/// of the executable, and text made of dots alone, which other names contain, says nothing.
+/// By the text of the paths, unless it consists of dots, which other names contain. The real path of the root matches
+/// as well: the system may have resolved the links in that of the executable.
 bool IsExecutableBelow(const Utf8String& root)
 {
     if (root.empty())
         return false;
     const WString executable = FixedPathOf(CurrentExecutable());
-    const WString folder = FixedPathOf(PathOf(root));
+    const WString folder = FixedPathOf(QnFileName{root});
     const bool isNamed = std::wstring_view{folder.c_str()}.find_first_not_of(LR"(.\)") != std::wstring_view::npos;
     if (isNamed && executable.ContainsI(folder))
         return true;
-    const std::optional<QnFileName> real = RealPathOf(PathOf(root));
-    return real && executable.ContainsI(FixedPathOf(*real));
+    std::error_code error;
+    const std::u8string real = std::filesystem::canonical(ToNativePath(root), error).u8string();
+    return !error && executable.ContainsI(FixedPathOf(QnFileName{std::string{real.begin(), real.end()}}));
 }
 
 Utf8String AsFolder(const Utf8String& path)
 {
-    QnFileName folder = PathOf(path);
+    QnFileName folder{path};
     folder.AppendSeparator();
     return folder.GetNameUtf8();
 }

@@ -33,7 +33,8 @@ double PerMonitorDPIHelper::GetSystemDPI()
     const HDC screen = ::GetDC(nullptr);
     const int dpi = ::GetDeviceCaps(screen, LOGPIXELSX);
     ::ReleaseDC(nullptr, screen);
-    Note([&] { return Source{Source::Kind::System, "the screen's dots per inch", std::to_string(dpi), true}; });
+    if (trace)
+        trace->push_back({Source::Kind::System, "the screen's dots per inch", std::to_string(dpi), true});
     return dpi;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

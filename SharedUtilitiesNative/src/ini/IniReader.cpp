@@ -1,7 +1,6 @@
 #include "IniReader.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 #include <span>
 #include <stdexcept>
@@ -206,15 +205,11 @@ int IniReader::GetSectionList(std::vector<std::string>& names) const
 
 int IniReader::GetKeyValuePairListBySection(const std::string& section, std::vector<IniKeyValue>& pairs) const
 {
-    const SortedLines* const values = m_values ? m_values->LinesOf(section) : nullptr;
-    std::vector<Ini::Block> order;
-    for (const auto& file : m_loadedFiles)
-        std::ranges::copy(file->BlocksOf(section), std::back_inserter(order));
-    pairs.clear(); // not earlier: `section` may be one of its texts
+    const std::string name = section; // which may be one of the texts that go
+    pairs.clear();
+    const SortedLines* const values = m_values ? m_values->LinesOf(name) : nullptr;
     if (!values)
         return 0;
-    if (order.empty())
-        throw std::out_of_range(NoSuchKey);
     const auto add = [&](const KeyValue& line)
     {
         const std::string_view* const value = FindValue(*values, line.key);
@@ -222,8 +217,13 @@ int IniReader::GetKeyValuePairListBySection(const std::string& section, std::vec
             throw std::out_of_range(NoSuchKey);
         pairs.push_back({std::string{line.key}, std::string{*value}});
     };
-    for (const Ini::Block& block : order)
-        ForEachKeyValue(block.lines, add);
+    for (const auto& file : m_loadedFiles)
+    {
+        for (const Ini::Block& block : file->BlocksOf(name))
+            ForEachKeyValue(block.lines, add);
+    }
+    if (pairs.empty())
+        throw std::out_of_range(NoSuchKey);
     return static_cast<int>(pairs.size());
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -4,7 +4,7 @@
 #include <Quenlor/Utf8String.h>
 
 #include "CoreUtilities.h"
-#include "registry/ProductKey.h"
+#include "registry/ProductKeys.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
@@ -14,7 +14,7 @@ inline Utf8String ForcedLanguage()
     return GetEnvironmentVariableValue("FRAXO_PRO_LANGUAGE");
 }
 
-/// A place where somebody has chosen a language.
+/// A place where a language can be chosen.
 struct LanguageChoice
 {
     HKEY root;
@@ -28,17 +28,14 @@ inline const LanguageChoice LanguageChoices[] = {
     {HKEY_LOCAL_MACHINE, "DefaultLanguage", "machine's default"},
 };
 
-inline Utf8String LanguageKey(const Utf8String& productKey)
-{
-    return productKey + R"(\Language)";
-}
-
-/// Has the languages found out again at the next question, which no application does. For tools that watch.
-void ForgetLanguages();
+inline constexpr char LanguageSubKey[] = R"(\Language)";
 
 /// The key of all choices. The installed set has another one, directly below HKEY_CLASSES_ROOT.
 inline Utf8String LanguageChoiceKey()
 {
-    return LanguageKey(ProductKey());
+    return ProductKey() + LanguageSubKey;
 }
+
+/// Makes the next question find the languages again, which no application does. For tools that watch.
+void ForgetLanguages();
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

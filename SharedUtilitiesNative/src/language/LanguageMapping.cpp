@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include <Platform/Win32.h>
 
@@ -41,23 +41,18 @@ constexpr Language Languages[] = {
 /// The row of a code; English's for one that is unknown.
 const Language& Find(const Utf8String& code)
 {
-    const auto found = std::ranges::find_if(Languages, [&](const Language& row) { return code == row.code; });
+    const auto* const found = std::ranges::find_if(Languages, [&](const Language& row) { return code == row.code; });
     return found == std::end(Languages) ? Languages[0] : *found;
 }
 
-struct Charset
-{
-    unsigned primaryLanguage;
-    unsigned char charset;
-};
-
-constexpr Charset Charsets[] = {
-    {.primaryLanguage = 0x04, .charset = 134}, // Chinese: GB2312
-    {.primaryLanguage = 0x11, .charset = 128}, // Japanese: Shift-JIS
-    {.primaryLanguage = 0x15, .charset = 238}, // Polish: East European
-    {.primaryLanguage = 0x1A, .charset = 238}, // Croatian, Serbian, Bosnian: East European
-    {.primaryLanguage = 0x19, .charset = 204}, // Russian: Cyrillic
-    {.primaryLanguage = 0x1F, .charset = 162}, // Turkish
+// The GDI character set of a primary language; the default one for others.
+constexpr std::pair<unsigned, unsigned char> Charsets[] = {
+    {0x04, 134}, // Chinese: GB2312
+    {0x11, 128}, // Japanese: Shift-JIS
+    {0x15, 238}, // Polish: East European
+    {0x1A, 238}, // Croatian, Serbian, Bosnian: East European
+    {0x19, 204}, // Russian: Cyrillic
+    {0x1F, 162}, // Turkish
 };
 } // namespace
 
@@ -94,9 +89,13 @@ Utf8String LanguageHelper::GetTablesFontName()
 unsigned char LanguageHelper::GetInterfaceCharset()
 {
     const unsigned language = ::GetUserDefaultUILanguage();
-    Note([&] { return Source{Source::Kind::System, "this user's display language", std::to_string(language), true}; });
-    const unsigned primary = language & 0x3FFU;
-    const auto found = std::ranges::find(Charsets, primary, &Charset::primaryLanguage);
-    return found == std::end(Charsets) ? 0 : found->charset;
+    if (trace)
+        trace->push_back({Source::Kind::System, "this user's display language", std::to_string(language), true});
+    for (const auto& [primaryLanguage, charset] : Charsets)
+    {
+        if (primaryLanguage == (language & 0x3FFU))
+            return charset;
+    }
+    return 0;
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

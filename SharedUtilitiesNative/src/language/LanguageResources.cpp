@@ -6,19 +6,20 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 namespace
 {
-Utf8String Library(const Utf8String& directory, const Utf8String& name, const Utf8String& code)
+/// A library of the current language. `path` lacks the postfix and the extension.
+Utf8String Library(const Utf8String& path)
 {
-    return directory + name + LanguageHelper::GetDllLanguagePostfix(code) + ".dll";
+    return path + LanguageHelper::GetDllLanguagePostfix() + ".dll";
 }
 
 Utf8String InConcreteDesign(const char* name)
 {
-    return Library(DirectoryConfig::GetRCDesignerDirectory(), name, LanguageHelper::GetCurrentLanguage());
+    return Library(DirectoryConfig::GetRCDesignerDirectory() + name);
 }
 
 Utf8String InLanguageDirectory(const char* name)
 {
-    return Library(LanguageHelper::GetLanguageDirectory(), name, LanguageHelper::GetCurrentLanguage());
+    return Library(LanguageHelper::GetLanguageDirectory() + name);
 }
 } // namespace
 
@@ -36,35 +37,23 @@ Utf8String LanguageHelper::GetFraxoProRcNs3473Path()      { return InConcreteDes
 Utf8String LanguageHelper::GetFraxoProRcSp52Path()        { return InConcreteDesign("SP52"); }
 Utf8String LanguageHelper::GetFraxoProRcTs500Path()       { return InConcreteDesign("TS500"); }
 Utf8String LanguageHelper::GetFraxoProRcPath()            { return InLanguageDirectory("FPro_RC"); }
-Utf8String LanguageHelper::GetFraxoProResourcePath()      { return GetFraxoProResourcePath(GetCurrentLanguage()); }
+Utf8String LanguageHelper::GetFraxoProResourcePath()      { return InLanguageDirectory("USEnglish"); }
 Utf8String LanguageHelper::GetStWizardResourcePath()      { return InLanguageDirectory("USEngRC"); }
 Utf8String LanguageHelper::GetAdvancedQryDBResourcePath() { return InLanguageDirectory("DBResourceDll"); }
 Utf8String LanguageHelper::GetAdvancedQryResourcePath()   { return InLanguageDirectory("QueryGenRes"); }
 Utf8String LanguageHelper::GetSectionDBMgrResourcePath()  { return InLanguageDirectory("SectionDBMgrRC"); }
+Utf8String LanguageHelper::GetStWizardInternalResourcePath() { return Library(DirectoryConfig::GetFRAXOProRoot() + R"(FRAXO\StWizard)"); }
+Utf8String LanguageHelper::GetOfficeLocationsPath()       { return GetCurrentLanguageDirectory() + "Offices.xml"; }
+Utf8String LanguageHelper::GetCodeDescriptionDir()        { return R"(Language\)" + GetCurrentLanguage(); }
 // clang-format on
 
 Utf8String LanguageHelper::GetFraxoProResourcePath(const Utf8String& code)
 {
-    return Library(GetLanguageDirectory(), "USEnglish", code);
+    return GetLanguageDirectory() + "USEnglish" + GetDllLanguagePostfix(code) + ".dll";
 }
 
 Utf8String LanguageHelper::GetCurrentLanguageSectionWizardDllPath(const Utf8String& name)
 {
-    return Library(DirectoryConfig::GetSectionWizardDirectory(), name, GetCurrentLanguage());
-}
-
-Utf8String LanguageHelper::GetStWizardInternalResourcePath()
-{
-    return Library(DirectoryConfig::GetFRAXOProRoot(), R"(FRAXO\StWizard)", GetCurrentLanguage());
-}
-
-Utf8String LanguageHelper::GetOfficeLocationsPath()
-{
-    return GetCurrentLanguageDirectory() + "Offices.xml";
-}
-
-Utf8String LanguageHelper::GetCodeDescriptionDir()
-{
-    return R"(Language\)" + GetCurrentLanguage();
+    return Library(DirectoryConfig::GetSectionWizardDirectory() + name);
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native

@@ -1,10 +1,9 @@
 #include "LanguageHelper.h"
 
-#include <algorithm>
 #include <mutex>
 #include <set>
+#include <sstream>
 #include <string>
-#include <string_view>
 
 #include <Platform/Win32.h>
 
@@ -37,17 +36,12 @@ Cache& TheCache()
 
 std::set<Utf8String> RecordedLanguages()
 {
-    const std::string data =
-        ReadData(HKEY_CLASSES_ROOT, LanguageKey(VersionConfig::GetVersionStamp()), "InstalledLanguages", REG_MULTI_SZ)
-            .value_or("");
+    const Utf8String key = VersionConfig::GetVersionStamp() + LanguageSubKey;
     std::set<Utf8String> languages;
-    std::string_view rest = data; // texts with a NUL behind each, and an empty one at the end if it is well formed
-    while (!rest.empty() && rest.front() != '\0')
-    {
-        const std::string_view code = rest.substr(0, rest.find('\0'));
+    // Each text ends in a NUL, and the list in an empty text if it is well formed.
+    std::istringstream list{ReadData(HKEY_CLASSES_ROOT, key, "InstalledLanguages", REG_MULTI_SZ).value_or("")};
+    for (std::string code; std::getline(list, code, '\0') && !code.empty();)
         languages.insert(code);
-        rest.remove_prefix(std::min(code.length() + 1, rest.length()));
-    }
     if (languages.empty())
         languages.insert(FallBack);
     return languages;
@@ -55,14 +49,12 @@ std::set<Utf8String> RecordedLanguages()
 
 void NoteRemembered(const char* what, const std::set<Utf8String>& languages)
 {
-    Note(
-        [&]
-        {
-        std::string held;
-        for (const Utf8String& code : languages)
-            held.append(code.ToStdString()).append(1, '\0');
-        return Source{Source::Kind::System, what, held, true};
-    });
+    if (!trace)
+        return;
+    std::string held;
+    for (const Utf8String& code : languages)
+        held += code.ToStdString() + '\0';
+    trace->push_back({Source::Kind::System, what, held, true});
 }
 
 const std::set<Utf8String>& InstalledLanguages(Cache& cache)
@@ -79,15 +71,13 @@ const std::set<Utf8String>& InstalledLanguages(Cache& cache)
 
 Utf8String ChosenLanguage(const std::set<Utf8String>& installed)
 {
-    for (const LanguageChoice& place : LanguageChoices)
+    const auto ask = [&](const LanguageChoice& place)
     {
-        const Attempt attempt;
         const Utf8String choice = RegistryHelper::GetStringValue(place.root, LanguageChoiceKey(), place.name, {});
-        if (installed.contains(choice))
-            return choice;
-        attempt.PassOver();
-    }
-    return FallBack;
+        return installed.contains(choice) ? choice : Utf8String{};
+    };
+    const Utf8String chosen = FirstAnswer(LanguageChoices, ask);
+    return chosen.empty() ? FallBack : chosen;
 }
 } // namespace
 

@@ -6,7 +6,7 @@
 #include <Platform/Win32.h>
 
 #include "core/NumberConversion.h"
-#include "registry/ProductKey.h"
+#include "registry/ProductKeys.h"
 #include "registry/RegistryKey.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -27,7 +27,7 @@ bool Write(HKEY root, const Utf8String& subKey, const Utf8String& name, int valu
                                    sizeof value) == ERROR_SUCCESS;
 }
 
-/// A value of at most four bytes, which count as a number only if that is its type.
+/// A value of at most four bytes, which are a number only if that is its type.
 struct StoredNumber
 {
     DWORD type;
@@ -56,7 +56,7 @@ int ConvertStringValueToInt(HKEY root, const Utf8String& subKey, const Utf8Strin
     {
         conversion.PassOver();
         const std::optional<StoredNumber> now = ReadNumber(root, subKey, name);
-        return now && now->type == REG_DWORD ? now->number : whenMissing; // somebody else has just converted it
+        return now && now->type == REG_DWORD ? now->number : whenMissing; // another program has just converted it
     }
     return RegistryHelper::SetIntValue(root, subKey, name, number) ? number : whenMissing;
 }
@@ -70,12 +70,9 @@ Utf8String RegistryHelper::GetCurrentUserKey()
 bool RegistryHelper::CheckIfKeyExists(HKEY root, const Utf8String& subKey)
 {
     const bool exists = OpenForReading(root, subKey) != nullptr;
-    Note(
-        [&]
-        {
-        return Source{Source::Kind::RegistryKey, PlaceOf(root, subKey),
-                      exists ? std::optional<std::string>{""} : std::nullopt, exists};
-    });
+    if (trace)
+        trace->push_back({Source::Kind::RegistryKey, PlaceOf(root, subKey),
+                          exists ? std::optional<std::string>{""} : std::nullopt, exists});
     return exists;
 }
 
@@ -97,7 +94,7 @@ bool RegistryHelper::SetStringValue(HKEY root, const Utf8String& subKey, const U
     const RegistryKey key = OpenForWriting(root, subKey);
     if (!key)
         return false;
-    // The count leaves out the NUL behind the text; the system stores it all the same when it finds one there.
+    // The count leaves out the NUL after the text; the system finds one there and stores it all the same.
     const LSTATUS status =
         ::RegSetValueExA(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
                          static_cast<DWORD>(value.length()));

@@ -1,6 +1,5 @@
 #include "registry/RegistryKey.h"
 
-#include <array>
 #include <iterator>
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
@@ -12,23 +11,16 @@ std::optional<std::string> Read(HKEY root, const Utf8String& subKey, const Utf8S
     const RegistryKey key = OpenForReading(root, subKey);
     if (!key)
         return {};
+    std::string data;
     DWORD type = REG_NONE;
-    const auto query = [&](auto& buffer, DWORD& size)
+    DWORD size = 256; // enough for most
+    LSTATUS status = ERROR_SUCCESS;
+    do
     {
-        size = static_cast<DWORD>(buffer.size());
-        return ::RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()),
-                                  &size);
-    };
-    // Most data fit at once, which saves the call that asks for their size: a seventh of the time.
-    std::array<char, 256> usual;
-    DWORD size = 0;
-    LSTATUS status = query(usual, size);
-    if (status == ERROR_SUCCESS && type == wantedType)
-        return std::string{usual.data(), size};
-    if (status != ERROR_MORE_DATA || type != wantedType)
-        return {};
-    std::string data(size, '\0');
-    status = query(data, size);
+        data.resize(size);
+        status =
+            ::RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &size);
+    } while (status == ERROR_MORE_DATA && type == wantedType);
     if (status != ERROR_SUCCESS || type != wantedType)
         return {};
     data.resize(size);
@@ -88,12 +80,9 @@ std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const U
 void NoteValue(HKEY root, const Utf8String& subKey, const Utf8String& name, DWORD wantedType,
                const std::optional<std::string>& held)
 {
-    Note(
-        [&]
-        {
-        return Source{Source::Kind::RegistryValue, PlaceOf(root, subKey, name), held, held.has_value(),
-                      held ? std::string{} : ProblemOf(root, subKey, name, wantedType)};
-    });
+    if (trace)
+        trace->push_back({Source::Kind::RegistryValue, PlaceOf(root, subKey, name), held, held.has_value(),
+                          held ? std::string{} : ProblemOf(root, subKey, name, wantedType)});
 }
 
 std::string PlaceOf(HKEY root, const Utf8String& subKey)

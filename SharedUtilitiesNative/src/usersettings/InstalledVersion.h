@@ -4,9 +4,6 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// Below a release's key for the user: what is known of its installation.
-inline constexpr char BuildKey[] = R"(\Build)";
-
 /// The version that the newest release before `release` (such as "24.00.00") has recorded for this user.
 /// "21.00.00.00" when only release 21 has run, and empty when none has.
 Utf8String LastVersionBefore(const Utf8String& release);

@@ -1,13 +1,17 @@
 #include "UserSettingsConfig.h"
 
+#include <algorithm>
+#include <ranges>
+#include <string>
+
 #include <Platform/Win32.h>
 
 #include "CoreUtilities.h"
 #include "LanguageHelper.h"
 #include "RegistryHelper.h"
-#include "core/Format.h"
-#include "registry/InstallationRecord.h"
-#include "registry/ProductKey.h"
+#include "VersionConfig.h"
+#include "core/NumberConversion.h"
+#include "registry/ProductKeys.h"
 #include "registry/RegistryKey.h"
 #include "usersettings/InstalledVersion.h"
 
@@ -18,9 +22,10 @@ namespace
 constexpr char Configurations[] = R"(\Configurations)";
 constexpr char RssSettings[] = R"(\RSSSettings)";
 constexpr char LicenseConfig[] = R"(\LicenseConfig)";
+constexpr char Build[] = R"(\Build)";
 
-// A row is what a getter and its setter share. Names are spelled as installers and earlier releases spell them; that
-// like switches have different defaults is intended.
+// A row is what a getter and its setter share. Names are spelled as installers and earlier releases spell them. Similar
+// switches have different defaults on purpose.
 
 struct Flag
 {
@@ -41,7 +46,7 @@ constexpr Flag UseRoamingConfig {Configurations, "UseRoamingProjectConfig", true
 constexpr Flag ProjectForLogging{Configurations, "UseDefaultProjectForLogging", true};
 constexpr Flag RssFeed          {RssSettings,    "EnableFeed", true};
 constexpr Flag ShowPreviewer    {RssSettings,    "ShowOnStartup", false};
-constexpr Flag IsNewVersion     {BuildKey,       "IsNewVersionInstall", true};
+constexpr Flag IsNewVersion     {Build,          "IsNewVersionInstall", true};
 constexpr Flag NuclearCodes     {LicenseConfig,  "NuclearDesignCodes", false};
 constexpr Flag LumConnection    {LicenseConfig,  "LUMConnection", false};
 
@@ -51,11 +56,11 @@ constexpr Text Theme      {Configurations, "ThemeColor"};
 constexpr Text Font       {Configurations, "ThemeFont"};
 constexpr Text LastRead   {RssSettings,    "LastRead"};
 constexpr Text FeedUrl    {RssSettings,    "FEEDUrl"};
-
+constexpr Text Version    {Build,          "ProductVersion"};
 // clang-format on
 
-constexpr char FeedCategory[] = "FEEDCategory%d";
-constexpr char FeedZone[] = "FEEDZone%d";
+constexpr char FeedCategory[] = "FEEDCategory"; // and an index
+constexpr char FeedZone[] = "FEEDZone";
 constexpr char DocumentService[] = "FRAXO_PRO_PL365";
 
 Utf8String KeyOf(const char* subKey)
@@ -83,15 +88,13 @@ void Write(const Text& row, const Utf8String& value)
     RegistryHelper::SetStringValue(HKEY_CURRENT_USER, KeyOf(row.subKey), row.name, value);
 }
 
-bool ReadIndexed(const char* nameFormat, int index)
+bool ReadFeedFlag(const std::string& name)
 {
-    const Utf8String name = Format(nameFormat, index);
     return Read(Flag{RssSettings, name.c_str(), false});
 }
 
-void WriteIndexed(const char* nameFormat, int index, bool value)
+void WriteFeedFlag(const std::string& name, bool value)
 {
-    const Utf8String name = Format(nameFormat, index);
     Write(Flag{RssSettings, name.c_str(), false}, value);
 }
 } // namespace
@@ -105,8 +108,8 @@ bool       UserSettingsConfig::GetShowPreviewerOnStartup()      { return Read(Sh
 bool       UserSettingsConfig::GetIsNewVersionInstallFlag()     { return Read(IsNewVersion); }
 bool       UserSettingsConfig::IsNuclearDesignCodeEnabled()     { return Read(NuclearCodes); }
 bool       UserSettingsConfig::IsLumConnectionEnabled()         { return Read(LumConnection); }
-bool       UserSettingsConfig::GetRssFeedCategory(int index)    { return ReadIndexed(FeedCategory, index); }
-bool       UserSettingsConfig::GetRssFeedZone(int index)        { return ReadIndexed(FeedZone, index); }
+bool       UserSettingsConfig::GetRssFeedCategory(int index)    { return ReadFeedFlag(FeedCategory + std::to_string(index)); }
+bool       UserSettingsConfig::GetRssFeedZone(int index)        { return ReadFeedFlag(FeedZone + std::to_string(index)); }
 Utf8String UserSettingsConfig::GetDefaultConnectedProjectId()   { return Read(ProjectId); }
 Utf8String UserSettingsConfig::GetDefaultConnectedProjectName() { return Read(ProjectName); }
 Utf8String UserSettingsConfig::GetApplicationTheme()            { return Read(Theme); }
@@ -119,8 +122,8 @@ void UserSettingsConfig::SetShowPreviewerOnStartup(bool show)                   
 void UserSettingsConfig::SetIsNewVersionInstallFlag(bool isNew)                        { Write(IsNewVersion, isNew); }
 void UserSettingsConfig::EnableNuclearDesignCode(bool enable)                          { Write(NuclearCodes, enable); }
 void UserSettingsConfig::EnableLumConnection(bool enable)                              { Write(LumConnection, enable); }
-void UserSettingsConfig::SetRssFeedCategory(int index, bool selected)                  { WriteIndexed(FeedCategory, index, selected); }
-void UserSettingsConfig::SetRssFeedZone(int index, bool selected)                      { WriteIndexed(FeedZone, index, selected); }
+void UserSettingsConfig::SetRssFeedCategory(int index, bool selected)                  { WriteFeedFlag(FeedCategory + std::to_string(index), selected); }
+void UserSettingsConfig::SetRssFeedZone(int index, bool selected)                      { WriteFeedFlag(FeedZone + std::to_string(index), selected); }
 void UserSettingsConfig::SetDefaultConnectedProjectId(const Utf8String& id)            { Write(ProjectId, id); }
 void UserSettingsConfig::SetDefaultConnectedProjectName(const Utf8String& name)        { Write(ProjectName, name); }
 void UserSettingsConfig::SetApplicationTheme(const Utf8String& theme)                  { Write(Theme, theme); }
@@ -138,6 +141,38 @@ Utf8String UserSettingsConfig::GetApplicationFont()
         return whenMissing;
     usual.PassOver(1);
     return stored->c_str(); // up to the first NUL
+}
+
+Utf8String LastVersionBefore(const Utf8String& release)
+{
+    constexpr int oldestThatRecords = 22;
+    const auto ask = [](int earlier)
+    {
+        const Utf8String key = UserKeyOf(std::to_string(earlier) + ".00.00") + Version.subKey;
+        return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, key, Version.name, {});
+    };
+    const int current = std::max(LeadingNumber(release), oldestThatRecords);
+    const Utf8String version = FirstAnswer(std::views::iota(oldestThatRecords, current) | std::views::reverse, ask);
+    if (!version.empty())
+        return version;
+    // Release 21 never recorded its version: that it left settings has to do.
+    return RegistryHelper::CheckIfKeyExists(HKEY_CURRENT_USER, UserKeyOf("21.00.00")) ? "21.00.00.00" : "";
+}
+
+Utf8String UserSettingsConfig::GetLastInstalledProductVersion()
+{
+    const Attempt current;
+    const Utf8String version = Read(Version);
+    if (!version.empty())
+        return version;
+    current.PassOver();
+    return LastVersionBefore(VersionConfig::GetReleaseNumber());
+}
+
+void UserSettingsConfig::SetCurrentInstalledProductVersion()
+{
+    Write(Version, VersionConfig::GetProductVersion());
+    SetIsNewVersionInstallFlag(true);
 }
 
 Utf8String UserSettingsConfig::GetUserNameString()

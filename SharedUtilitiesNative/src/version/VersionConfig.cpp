@@ -1,36 +1,21 @@
 #include "VersionConfig.h"
 
+#include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include <Platform/Win32.h>
 #include <Quenlor/QnFileName.h>
 
-#include "core/Format.h"
 #include "core/Trace.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
 namespace
 {
-struct ModuleVersion
-{
-    std::uint16_t major = 0;
-    std::uint16_t minor = 0;
-    std::uint16_t build = 0;
-    std::uint16_t revision = 0;
-};
-
-constexpr std::uint16_t High(DWORD number) noexcept
-{
-    return static_cast<std::uint16_t>(number >> 16);
-}
-
-constexpr std::uint16_t Low(DWORD number) noexcept
-{
-    return static_cast<std::uint16_t>(number & 0xFFFF);
-}
+using ModuleVersion = std::array<DWORD, 4>; // major, minor, build, revision
 
 ModuleVersion ReadModuleVersion()
 {
@@ -38,35 +23,40 @@ ModuleVersion ReadModuleVersion()
     QnGetModuleFileName(executable, nullptr);
     const Utf8String path = executable.GetNameUtf8();
     DWORD unused = 0;
-    const DWORD size = ::GetFileVersionInfoSizeA(path.c_str(), &unused);
-    if (size == 0)
-        return {};
-    std::vector<BYTE> block(size);
-    if (!::GetFileVersionInfoA(path.c_str(), 0, size, block.data()))
-        return {};
+    std::vector<BYTE> block(::GetFileVersionInfoSizeA(path.c_str(), &unused));
     LPVOID found = nullptr;
     UINT length = 0;
-    if (!::VerQueryValueA(block.data(), R"(\)", &found, &length) || length < sizeof(VS_FIXEDFILEINFO))
+    if (block.empty() || !::GetFileVersionInfoA(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) ||
+        !::VerQueryValueA(block.data(), R"(\)", &found, &length) || length < sizeof(VS_FIXEDFILEINFO))
         return {};
     const auto& info = *static_cast<const VS_FIXEDFILEINFO*>(found);
-    return {High(info.dwFileVersionMS), Low(info.dwFileVersionMS), High(info.dwFileVersionLS),
-            Low(info.dwFileVersionLS)};
+    return {info.dwFileVersionMS >> 16, info.dwFileVersionMS & 0xFFFF, info.dwFileVersionLS >> 16,
+            info.dwFileVersionLS & 0xFFFF};
 }
 
-Utf8String TextOf(const ModuleVersion& version)
+std::string AtLeastTwoDigits(DWORD number)
 {
-    return Format("%02d.%02d.%02d.%02d", version.major, version.minor, version.build, version.revision);
+    return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+std::string TextOf(const ModuleVersion& version)
+{
+    std::string text = AtLeastTwoDigits(version[0]);
+    for (std::size_t part = 1; part < version.size(); ++part)
+        text += '.' + AtLeastTwoDigits(version[part]);
+    return text;
 }
 
 /// Read on first use and kept, a failure as well: a running executable does not change its version.
 const ModuleVersion& ExecutableVersion()
 {
     static const ModuleVersion version = ReadModuleVersion();
-    Note([] { return Source{Source::Kind::System, "the executable's version", TextOf(version).ToStdString(), true}; });
+    if (trace)
+        trace->push_back({Source::Kind::System, "the executable's version", TextOf(version), true});
     return version;
 }
 
-/// Four numbers and the dots between as sscanf reads them, but also defined for numbers that no int holds.
+/// Four numbers with dots between, as sscanf reads them, but also defined for numbers that no int holds.
 std::uint64_t Pack(const Utf8String& version)
 {
     const char* next = version.c_str();
@@ -88,25 +78,13 @@ Utf8String VersionConfig::GetProductName()                     { return GetProdu
 Utf8String VersionConfig::GetProductNameForQuenlorCI()         { return "FRAXO.PRO"; }
 Utf8String VersionConfig::GetReleaseNumber()                   { return "22.00.00"; }
 Utf8String VersionConfig::GetProductKey()                      { return "FraxoPro"; }
-Utf8String VersionConfig::GetConnectedProjectRegistrationKey() { return "21.00.00.00"; } // not 22, on purpose
+Utf8String VersionConfig::GetConnectedProjectRegistrationKey() { return "21.00.00.00"; } // not this release, on purpose
 Utf8String VersionConfig::GetPledgeSeries()                    { return "7"; }
 Utf8String VersionConfig::GetFRAXOUpgradeCode()                { return "{2CE036A7-3141-4d84-ADF0-8C13CD58F8C1}"; }
+Utf8String VersionConfig::GetVersionStamp()                    { return GetProductKey() + R"(\)" + GetReleaseNumber(); }
+Utf8String VersionConfig::GetBuildNumber()                     { return AtLeastTwoDigits(ExecutableVersion()[2]); }
+Utf8String VersionConfig::GetProductVersion()                  { return TextOf(ExecutableVersion()); }
 // clang-format on
-
-Utf8String VersionConfig::GetBuildNumber()
-{
-    return Format("%02d", ExecutableVersion().build);
-}
-
-Utf8String VersionConfig::GetProductVersion()
-{
-    return TextOf(ExecutableVersion());
-}
-
-Utf8String VersionConfig::GetVersionStamp()
-{
-    return GetProductKey() + R"(\)" + GetReleaseNumber();
-}
 
 int VersionConfig::CompareVersions(Utf8String first, Utf8String second)
 {

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <Platform/Win32.h>
 #include <Quenlor/Utf8String.h>
 
+#include "RegistryHelper.h"
 #include "VersionConfig.h"
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// The key of this release below "Quenlor", for what installers and support write. It is not that of the user's own
-/// settings, RegistryHelper::GetCurrentUserKey(), which lies below "Quenlor Systems".
+/// The key of this release below "Quenlor", for what installers and support write. The user's own settings have
+/// another one, RegistryHelper::GetCurrentUserKey(), below "Quenlor Systems".
 inline Utf8String ProductKey()
 {
     return R"(SOFTWARE\Quenlor\)" + VersionConfig::GetVersionStamp();
@@ -17,5 +19,11 @@ inline Utf8String ProductKey()
 inline Utf8String UserKeyOf(const Utf8String& release)
 {
     return R"(Software\Quenlor Systems\)" + VersionConfig::GetProductKey() + R"(\)" + release;
+}
+
+/// A text of the record that the installer leaves; empty when it is missing.
+inline Utf8String InstallationRecord(const char* name)
+{
+    return RegistryHelper::GetStringValue(HKEY_CLASSES_ROOT, VersionConfig::GetVersionStamp(), name, {});
 }
 } // namespace Quenlor::Fraxo::SharedUtilities::Native
