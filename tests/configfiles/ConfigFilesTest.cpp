@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include "DirectoryConfig.h"
 #include "IniConfig.h"
 #include "XmlConfig.h"
 #include "support/Files.h"
@@ -36,20 +35,18 @@ struct Copy
     const char* advice = " The installation of FRAXO.Pro may be corrupt.";
 };
 
-// With the release in its name, with the language, from the root, called or filed differently, and of a plug-in.
+// One for each way to find the default.
 // clang-format off
 const Copy Copies[] = {
-    {IniConfig::GetFraxoProIniPath,                  R"(Default\)" + ProductIni,       &Bases::machineData, ProductIni},
+    {IniConfig::GetFraxoProIniPath,                  R"(Default\)" + ProductIni,              &Bases::machineData, ProductIni},
     {IniConfig::GetCodesIniPath,                     R"(Default\Language\de\Codes.ini)",      &Bases::machineData, R"(Language\de\Codes.ini)"},
     {IniConfig::GetBDeckLiveLoadVehiclePath,         R"(Default\LiveLoad.veh)",               &Bases::root,        R"(FRAXO\LiveLoad.veh)"},
-    {IniConfig::GetStWizardDefaultStpPath,           R"(Default\StWizard\default.stp)",       &Bases::root,        R"(FRAXO\default.stp)"},
     {IniConfig::GetSteelAutoDrafterUserStyleIniPath, R"(Default\SteelAutoDrafter\Style.ini)", &Bases::machineData, R"(SteelAutoDrafter\SCGA-DrgEnv.INI)"},
-    {XmlConfig::GetUserQATFilePath,                  R"(Default\FProQATItemSettings.xml)",    &Bases::root,        R"(FRAXO\FProQATItemSettings.xml)"},
     {XmlConfig::GetUserConnectionTagLinkFilePath,    R"(Default\Plugins\ConnectionTagLink\ConnectionTagFile.xml)", &Bases::root, R"(FRAXO\Plugins\ConnectionTagLink\Data\ConnectionTagFile.xml)", ""},
 };
 // clang-format on
 
-TEST_F(ConfigFiles, AreTheUsersCopiesOfDefaults)
+TEST_F(ConfigFiles, AreCopiedOnce)
 {
     for (const Copy& row : Copies)
     {
@@ -60,25 +57,21 @@ TEST_F(ConfigFiles, AreTheUsersCopiesOfDefaults)
         WriteFile(installed, "default");
         EXPECT_EQ(row.getter(), path);
         EXPECT_EQ(ReadFile(NativePath(path)), "default");
+        WriteFile(NativePath(path), "edited");
+        EXPECT_EQ(row.getter(), path);
+        EXPECT_EQ(ReadFile(NativePath(path)), "edited");
     }
-    EXPECT_EQ(DirectoryConfig::GetConnectionTagLinkAppDataDirectory(), // the same folder in other letter case
-              m_bases.userData + R"(Default\PlugIns\ConnectionTagLink\)");
     m_machine.BreakShellFolder(ShellFolder::ProgramData);
     m_machine.BreakShellFolder(ShellFolder::LocalAppData);
     EXPECT_THAT(IniConfig::GetFraxoProIniPath,
-                ThrowsMessage<std::runtime_error>(StrEq("Could not get LocalAppData folder")))
-        << "the user's folder first";
+                ThrowsMessage<std::runtime_error>(StrEq("Could not get LocalAppData folder")));
 }
 
 TEST_F(ConfigFiles, OfOtherKindsAreOnlyLocated)
 {
-    EXPECT_EQ(XmlConfig::GetEditorMRUListFilePath(),
-              m_bases.userData + R"(Default\Editor\Quenlor.Fraxo.Editor.Mru.xml)");
-    EXPECT_EQ(XmlConfig::GetSteelAutoDrafterSectionListFilePath(),
-              m_bases.machineData + R"(SteelAutoDrafter\SectionList.xml)");
-    EXPECT_EQ(IniConfig::GetNativeCodesIniPath(), m_bases.machineData + R"(Language\de\Codes.ini)");
     WriteFile(NativePath(m_bases.machineData + R"(Sections\Custom.dbi)"), "default"); // natural to copy
     EXPECT_EQ(IniConfig::GetDbSectionCustomDbiPath(), m_bases.userData + R"(Default\Sections\Custom.dbi)");
+    EXPECT_EQ(IniConfig::GetNativeCodesIniPath(), m_bases.machineData + R"(Language\de\Codes.ini)");
     EXPECT_TRUE(IsEmptyFolder(m_machine.Root() / "LocalAppData"));
 
     const std::string folder = m_machine.Folder("\xC3\xBC\xC3\x9F");
@@ -87,50 +80,52 @@ TEST_F(ConfigFiles, OfOtherKindsAreOnlyLocated)
               folder + R"(Quenlor\Engineering\FRAXO.Pro VANTIRE Edition\Default\Sections\Custom.dbi)");
 }
 
-TEST_F(ConfigFiles, OfEachProjectIncludeItsSections)
+TEST_F(ConfigFiles, OfAProjectIncludeItsSections)
 {
-    const auto contentFor = [this](const char* project, const std::string& database)
-    {
-        UseProject(project, true);
-        m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", database);
-        EXPECT_EQ(IniConfig::GetDbSectionCustomIniPath(), m_bases.userData + project + R"(\Sections\Custom.ini)");
-        return ReadFile(NativePath(m_bases.userData + project + R"(\Sections\Custom.ini)"));
-    };
     const std::string database = m_machine.Folder("db");
     WriteFile(NativePath(m_bases.machineData + R"(Sections\Custom.ini)"), "machine's");
     WriteFile(NativePath(database + "Custom.ini"), "variable's");
     WriteFile(m_machine.Root() / "dbCustom.ini", "beside");
-    EXPECT_EQ(contentFor("Bridge", ""), "machine's");
-    EXPECT_EQ(contentFor("Tower", database), "variable's");
-    // Without a separator at its end the folder is the start of the file's name: nothing is inserted.
-    EXPECT_EQ(contentFor("Dam", database.substr(0, database.length() - 1)), "beside");
-    EXPECT_EQ(contentFor("Bridge", database), "machine's");
-}
-
-/// The 260 bytes of a tool's value.
-std::string Padded(std::string value)
-{
-    value.resize(260);
-    return value;
+    const struct
+    {
+        const char* project;
+        std::string variable;
+        const char* content;
+    } rows[] = {
+        {"Bridge", "", "machine's"},
+        {"Tower", database, "variable's"},
+        {"Dam", database.substr(0, database.length() - 1), "beside"}, // nothing is inserted before the file's name
+        {"Bridge", database, "machine's"},
+    };
+    for (const auto& [project, variable, content] : rows)
+    {
+        UseProject(project, true);
+        m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", variable);
+        EXPECT_EQ(IniConfig::GetDbSectionCustomIniPath(), m_bases.userData + project + R"(\Sections\Custom.ini)");
+        EXPECT_EQ(ReadFile(NativePath(m_bases.userData + project + R"(\Sections\Custom.ini)")), content);
+    }
 }
 
 TEST_F(ConfigFiles, NameToolsBelowThePlugIns)
 {
     const std::string plugIns = m_bases.root + R"(FRAXO\Plugins\)";
-    WriteFile(NativePath(plugIns + "Plugins.ini"), "[USER-TOOLS]\nCommand#1=installed");
-    EXPECT_EQ(IniConfig::GetUserToolPath(1), plugIns + Padded("installed"));
-
     const std::string longest = R"(C:\)" + std::string(256, 'x');
-    WriteFile(NativePath(m_bases.userData + R"(Default\Plugins\Plugins.ini)"),
-              "[OTHER]\nCommand#5=other\n"
-              "[User-Tools]\nCommand#1=bin\\tool.exe -x\ncommand#2 = C:\\My Tools\\x.exe \n"
-              "Command#-1=\"C:/negative\"\nCommand#4=" +
-                  longest + "\nCommand#6=" + longest + "y\n");
-    EXPECT_EQ(IniConfig::GetUserToolPath(1), plugIns + Padded("bin\\tool.exe -x"));
-    EXPECT_EQ(IniConfig::GetUserToolPath(2), Padded("C:\\My Tools\\x.exe"));
-    EXPECT_EQ(IniConfig::GetUserToolPath(-1), Padded("C:/negative"));
-    EXPECT_EQ(IniConfig::GetUserToolPath(5), plugIns + Padded("")) << "no such key";
-    EXPECT_EQ(IniConfig::GetUserToolPath(4), Padded(longest));
-    EXPECT_EQ(IniConfig::GetUserToolPath(6), Padded(longest));
+    WriteFile(NativePath(plugIns + "Plugins.ini"), "[OTHER]\nCommand#5=other\n"
+                                                   "[User-Tools]\nCommand#1=bin\\tool.exe -x\n"
+                                                   "command#2 = C:\\My Tools\\x.exe \nCommand#-1=\"C:/negative\"\n"
+                                                   "Command#4=" +
+                                                       longest + "\nCommand#6=" + longest + "y\n");
+    const struct
+    {
+        int number;
+        std::string folder;
+        std::string value;
+    } rows[] = {{1, plugIns, "bin\\tool.exe -x"}, {2, "", "C:\\My Tools\\x.exe"}, {-1, "", "C:/negative"},
+                {5, plugIns, ""},                 {4, "", longest},               {6, "", longest}};
+    for (auto [number, folder, value] : rows)
+    {
+        value.resize(260);
+        EXPECT_EQ(IniConfig::GetUserToolPath(number), folder + value);
+    }
 }
 } // namespace

@@ -1,7 +1,6 @@
 #include <IniReader.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <fstream>
 #include <iterator>
@@ -30,15 +29,14 @@ using Pairs = std::vector<std::pair<std::string, std::string>>;
 std::vector<std::string> SectionList(const IniReader& reader)
 {
     std::vector<std::string> names{"left over"};
-    const int count = reader.GetSectionList(names);
-    EXPECT_EQ(count, static_cast<int>(names.size()));
+    EXPECT_EQ(reader.GetSectionList(names), static_cast<int>(names.size()));
     return names;
 }
 
 Pairs PairList(const IniReader& reader, const std::string& section)
 {
     std::vector<IniKeyValue> list{{"left", "over"}};
-    reader.GetKeyValuePairListBySection(section, list);
+    EXPECT_EQ(reader.GetKeyValuePairListBySection(section, list), static_cast<int>(list.size()));
     Pairs pairs;
     for (const auto& [key, value] : list)
         pairs.emplace_back(key, value);
@@ -68,7 +66,6 @@ protected:
     }
 
     const ScratchMachine m_machine;
-    const std::wstring m_missingFile = (m_machine.Root() / "missing.ini").wstring();
     IniReader m_reader;
 };
 
@@ -94,12 +91,13 @@ const Lines Rows[] = {
     {"no name makes no header", "a=1\n[]\n[ ]\n[\n]\n[=\n=]\n= ]\nb=2\n",
         {{"", {{"a", "1"}, {"[", ""}, {"", "]"}, {"", "]"}, {"b", "2"}}}}},
     {"byte order mark is part of the name", "\xEF\xBB\xBF[Main]\nk=v\n", {{"\xBB\xBF[Main", {{"k", "v"}}}}},
-    {"sections are united, the last value counts, the file's order stays", "[A]\nz=1\n[B]\nz=9\n[A]\na=3\nz=2\n",
+    {"sections are united, the last value is used, the file's order stays", "[A]\nz=1\n[B]\nz=9\n[A]\na=3\nz=2\n",
         {{"A", {{"z", "2"}, {"a", "3"}, {"z", "2"}}}, {"B", {{"z", "9"}}}}},
     {"sections without keys do not exist", "[A]\n; k=1\n[B]\n\nnoise\n[C]\n[D]\nk=\n", {{"D", {{"k", ""}}}}},
 };
 // clang-format on
 
+// What these rules make of any other text, the fuzz target compares with a plain reader.
 TEST_F(IniReaderTest, StoresWhatTheRulesOfLinesSay)
 {
     for (const Lines& row : Rows)
@@ -113,26 +111,26 @@ TEST_F(IniReaderTest, StoresWhatTheRulesOfLinesSay)
     }
 }
 
-TEST_F(IniReaderTest, LoadsNoValuesWithoutAFileAndCallsOnlyAMissingOneAFailure)
+TEST_F(IniReaderTest, LoadFailsOnlyForAMissingFile)
 {
     With("[A]\nk=1\n");
     EXPECT_TRUE(m_reader.LoadFile(m_machine.Root().wstring())) << "is there, but cannot be opened";
     EXPECT_THAT(SectionList(m_reader), IsEmpty());
-    EXPECT_FALSE(m_reader.LoadFile(m_missingFile));
-    EXPECT_FALSE(m_reader.LoadSection(m_missingFile, "A"));
+    EXPECT_FALSE(m_reader.LoadFile(L"missing.ini"));
+    EXPECT_FALSE(m_reader.LoadSection(L"missing.ini", "A"));
 }
 
-TEST_F(IniReaderTest, TakesNarrowPathsAsUtf8InAnyLetterCase)
+TEST_F(IniReaderTest, NarrowPathsAreUtf8InAnyLetterCase)
 {
     const std::u8string utf8 = Write("[A]\nk=1\n", u8"Tr\u00E4ger \u6881.ini").u8string();
-    const std::string file{utf8.begin(), utf8.end()};
+    std::string file{utf8.begin(), utf8.end()};
     EXPECT_TRUE(m_reader.LoadFile(file));
     EXPECT_EQ(m_reader.GetIntegerValue("A", "k", 0), 1);
-    EXPECT_TRUE(m_reader.LoadSection(file.substr(0, file.length() - 3) + "INI", "A")) << "in any letter case";
+    EXPECT_TRUE(m_reader.LoadSection(file.replace(file.length() - 3, 3, "INI"), "A"));
     EXPECT_EQ(m_reader.GetIntegerValue("A", "k", 0), 1);
 }
 
-TEST_F(IniReaderTest, CtrlZEndsTheTextWhereTheRuntimeSaysSo)
+TEST_F(IniReaderTest, CtrlZEndsTheTextAsInTheRuntime)
 {
     const std::string text = "[A]\r\nk=1\r\n\x1A\nk=2\n";
     std::ifstream stream{Write(text)};
@@ -156,14 +154,14 @@ TEST_F(IniReaderTest, ReadsFilesWhoseSizeIsNotKnown)
     }
 }
 
-TEST_F(IniReaderTest, DoesNotCopyItsValues)
+TEST_F(IniReaderTest, ACopyIsEmpty)
 {
     const IniReader copy{With("[A]\nk=1\n")};
     EXPECT_THAT(SectionList(copy), IsEmpty());
     EXPECT_EQ(m_reader.GetStringValue("A", "k", "none"), "1");
 }
 
-TEST_F(IniReaderTest, LoadsTheFirstSectionOfANameAlone)
+TEST_F(IniReaderTest, LoadSectionTakesOnlyTheFirstOfItsName)
 {
     const std::string text = "k=0\n[B]\nk=1\nk=2\n;[C]\n[B]\nk=3\nj=4\n[]\n[C]\nk=5\n";
     EXPECT_THAT(SectionList(WithSection(text, "B")), ElementsAre("B"));
@@ -174,74 +172,62 @@ TEST_F(IniReaderTest, LoadsTheFirstSectionOfANameAlone)
         EXPECT_THAT(SectionList(WithSection(text, section)), IsEmpty()) << section;
 }
 
-TEST_F(IniReaderTest, GivesTheDefaultOnlyWhenSectionOrKeyIsMissing)
+TEST_F(IniReaderTest, TheDefaultIsForMissingKeys)
 {
     With("[A]\nk=1\nempty=\n");
     EXPECT_EQ(m_reader.GetStringValue("A", "empty", "default"), "");
-    for (const std::string key : {"", "K", "k ", "k=", "k=1", "kk", "emp"})
+    for (const std::string key : {"", "K", "k ", "k=1", "emp"})
         EXPECT_EQ(m_reader.GetStringValue("A", key, "default"), "default") << key;
     EXPECT_EQ(m_reader.GetIntegerValue("a", "k", 5), 5);
     EXPECT_TRUE(m_reader.GetBoolValue("A", "missing", true));
     EXPECT_EQ(m_reader.GetFloatValue("A", "missing", 9.0F), 9.0F);
 }
 
-TEST_F(IniReaderTest, TakesTheNumberAtTheStart)
+TEST_F(IniReaderTest, ANumberIsReadAtTheStart)
 {
-    const std::map<std::string, int> integers{
-        {"+7", 7}, {"1.9", 1}, {"0x10", 0}, {"010", 10}, {"-2147483648", INT_MIN}};
+    const std::map<std::string, int> integers{{"+7", 7}, {"0x10", 0}, {"010 mm", 10}, {"-2147483648", INT_MIN}};
     for (const auto& [text, number] : integers)
     {
         EXPECT_EQ(With("k=" + text).GetIntegerValue("", "k", 5), number) << text;
         EXPECT_EQ(m_reader.GetBoolValue("", "k", number == 0), number != 0) << text;
     }
     EXPECT_EQ(With("k=-.25e1 kN").GetFloatValue("", "k", 9.0F), -2.5F);
-}
 
-TEST_F(IniReaderTest, ThrowsWhereThereIsNoNumberAndNeitherNeedsNorChangesErrno)
-{
-    const auto asInteger = [this] { return m_reader.GetIntegerValue("", "k", 5); };
+    const auto asInteger = [this] { m_reader.GetIntegerValue("", "k", 5); };
     const auto asBool = [this] { m_reader.GetBoolValue("", "k", true); };
     const auto asFloat = [this] { m_reader.GetFloatValue("", "k", 9.0F); };
     With("k=true");
     EXPECT_THAT(asInteger, ThrowsMessage<std::invalid_argument>(StrEq("invalid stoi argument")));
     EXPECT_THAT(asBool, ThrowsMessage<std::invalid_argument>(StrEq("invalid stoi argument")));
     EXPECT_THAT(asFloat, ThrowsMessage<std::invalid_argument>(StrEq("invalid stof argument")));
+    With("k=2147483648");
+    EXPECT_THAT(asInteger, ThrowsMessage<std::out_of_range>(StrEq("stoi argument out of range")));
     With("k=1e-60");
     EXPECT_THAT(asFloat, ThrowsMessage<std::out_of_range>(StrEq("stof argument out of range")));
-    With("k=2147483648");
-    errno = 0;
-    EXPECT_THAT(asInteger, ThrowsMessage<std::out_of_range>(StrEq("stoi argument out of range")));
-    EXPECT_EQ(errno, 0);
-    With("k=1");
-    errno = ERANGE;
-    EXPECT_EQ(asInteger(), 1);
-    EXPECT_EQ(errno, ERANGE);
 }
 
-TEST_F(IniReaderTest, ListsSectionsInAscendingOrderOfUnsignedBytes)
+TEST_F(IniReaderTest, SectionsAreInOrderOfUnsignedBytes)
 {
-    With("k=\n[b]\nk=\n[\xC3\xA4]\nk=\n[B]\nk=\n[ab]\nk=\n[a]\nk=\n");
-    EXPECT_THAT(SectionList(m_reader), ElementsAre("", "B", "a", "ab", "b", "\xC3\xA4"));
-    EXPECT_THAT(PairList(m_reader, "C"), IsEmpty());
-
+    With("k=\n[b]\nk=\n[\xC3\xA4]\nk=\n[B]\nk=\n[ab]\nk=\n");
+    EXPECT_THAT(SectionList(m_reader), ElementsAre("", "B", "ab", "b", "\xC3\xA4"));
     std::vector<IniKeyValue> list{{"B", ""}};
     EXPECT_EQ(m_reader.GetKeyValuePairListBySection(list[0].Key, list), 1);
 }
 
-TEST_F(IniReaderTest, ListsPairsInTheOrderOfAllFilesSoFarAndThrowsForAKeyThatIsGone)
+TEST_F(IniReaderTest, PairsAreInTheOrderOfAllFiles)
 {
     std::vector<IniKeyValue> list;
     const auto listPairs = [&] { m_reader.GetKeyValuePairListBySection("A", list); };
     WithSection("[A]\nx=1\n", "A"); // adds no key to the order
     EXPECT_THAT(listPairs, ThrowsMessage<std::out_of_range>(StrEq("invalid map<K, T> key")));
     With("[A]\nx=1\ny=2\n");
-    m_reader.LoadFile(m_missingFile);
+    m_reader.LoadFile(L"missing.ini");
     EXPECT_THAT(PairList(m_reader, "A"), IsEmpty());
     With("[A]\ny=3\nx=4\n");
     EXPECT_EQ(PairList(m_reader, "A"), (Pairs{{"x", "4"}, {"y", "3"}, {"y", "3"}, {"x", "4"}}));
-    With("[A]\nx=5\n");
+    With("[A]\nx=5\n"); // without y, which the order has
     EXPECT_THAT(listPairs, ThrowsMessage<std::out_of_range>(StrEq("invalid map<K, T> key")));
-    ASSERT_EQ(list.size(), 1U);
-    EXPECT_EQ(list[0].Value, "5");
+    EXPECT_EQ(list.at(0).Value, "5");
+    EXPECT_EQ(list.size(), 1U);
 }
 } // namespace

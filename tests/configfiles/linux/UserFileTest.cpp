@@ -21,7 +21,11 @@ using ::testing::ThrowsMessage;
 class UserFileOnLinux : public ::testing::Test
 {
 protected:
-    UserFileOnLinux() { create_directories(m_path.parent_path()); }
+    UserFileOnLinux()
+    {
+        create_directories(m_path.parent_path());
+        WriteFile(m_default, "[Main]\n");
+    }
 
     std::string Provided(const fs::path& origin) const { return Provide({m_path.string(), origin.string()}).c_str(); }
 
@@ -32,7 +36,6 @@ protected:
 
 TEST_F(UserFileOnLinux, IsReadableOnlyByItsOwner)
 {
-    WriteFile(m_default, "[Main]\n");
     const mode_t former = ::umask(0);
     Provided(m_default);
     ::umask(former);
@@ -41,7 +44,6 @@ TEST_F(UserFileOnLinux, IsReadableOnlyByItsOwner)
 
 TEST_F(UserFileOnLinux, IsNeitherReadNorMadeInAClosedFolder)
 {
-    WriteFile(m_default, "[Main]\n");
     WriteFile(m_path, "[Main]\nKey=v\n");
     permissions(m_path.parent_path(), fs::perms::none);
     const OrdinaryUser user{m_machine.Root()};
@@ -50,7 +52,7 @@ TEST_F(UserFileOnLinux, IsNeitherReadNorMadeInAClosedFolder)
                 ThrowsMessage<std::runtime_error>("default.ini file could not be copied."));
 }
 
-/// What reads a pipe or a device waits for ever, or gets bytes without an end.
+/// A reader of a pipe or a device would wait for ever, or get bytes without an end.
 TEST_F(UserFileOnLinux, IsNotReadFromPipesDevicesAndBeyondTheLimit)
 {
     const fs::path pipe = m_machine.Root() / "pipe";
@@ -76,7 +78,6 @@ TEST_F(UserFileOnLinux, IsNotReadFromPipesDevicesAndBeyondTheLimit)
 
 TEST_F(UserFileOnLinux, IsNotMadeAtALinkToNowhere)
 {
-    WriteFile(m_default, "[Main]\n");
     create_symlink("nowhere", m_path);
     EXPECT_THROW(Provided(m_default), std::runtime_error);
 }
