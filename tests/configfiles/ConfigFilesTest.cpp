@@ -6,6 +6,7 @@
 
 #include "IniConfig.h"
 #include "XmlConfig.h"
+#include "configfiles/UserFile.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
 #include "support/Printers.h"
@@ -120,12 +121,30 @@ TEST_F(ConfigFiles, NameToolsBelowThePlugIns)
         int number;
         std::string folder;
         std::string value;
-    } rows[] = {{1, plugIns, "bin\\tool.exe -x"}, {2, "", "C:\\My Tools\\x.exe"}, {-1, "", "C:/negative"},
-                {5, plugIns, ""},                 {4, "", longest},               {6, "", longest}};
+    } rows[] = {{1, plugIns, "bin\\tool.exe -x"},
+                {2, "", "C:\\My Tools\\x.exe"},
+                {-1, "", "C:/negative"},
+                {5, plugIns, ""},
+                {4, "", longest},
+                {6, "", longest}};
     for (auto [number, folder, value] : rows)
     {
         value.resize(260);
         EXPECT_EQ(IniConfig::GetUserToolPath(number), folder + value);
     }
+}
+TEST_F(ConfigFiles, AreMadeInFoldersOfAnyLetterCase)
+{
+    const std::string root = m_machine.Folder("files");
+    m_machine.Folder("files/DEEP");
+    WriteFile(m_machine.Root() / "files/Default.ini", "default");
+    EXPECT_EQ(Provide({root + R"(deep\User.ini)", root + "Default.ini"}), root + R"(deep\User.ini)");
+    EXPECT_EQ(ReadFile(m_machine.Root() / "files/DEEP/User.ini"), "default");
+    EXPECT_EQ(Provide({root + "\xFF.ini", root + "Default.ini"}), root + "\xEF\xBF\xBD.ini") << "malformed UTF-8";
+    EXPECT_THAT(
+        [&] {
+        Provide({root + R"(Default.ini\User.ini)", root + "Default.ini"});
+        },
+        ThrowsMessage<std::runtime_error>("Default.ini file target directory could not be created."));
 }
 } // namespace

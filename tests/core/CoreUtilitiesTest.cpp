@@ -67,7 +67,8 @@ TEST(LeftOfAndRightOf, SplitATextAroundAPosition)
         std::string left;
         std::string right;
     } rows[] = {
-        {"a=b", 1, "a", "b"}, {"abc", 2, "ab", ""}, {"abc", 4, "abc", "abc"}, {"", 0, "", ""}, {"abc", last, "abc", "abc"},
+        {"a=b", 1, "a", "b"}, {"abc", 2, "ab", ""},        {"abc", 4, "abc", "abc"},
+        {"", 0, "", ""},      {"abc", last, "abc", "abc"},
     };
     for (auto& [text, position, left, right] : rows)
     {

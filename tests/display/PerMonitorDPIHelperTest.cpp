@@ -20,7 +20,7 @@ TEST(SetPerMonitorDPIAware, SucceedsOnceInAProcess)
     EXPECT_FALSE(PerMonitorDPIHelper::SetPerMonitorDPIAware());
 }
 
-TEST(GetPerMonitorDPIAware, IsWhatWasSetByWhomever)
+TEST(GetPerMonitorDPIAware, IsWhatTheProcessSet)
 {
     if (const char* const answer = KnownDifference())
         GTEST_SKIP() << answer;
@@ -33,12 +33,12 @@ TEST(GetPerMonitorDPIAware, IsWhatWasSetByWhomever)
     EXPECT_EQ(awareness, PROCESS_SYSTEM_DPI_AWARE);
 }
 
-TEST(GetDpiForWindowAndGetSystemDPI, AreThoseOfTheScreenAlsoForWhatIsNoWindow)
+TEST(DpiOfWindowAndSystem, AreThoseOfTheScreen)
 {
     const std::string set = GetEnvironmentVariableValue("FRAXO_SCREEN_DPI"); // by scripts/wine
     const double dpi = set.empty() ? 96 : std::stod(set);
     PerMonitorDPIHelper::SetPerMonitorDPIAware();
-    EXPECT_EQ(PerMonitorDPIHelper::GetDpiForWindow(reinterpret_cast<HWND>(std::intptr_t{0x1234})), dpi);
+    EXPECT_EQ(PerMonitorDPIHelper::GetDpiForWindow(reinterpret_cast<HWND>(std::intptr_t{0x1234})), dpi) << "no window";
     EXPECT_EQ(PerMonitorDPIHelper::GetSystemDPI(), dpi);
 }
 } // namespace

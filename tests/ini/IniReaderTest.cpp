@@ -29,14 +29,16 @@ using Pairs = std::vector<std::pair<std::string, std::string>>;
 std::vector<std::string> SectionList(const IniReader& reader)
 {
     std::vector<std::string> names{"left over"};
-    EXPECT_EQ(reader.GetSectionList(names), static_cast<int>(names.size()));
+    const int count = reader.GetSectionList(names);
+    EXPECT_EQ(count, static_cast<int>(names.size()));
     return names;
 }
 
 Pairs PairList(const IniReader& reader, const std::string& section)
 {
     std::vector<IniKeyValue> list{{"left", "over"}};
-    EXPECT_EQ(reader.GetKeyValuePairListBySection(section, list), static_cast<int>(list.size()));
+    const int count = reader.GetKeyValuePairListBySection(section, list);
+    EXPECT_EQ(count, static_cast<int>(list.size()));
     Pairs pairs;
     for (const auto& [key, value] : list)
         pairs.emplace_back(key, value);

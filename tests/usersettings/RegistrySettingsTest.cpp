@@ -5,33 +5,50 @@
 
 #include <gmock/gmock.h>
 
+#include "VersionConfig.h"
 #include "support/InstallationTest.h"
 #include "support/Printers.h"
+#include "usersettings/InstalledVersion.h"
 
 namespace
 {
 using namespace std::string_literals;
-using Settings = Quenlor::Fraxo::SharedUtilities::Native::UserSettingsConfig;
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
+using Settings = UserSettingsConfig;
 
 const std::string Configurations = SettingsKey + R"(\Configurations)";
 const std::string RssSettings = SettingsKey + R"(\RSSSettings)";
 const std::string LicenseConfig = SettingsKey + R"(\LicenseConfig)";
 const std::string Build = SettingsKey + R"(\Build)";
 
-using UserSettings = InstallationTest;
-
-TEST_F(UserSettings, KeepFlagsAsNumbersWhereInstallersLookForThem)
+class UserSettings : public InstallationTest
 {
-    struct Row
+protected:
+    std::optional<StoredValue> Stored(const std::string& key, const char* name) const
+    {
+        return m_machine.ReadData(HKEY_CURRENT_USER, key, name);
+    }
+
+    /// An earlier release records its version, or only leaves settings.
+    void Run(const std::string& release, const char* version) const
+    {
+        const std::string key = R"(Software\Quenlor Systems\FraxoPro\)" + release;
+        m_machine.WriteText(HKEY_CURRENT_USER, version ? key + R"(\Build)" : key, "ProductVersion",
+                            version ? version : "");
+    }
+};
+
+TEST_F(UserSettings, AreWhereInstallersLookForThem)
+{
+    const struct
     {
         void (*set)(bool);
         bool (*get)();
         std::string key;
         const char* name;
-        bool whenMissing; // not the same for like switches, on purpose
-    };
-    // clang-format off
-    const Row rows[] = {
+        bool whenMissing; // similar switches differ on purpose
+    } flags[] = {
+        // clang-format off
         {Settings::SetUseRoamingProjectConfig, Settings::UseRoamingProjectConfig, Configurations, "UseRoamingProjectConfig", true},
         {Settings::SetUseDefaultProjectForLogging, Settings::UseDefaultProjectForLogging, Configurations, "UseDefaultProjectForLogging", true},
         {Settings::EnableRssFeed, Settings::IsRssFeedEnabled, RssSettings, "EnableFeed", true},
@@ -39,64 +56,48 @@ TEST_F(UserSettings, KeepFlagsAsNumbersWhereInstallersLookForThem)
         {Settings::SetIsNewVersionInstallFlag, Settings::GetIsNewVersionInstallFlag, Build, "IsNewVersionInstall", true},
         {Settings::EnableNuclearDesignCode, Settings::IsNuclearDesignCodeEnabled, LicenseConfig, "NuclearDesignCodes", false},
         {Settings::EnableLumConnection, Settings::IsLumConnectionEnabled, LicenseConfig, "LUMConnection", false},
+        {[](bool on) { Settings::SetRssFeedCategory(-1, on); }, [] { return Settings::GetRssFeedCategory(-1); }, RssSettings, "FEEDCategory-1", false},
+        {[](bool on) { Settings::SetRssFeedZone(12, on); }, [] { return Settings::GetRssFeedZone(12); }, RssSettings, "FEEDZone12", false},
+        // clang-format on
     };
-    // clang-format on
-    for (const Row& row : rows)
+    for (const auto& [set, get, key, name, whenMissing] : flags)
     {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(row.get(), row.whenMissing);
-        row.set(true);
-        EXPECT_EQ(m_machine.ReadData(HKEY_CURRENT_USER, row.key, row.name), (StoredValue{REG_DWORD, "\1\0\0\0"s}));
-        row.set(false);
-        EXPECT_FALSE(row.get());
-        m_machine.WriteNumber(HKEY_CURRENT_USER, row.key, row.name, 7); // nothing is cached
-        EXPECT_TRUE(row.get());
+        SCOPED_TRACE(name);
+        EXPECT_EQ(get(), whenMissing);
+        set(true);
+        EXPECT_EQ(Stored(key, name), (StoredValue{REG_DWORD, "\1\0\0\0"s}));
+        set(false);
+        EXPECT_FALSE(get());
+        m_machine.WriteNumber(HKEY_CURRENT_USER, key, name, 7); // nothing is cached
+        EXPECT_TRUE(get());
     }
-    EXPECT_FALSE(Settings::UseDefaultConnectedProject());
-}
-
-TEST_F(UserSettings, KeepTextsWhereInstallersLookForThem)
-{
-    struct Row
+    const struct
     {
         void (*set)(const Quenlor::Utf8String&);
         Quenlor::Utf8String (*get)();
         std::string key;
         const char* name;
-    };
-    // clang-format off
-    const Row rows[] = {
+    } texts[] = {
+        // clang-format off
         {Settings::SetDefaultConnectedProjectId, Settings::GetDefaultConnectedProjectId, Configurations, "DefaultProjectID"},
         {Settings::SetDefaultConnectedProjectName, Settings::GetDefaultConnectedProjectName, Configurations, "DefaultProjectName"},
         {Settings::SetApplicationTheme, Settings::GetApplicationTheme, Configurations, "ThemeColor"},
         {Settings::SetRssFeedLastReadInfo, Settings::GetRssFeedLastReadInfo, RssSettings, "LastRead"},
         {Settings::SetRssFeedUrl, nullptr, RssSettings, "FEEDUrl"},
+        // clang-format on
     };
-    // clang-format on
-    for (const Row& row : rows)
+    for (const auto& [set, get, key, name] : texts)
     {
-        const std::string text = std::string{"Br\u00FCcke of "} + row.name;
-        EXPECT_TRUE(!row.get || row.get().empty()) << row.name;
-        row.set(text);
-        EXPECT_EQ(m_machine.ReadData(HKEY_CURRENT_USER, row.key, row.name), (StoredValue{REG_SZ, text + '\0'}));
-        EXPECT_TRUE(!row.get || row.get() == text) << row.name;
+        EXPECT_TRUE(!get || get().empty()) << name;
+        set("text");
+        EXPECT_EQ(Stored(key, name), (StoredValue{REG_SZ, "text\0"s}));
+        EXPECT_TRUE(!get || get() == "text") << name;
     }
 }
 
-TEST_F(UserSettings, NameCategoriesAndZonesByAnyIndex)
-{
-    Settings::SetRssFeedCategory(-1, true);
-    Settings::SetRssFeedZone(12, true);
-    EXPECT_TRUE(m_machine.ReadData(HKEY_CURRENT_USER, RssSettings, "FEEDCategory-1"));
-    EXPECT_TRUE(m_machine.ReadData(HKEY_CURRENT_USER, RssSettings, "FEEDZone12"));
-    EXPECT_TRUE(Settings::GetRssFeedCategory(-1));
-    EXPECT_TRUE(Settings::GetRssFeedZone(12));
-}
-
-TEST_F(UserSettings, OfInstallersAndSupportLieOutsideTheUsersKey)
+TEST_F(UserSettings, OfInstallersAndSupportAreOutsideTheUsersKey)
 {
     EXPECT_EQ(Settings::GetUserEmail(), "support@quenlor.example");
-
     m_machine.WriteText(HKEY_CLASSES_ROOT, InstallationKey, "UserName", "A. User");
     m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Support)", "UserEmail", ""); // empty, but stored
     m_machine.WriteNumber(HKEY_CURRENT_USER, VendorKey, "TestCrashReporting", 1);
@@ -105,21 +106,20 @@ TEST_F(UserSettings, OfInstallersAndSupportLieOutsideTheUsersKey)
     EXPECT_TRUE(Settings::GetTestCrashReporting());
 }
 
-TEST_F(UserSettings, KeepTheDocumentServiceInTheEnvironmentAlone)
+TEST_F(UserSettings, KeepTheDocumentServiceInTheEnvironment)
 {
     constexpr char Variable[] = "FRAXO_PRO_PL365";
-    m_machine.SetEnvironment(Variable, {}); // given back at the end
-    Settings::EnablePL365(true);
-    EXPECT_STREQ(std::getenv(Variable), "1");
-    Settings::EnablePL365(false);
-    EXPECT_EQ(std::getenv(Variable), nullptr);
     m_machine.SetEnvironment(Variable, "0"); // any text will do
     EXPECT_TRUE(Settings::IsPL365Enabled());
+    Settings::EnablePL365(false);
+    EXPECT_EQ(std::getenv(Variable), nullptr);
+    Settings::EnablePL365(true);
+    EXPECT_STREQ(std::getenv(Variable), "1");
 }
 
 // A process has one language, so each of these needs one of its own.
 
-TEST_F(UserSettings, HaveAFontOfTheirOwnForChinese)
+TEST_F(UserSettings, HaveAFontForChinese)
 {
     m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "zh-cn");
     EXPECT_EQ(Settings::GetApplicationFont(), "Microsoft YaHei");
@@ -129,7 +129,32 @@ TEST_F(UserSettings, HaveAFontOfTheirOwnForChinese)
 
 TEST_F(UserSettings, HaveOneFontForAllOtherLanguages)
 {
-    m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "zh-CN"); // letter case counts
+    m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "zh-CN"); // letter case matters
     EXPECT_EQ(Settings::GetApplicationFont(), "Segoi UI");   // spelled so
+}
+
+TEST_F(UserSettings, IncludeTheVersionThatRanLast)
+{
+    Run("20.00.00", nullptr);
+    Run("19.00.00", "19.00.00.01");
+    EXPECT_EQ(LastVersionBefore("24.00.00"), "") << "nothing below 21 is considered";
+    Run("21.00.00", nullptr);
+    Run("21.00.00", "21.05.00.09"); // only the key matters
+    EXPECT_EQ(LastVersionBefore("24.00.00"), "21.00.00.00");
+    EXPECT_EQ(Settings::GetLastInstalledProductVersion(), "21.00.00.00");
+    Run("22.00.00", "22.05.00.41");
+    Run("23.00.00", "");
+    EXPECT_EQ(LastVersionBefore("24.00.00"), "22.05.00.41");
+    EXPECT_EQ(LastVersionBefore("22.00.00"), "21.00.00.00") << "only what came before";
+    EXPECT_EQ(LastVersionBefore("unknown"), "21.00.00.00");
+    Run("100.00.00", "100.01.00.00");
+    EXPECT_EQ(LastVersionBefore("101.00.00"), "100.01.00.00");
+
+    Run(Release, "1.01.00.07"); // of an earlier build of this release
+    EXPECT_EQ(Settings::GetLastInstalledProductVersion(), "1.01.00.07");
+    Settings::SetIsNewVersionInstallFlag(false);
+    Settings::SetCurrentInstalledProductVersion();
+    EXPECT_EQ(Settings::GetLastInstalledProductVersion(), VersionConfig::GetProductVersion());
+    EXPECT_TRUE(Settings::GetIsNewVersionInstallFlag());
 }
 } // namespace

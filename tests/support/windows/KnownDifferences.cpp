@@ -23,7 +23,7 @@ constexpr Difference OfWine[] = {
     {"ReturnCodes", "open: no result", "writes through the null pointer"},
     {"ReturnCodes", "create: no result", "writes through the null pointer"},
     {"ReturnCodes", "create: too long a name", "creates the key"},
-    {"IsWhatWasSetByWhomever", "", "takes the process of any real handle for unaware"},
+    {"IsWhatTheProcessSet", "", "takes the process of any real handle for unaware"},
     {"ShowsTheUsersItemsThenTheMachines", "", "shows only the classes of the machine"},
     {"ChangesTheUsersCopyIfThereIsOne", "", "shows only the classes of the machine"},
     {"GetTheSameAnswersWhenAllAskAtOnce", "changed variables", "reads the environment without a lock"},
