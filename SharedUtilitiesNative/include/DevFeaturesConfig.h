@@ -4,7 +4,7 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// Features under development, each behind a switch. The values are fixed: they index the table of flag names.
+/// Features under development, each with a switch. The values are fixed: they index the table of flag names.
 enum class DevFeatureId : int
 {
     Revulytics = 0,
@@ -16,6 +16,10 @@ enum class DevFeatureId : int
 };
 
 /// Switches for unfinished features, for developers and testers. Nothing is cached; any thread may call.
+/// ```cpp
+/// if (DevFeaturesConfig::IsDevFeatureEnabled(DevFeatureId::MassModelGenerator) != 0)
+///     AddMassModelCommand();
+/// ```
 class SHAREDUTILITIES_EXPORT DevFeaturesConfig final
 {
 public:
@@ -23,9 +27,9 @@ public:
 
     /// Whether a feature is on: 0 is off, anything else on. Its flag ("FPRO_FEATURE_...") decides, first as an
     /// environment variable, which gives 1 when its number is at least 1 and else 0; then as a key of section
-    /// DEV_FEATURES of the product's INI file (IniConfig::GetFraxoProIniPath), whose number is returned as it is.
-    /// Off when neither is there, also when the INI file cannot be provided, and for an id that is none.
-    /// @throws std::invalid_argument "invalid stoi argument" for a flag that is set but no number
+    /// DEV_FEATURES of the product's INI file (IniConfig::GetFraxoProIniPath), which is returned as it is.
+    /// Off when neither is there, when the INI file cannot be provided, and for an unknown id.
+    /// @throws std::invalid_argument "invalid stoi argument" for a flag that is set but not a number
     /// @throws std::out_of_range "stoi argument out of range" for one that does not fit an int
     static int IsDevFeatureEnabled(DevFeatureId id);
 };

@@ -7,7 +7,7 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// Where the parts of this release lie on this machine.
+/// Where the parts of this release are on this machine.
 ///
 /// Results are UTF-8 unless they are a QnFileName. A ...Directory result as text ends in a separator, so a file name
 /// can be appended as plain text, except where a member says otherwise; a ...Path result names a file. Nothing is
@@ -42,7 +42,7 @@ public:
     static QnFileName GetCurrentExeDirectory();
 
     /// @name The two bases below the shell's folders
-    /// The members further down throw what the base they lie in throws.
+    /// The members further down throw what their base throws.
     /// @{
 
     /// The folder for data shared by all users of this machine; `AppData\` below the root when running from output.
@@ -113,19 +113,19 @@ public:
     /// These take the process's ANSI code page. None of the members throws.
     /// @{
 
-    /// Whether `name` has a character that the ANSI code page has not; one that it only has a look-alike for counts.
-    /// @return 0 when there is none
+    /// Whether `name` has a character that the ANSI code page cannot represent, even if it has a similar one.
+    /// @return 0 when it has none
     static int HasUnicodeChars(const Utf8String& name);
 
-    /// Whether `name` takes as many bytes in the ANSI code page as in UTF-8: ASCII does, also the empty name; a
-    /// character that takes more in UTF-8 does not, whether the code page has it or not.
+    /// Whether `name` takes as many bytes in the ANSI code page as in UTF-8: ASCII does, and the empty name; a
+    /// character that takes more in UTF-8 does not, even if the code page has it.
     /// @return 1 or 0
     static int IsFileNameSupportedInCurrentCulture(const Utf8String& name);
 
     /// The path of an existing file or folder in a form that such components can open. The long form when all of it is
     /// supported in the sense above. The short (8.3) form of the whole when the file name is not; when only the folder
-    /// is not, the short form of the folder with the long file name. A volume without short names has long ones
-    /// instead.
+    /// is not, the short form of the folder with the long file name. On a volume without short names the
+    /// long ones take their place.
     /// @return empty when the path does not exist, or when its long form has more than 259 characters
     static Utf8String GetNormalizedFileName(const QnFileName& path);
     /// @}

@@ -7,13 +7,13 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// Where the INI files and a few other data files lie.
+/// Where the INI files and a few other data files are.
 ///
 /// ```cpp
 /// IniReader reader;
 /// reader.LoadFile(IniConfig::GetFraxoProIniPath());
 /// std::ifstream file{ToNativePath(IniConfig::GetBDeckLiveLoadVehiclePath())}; // other readers need a native path
-/// const std::string tool = IniConfig::GetUserToolPath(1).ToStdString(); // cuts off the NULs that pad the answer
+/// const std::string tool = IniConfig::GetUserToolPath(1).ToStdString(); // without the NULs that pad the answer
 /// ```
 ///
 /// Results are UTF-8 paths. A member that says "copied from" first makes the user's file from that installed default
@@ -42,7 +42,8 @@ public:
     static Utf8String GetDesignCodesIniDirectory(); ///< LanguageHelper::GetCurrentLanguageDirectory().
 
     /// The connected project's own sections; copied from the section database. Where that is the value of
-    /// FRAXO_PRO_SECTIONS_DIRECTORY, the file name follows it as it stands: the variable needs a separator at its end.
+    /// FRAXO_PRO_SECTIONS_DIRECTORY, the file name is appended to it directly: the variable needs a separator at its
+    /// end.
     static Utf8String GetDbSectionCustomIniPath();
     static Utf8String GetDbSectionCustomDbiPath(); ///< The index beside it, which is never copied.
 
@@ -54,11 +55,11 @@ public:
     static Utf8String GetFraxoCommandTblPath();    ///< `FRAXO\Fraxread.tbl` below the root.
     static Utf8String GetFraxoMessageTblPath();    ///< `FRAXO\Fraxmess.tbl` below the root.
     static Utf8String GetStWizardDefaultStpPath(); ///< The user's `default.stp`; copied from the installation's.
-    static Utf8String GetGBSteelIniPath();         ///< The user's; nobody copies it.
+    static Utf8String GetGBSteelIniPath();         ///< The user's; never copied.
     static Utf8String GetIS875CitiesIniPath();     ///< The cities in the current language; copied from the machine's.
 
     /// The command line of a user's tool: `Command#n` in section `USER-TOOLS` of the plug-in list, below the plug-ins
-    /// folder unless it is absolute; that folder alone when there is no such key.
+    /// folder unless it is absolute; only that folder when the key is missing.
     /// The result is padded: 260 bytes of value and NULs follow the folder, if any; a longer value is cut to 259.
     static Utf8String GetUserToolPath(int n);
 };

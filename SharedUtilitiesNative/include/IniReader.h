@@ -15,7 +15,7 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 struct IniKeyValue
 {
     std::string Key;   ///< Before the first `=`.
-    std::string Value; ///< Behind it.
+    std::string Value; ///< After it.
 };
 
 /// Reads an INI file, or one section of it, into memory and answers questions about its values.
@@ -27,7 +27,8 @@ struct IniKeyValue
 /// What a line is, the first rule that fits:
 /// - Ignored, when it is empty or starts with `;` or `#`. Elsewhere in a line these two have no meaning.
 /// - A section header, when it starts with `[` OR ends in `]`. The name is the line without its first and its last
-///   character, whatever they are: `[Main]` names "Main", `Main]` names "ain". A line that leaves no name is no header.
+///   character, whatever they are: `[Main]` names "Main", `Main]` names "ain". A line that leaves no name is not a
+///   header.
 /// - A key and its value, around the first `=`, in the section of the last header, or in section "" before the first
 ///   one. The key may be empty.
 /// - Ignored.
@@ -48,12 +49,12 @@ class SHAREDUTILITIES_EXPORT IniReader final
 public:
     IniReader() = default;
 
-    /// AN EMPTY READER: nothing is taken over, and moving is copying. A copy has to be loaded again.
+    /// AN EMPTY READER: nothing is copied or moved. A copy has to be loaded again.
     IniReader(const IniReader&) noexcept {}
     IniReader& operator=(const IniReader&) = delete;
     ~IniReader();
 
-    /// Replaces all values by those of a file; sections of the same name are united. The key order is not replaced but
+    /// Replaces all values by those of a file; sections of the same name are merged. The key order is not replaced but
     /// continued, see GetKeyValuePairListBySection.
     /// @return whether the file exists. One that cannot be opened does, and has no values.
     bool LoadFile(const std::wstring& path);
@@ -63,7 +64,7 @@ public:
 
     /// Replaces all values by those of one section, which ends at the next header of any name: a later section of the
     /// same name is not read. Section "" has no header and is never found. The key order stays as it is.
-    /// @return whether the file exists, be the section in it or not
+    /// @return whether the file exists, even without the section
     bool LoadSection(const std::wstring& path, const std::string& section);
     bool LoadSection(const std::string& path, const std::string& section); ///< The path in UTF-8.
     /// The path as IniConfig answers it.
@@ -78,17 +79,17 @@ public:
     std::string GetStringValue(const std::string& section, const std::string& key,
                                const std::string& whenMissing) const;
 
-    /// The decimal number at the start of the value, text behind it ignored; `whenMissing` when there is no such
+    /// The decimal number at the start of the value, text after it ignored; `whenMissing` when there is no such
     /// section or key.
     /// @throws std::invalid_argument saying "invalid stoi argument" when the value does not start with a number
     /// @throws std::out_of_range saying "stoi argument out of range" when the number does not fit 32 bits
     int GetIntegerValue(const std::string& section, const std::string& key, const int& whenMissing) const;
 
-    /// Whether the value is a number other than 0. Words like "true" or "yes" are no numbers.
+    /// Whether the value is a number other than 0. Words like "true" or "yes" are not numbers.
     /// @throws what GetIntegerValue throws
     bool GetBoolValue(const std::string& section, const std::string& key, const bool& whenMissing) const;
 
-    /// The floating-point number at the start of the value, text behind it ignored; `whenMissing` when there is no
+    /// The floating-point number at the start of the value, text after it ignored; `whenMissing` when there is no
     /// such section or key. The decimal point is that of the C locale in use.
     /// @throws std::invalid_argument saying "invalid stof argument" when the value does not start with a number
     /// @throws std::out_of_range saying "stof argument out of range" on overflow or underflow
@@ -105,7 +106,7 @@ public:
     /// keys twice, while LoadSection adds nothing.
     /// @return their number; 0 when there is no such section
     /// @throws std::out_of_range saying "invalid map<K, T> key" when the section has values but was never in a file of
-    ///         LoadFile, or when a key of an earlier file has no value any more. `pairs` then holds those before it.
+    ///         LoadFile, or when a key of an earlier file no longer has a value. `pairs` then holds those before it.
     int GetKeyValuePairListBySection(const std::string& section, std::vector<IniKeyValue>& pairs) const;
 
 private:

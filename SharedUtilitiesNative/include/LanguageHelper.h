@@ -9,10 +9,10 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// The language of the user interface, and where its resources lie.
+/// The language of the user interface, and where its resources are.
 ///
 /// A language code is short and lower-case: "en", "ja", "zh-cn". Codes compare exactly, letter case included, and an
-/// unknown code counts as English wherever it is mapped.
+/// unknown code is treated as English wherever it is mapped.
 ///
 /// The current language and the set of installed ones are found once and stay for the life of the process. Paths are
 /// composed without looking at the disk: a ...Directory ends in a separator, a ...Path names a file.
@@ -29,10 +29,10 @@ public:
 
     /// The language of this process, from the first of these that has an answer: the environment variable
     /// FRAXO_PRO_LANGUAGE, taken unchecked; "CurrentLanguage" of the user's registry; "DefaultLanguage" of the
-    /// machine's; "en". The two from the registry count only if they are installed.
+    /// machine's; "en". The two from the registry apply only if they are installed.
     static Utf8String GetCurrentLanguage();
 
-    /// The installed languages: FRAXO_PRO_LANGUAGE alone if it is set, else "InstalledLanguages" of the installation
+    /// The installed languages: only FRAXO_PRO_LANGUAGE if it is set, else "InstalledLanguages" of the installation
     /// record, else "en".
     static std::set<Utf8String> GetInstalledLanguages();
 

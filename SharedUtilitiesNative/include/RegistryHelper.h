@@ -12,7 +12,7 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 /// A place is a root (HKEY_CURRENT_USER, ...) and the path of a key below it with backslashes between the levels; an
 /// empty value name means the key's default value. Names and texts are passed on byte by byte. Always the 64-bit view.
 ///
-/// SetStringValue answers the other way round than the other two:
+/// The result of SetStringValue is the opposite of the other two setters':
 /// ```cpp
 /// if (RegistryHelper::SetStringValue(HKEY_CURRENT_USER, key, "Name", "text")) Report("not stored");
 /// if (!RegistryHelper::SetIntValue(HKEY_CURRENT_USER, key, "Size", 4)) Report("not stored");
@@ -38,13 +38,13 @@ public:
     static Utf8String GetStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name,
                                      const Utf8String& whenMissing);
 
-    /// Like GetStringValue, for expandable text (REG_EXPAND_SZ) and nothing else. References such as %WINDIR% are
+    /// Like GetStringValue, only for expandable text (REG_EXPAND_SZ). References such as %WINDIR% are
     /// returned as they are stored: expanding them is up to the caller.
     static Utf8String GetExpandedStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name,
                                              const Utf8String& whenMissing);
 
     /// Stores text as REG_SZ. On Linux a key or value name with a line break is refused: a registry file cannot hold
-    /// it.
+    /// one.
     /// @return TRUE WHEN THE WRITE FAILED; false on success, and when the key could not be created. The reverse of
     ///         SetBoolValue and SetIntValue: callers of every release test it that way.
     static bool SetStringValue(HKEY root, const Utf8String& subKey, const Utf8String& name, const Utf8String& value);

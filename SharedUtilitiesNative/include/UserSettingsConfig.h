@@ -17,10 +17,10 @@ struct PlexoraExplorerVersion
     std::int32_t Build = 0; ///< The third part.
 };
 
-/// The user's preferences, shared by all applications of the family, and where companion applications lie.
+/// The user's preferences, shared by all applications of the family, and where companion applications are.
 ///
 /// Settings live in the registry, below RegistryHelper::GetCurrentUserKey() of HKEY_CURRENT_USER unless a member says
-/// otherwise. Nothing is cached: what one application writes, the next call in any other sees. Beside a getter stand
+/// otherwise. Nothing is cached: what one application writes, the next call in any other sees. Beside a getter are
 /// the value's name and the default, the answer when the value is missing or has the wrong type; a stored empty text is
 /// a setting. Setters create missing keys and do nothing when the write fails.
 ///
@@ -62,7 +62,7 @@ public:
     /// @}
 
     /// @name The start page's news feed
-    /// Values of the key `\RSSSettings`. What a category or zone stands for is the caller's business.
+    /// Values of the key `\RSSSettings`. The caller defines what each category and zone means.
     /// @{
     static bool IsRssFeedEnabled();                             ///< "EnableFeed"; true
     static void EnableRssFeed(bool enable);                     ///< "EnableFeed"
@@ -93,8 +93,8 @@ public:
     static void SetIsNewVersionInstallFlag(bool isNew); ///< "IsNewVersionInstall"
 
     /// The product version that last ran for this user: what this release has recorded, else the newest earlier
-    /// release that has. "21.00.00.00" when there are only settings of release 21, which recorded nothing; empty when
-    /// there is nothing at all.
+    /// release that has. "21.00.00.00" when there are only settings of release 21, which recorded nothing; otherwise
+    /// empty.
     static Utf8String GetLastInstalledProductVersion();
 
     /// Records VersionConfig::GetProductVersion() and raises the flag of GetIsNewVersionInstallFlag().
@@ -139,27 +139,27 @@ public:
     /// @}
 
     /// @name The document-management client, Plexora Explorer
-    /// By its own entries in HKEY_LOCAL_MACHINE: release line 10.00 before 08.11, the native registry view before the
-    /// 32-bit one. The first entry that is not empty counts.
+    /// From its own entries in HKEY_LOCAL_MACHINE: release line 10.00 before 08.11, the native registry view before the
+    /// 32-bit one. The first entry that is not empty is used.
     /// @{
     static bool IsPlexoraExplorerInstalled();            ///< There is a version.
     static bool IsMultiplePlexoraExplorerInstalled();    ///< Both release lines are.
     static Utf8String GetPlexoraExplorerVersionString(); ///< "Version"; empty when it is not installed
 
-    /// The three numbers of the version. All 0 when it has not exactly three parts: also for "10.00.03.167".
+    /// The three numbers of the version. All 0 unless it has exactly three parts, so also for "10.00.03.167".
     static PlexoraExplorerVersion GetPlexoraExplorerVersionTokens();
 
-    /// The client's `bin` folder, without a trailing separator; empty when it does not exist. No executable, whatever
-    /// the name says.
+    /// The client's `bin` folder, without a trailing separator; empty when it does not exist. Not an executable,
+    /// in spite of the name.
     static Utf8String GetPlexoraExplorerExecutablePath();
     /// @}
 
     /// @name Omnitech's connection design programs
-    /// By what their installers leave in HKEY_LOCAL_MACHINE below `SOFTWARE\Omnitech`. Neither stands in for the other.
+    /// From what their installers leave in HKEY_LOCAL_MACHINE below `SOFTWARE\Omnitech`. Neither replaces the other.
     /// A switch is on when its text is "TRUE", in capitals.
     /// @{
     static Utf8String GetDesconWinExePath();  ///< "AppFullPath" if something is there; otherwise empty.
-    static bool IsDesconWinInstalled();       ///< There is such a path. The entry alone is not enough.
+    static bool IsDesconWinInstalled();       ///< That path exists; the entry is not enough.
     static bool GetDesconWinInterface();      ///< "Interface"
     static bool GetDesconWinAsdCode();        ///< "DESCONWIN_ASD"
     static bool GetDesconWinAsdMetricCode();  ///< "DESCONWIN_ASD_METRIC"
@@ -176,8 +176,8 @@ public:
     /// @}
 
     /// @name Applications that are installed on their own
-    /// By their own registry entries. An ...ExePath is empty when there is no entry, or when nothing is where it points
-    /// to; members that do not look say so.
+    /// From their own registry entries. An ...ExePath is empty without an entry, or when nothing exists where it
+    /// points; members that do not check say so.
     /// @{
     static Utf8String GetAdaptBuilderPath();    ///< The folder as recorded, unchecked; the user's entry comes first.
     static Utf8String GetAdaptBuilderExePath(); ///< `sbuilder.exe` in that folder: no other folder is tried.

@@ -10,6 +10,11 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 ///
 /// Names, keys and the release number are compiled in; the version comes from the running executable's version
 /// resource, which is read once per process. Nothing here throws. Any thread may call.
+/// ```cpp
+/// const Utf8String key = R"(Software\Example\)" + VersionConfig::GetVersionStamp();
+/// if (VersionConfig::CompareVersions(VersionConfig::GetProductVersion(), fileVersion) < 0)
+///     Warn("The file is from a newer version");
+/// ```
 class SHAREDUTILITIES_EXPORT VersionConfig final
 {
 public:
@@ -36,8 +41,8 @@ public:
     /// settings of one release from those of another.
     static Utf8String GetVersionStamp();
 
-    /// Compares two dotted versions part by part as numbers. Missing parts, and all that follows the first character
-    /// that fits no number, count as 0. Each part counts with its low 16 bits alone: 65536 is 0, -1 is 65535.
+    /// Compares two dotted versions part by part as numbers. Missing parts, and everything from the first character
+    /// on that fits no number, are 0. Only the low 16 bits of each part are compared: 65536 is 0, -1 is 65535.
     /// @return 1 when `first` is the later version, -1 when it is the earlier one, 0 when they are equal
     static int CompareVersions(Utf8String first, Utf8String second);
 };

@@ -7,7 +7,7 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-/// Where the XML settings files lie. What they hold is the applications' business.
+/// Where the XML settings files are. Their content is up to the applications.
 ///
 /// ```cpp
 /// const Utf8String path = XmlConfig::GetMRUListFilePath();
@@ -36,7 +36,7 @@ public:
     static Utf8String GetSteelAutoDrafterSectionListFilePath(); ///< In the machine's data.
 
     /// The user's connection tags; copied from the plug-in's. @throws std::runtime_error as IniConfig says, but with
-    /// "ConnectionTagFile.xml file not found." alone: the file comes with a plug-in, not with the product
+    /// the message "ConnectionTagFile.xml file not found.": the file comes with a plug-in, not with the product
     static Utf8String GetUserConnectionTagLinkFilePath();
     static Utf8String GetApplicationConnectionTagLinkFilePath(); ///< Below the plug-ins folder.
 };

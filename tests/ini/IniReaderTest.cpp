@@ -113,9 +113,11 @@ TEST_F(IniReaderTest, StoresWhatTheRulesOfLinesSay)
     }
 }
 
-TEST_F(IniReaderTest, LoadFailsOnlyForAMissingFile)
+TEST_F(IniReaderTest, IsEmptyAfterAFailedLoadAndAsACopy)
 {
-    With("[A]\nk=1\n");
+    const IniReader copy{With("[A]\nk=1\n")};
+    EXPECT_THAT(SectionList(copy), IsEmpty());
+    EXPECT_EQ(m_reader.GetStringValue("A", "k", "none"), "1");
     EXPECT_TRUE(m_reader.LoadFile(m_machine.Root().wstring())) << "is there, but cannot be opened";
     EXPECT_THAT(SectionList(m_reader), IsEmpty());
     EXPECT_FALSE(m_reader.LoadFile(L"missing.ini"));
@@ -154,13 +156,6 @@ TEST_F(IniReaderTest, ReadsFilesWhoseSizeIsNotKnown)
         };
         EXPECT_EQ(Quenlor::ReadToEnd(guess, read).View(), content) << guess;
     }
-}
-
-TEST_F(IniReaderTest, ACopyIsEmpty)
-{
-    const IniReader copy{With("[A]\nk=1\n")};
-    EXPECT_THAT(SectionList(copy), IsEmpty());
-    EXPECT_EQ(m_reader.GetStringValue("A", "k", "none"), "1");
 }
 
 TEST_F(IniReaderTest, LoadSectionTakesOnlyTheFirstOfItsName)
@@ -208,17 +203,12 @@ TEST_F(IniReaderTest, ANumberIsReadAtTheStart)
     EXPECT_THAT(asFloat, ThrowsMessage<std::out_of_range>(StrEq("stof argument out of range")));
 }
 
-TEST_F(IniReaderTest, SectionsAreInOrderOfUnsignedBytes)
+TEST_F(IniReaderTest, SectionsAreInOrderOfUnsignedBytesAndPairsOfAllFiles)
 {
     With("k=\n[b]\nk=\n[\xC3\xA4]\nk=\n[B]\nk=\n[ab]\nk=\n");
     EXPECT_THAT(SectionList(m_reader), ElementsAre("", "B", "ab", "b", "\xC3\xA4"));
     std::vector<IniKeyValue> list{{"B", ""}};
     EXPECT_EQ(m_reader.GetKeyValuePairListBySection(list[0].Key, list), 1);
-}
-
-TEST_F(IniReaderTest, PairsAreInTheOrderOfAllFiles)
-{
-    std::vector<IniKeyValue> list;
     const auto listPairs = [&] { m_reader.GetKeyValuePairListBySection("A", list); };
     WithSection("[A]\nx=1\n", "A"); // adds no key to the order
     EXPECT_THAT(listPairs, ThrowsMessage<std::out_of_range>(StrEq("invalid map<K, T> key")));

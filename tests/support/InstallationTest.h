@@ -36,7 +36,7 @@ protected:
                 m_machine.ProductFolder(ShellFolder::LocalAppData)};
     }
 
-    /// From now on this program runs from output, whose root is the executable's folder.
+    /// From now on this program runs from output; the root is the executable's folder.
     Bases RunFromOutput()
     {
         using Quenlor::Fraxo::SharedUtilities::Native::DirectoryConfig;

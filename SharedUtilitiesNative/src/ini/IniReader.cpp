@@ -89,7 +89,7 @@ IniReader::Contents::Contents(TextFile text, const std::string* wanted) : m_text
 
 const SortedLines* IniReader::Contents::LinesOf(std::string_view section) const
 {
-    // Programs ask for the settings of one section, then for those of another.
+    // Programs usually ask for all settings of one section, then for those of another.
     if (m_last && m_last->first == section)
         return &m_last->second;
     auto found = m_lines.find(section);

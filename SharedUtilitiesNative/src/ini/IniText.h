@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-/// What the text of an INI file means. All texts are views into the one they were found in.
+/// What the text of an INI file means. Results are views into the text that was passed.
 namespace Quenlor::Fraxo::SharedUtilities::Native::Ini
 {
 /// Exactly blank, \t, \n, \v, \f and \r, whatever the locale.
@@ -39,16 +39,17 @@ constexpr bool IsComment(std::string_view line) noexcept
     return line.empty() || line.front() == ';' || line.front() == '#';
 }
 
-/// The section that a header names; empty when the line is no header.
+/// The section that a header names; empty when the line is not a header.
 constexpr std::string_view HeaderName(std::string_view line) noexcept
 {
-    // One bracket is enough, and what stands at the two ends is dropped unseen: files in the field rely on it.
+    // One bracket is enough, and the first and last characters are dropped whatever they are: files in the field rely
+    // on it.
     if (IsComment(line) || (line.front() != '[' && line.back() != ']') || line.length() <= 2)
         return {};
     return Trim(line.substr(1, line.length() - 2));
 }
 
-/// Whether a line that is no header has a key and a value, each of which may be empty.
+/// Whether a line that is not a header has a key and a value, each of which may be empty.
 constexpr bool IsKeyValue(std::string_view line) noexcept
 {
     return !IsComment(line) && line.find('=') != line.npos;

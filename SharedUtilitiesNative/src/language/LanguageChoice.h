@@ -19,7 +19,7 @@ struct LanguageChoice
 {
     HKEY root;
     const char* name;
-    const char* whose; ///< For people.
+    const char* whose; ///< For messages.
 };
 
 /// In the order in which they are asked.

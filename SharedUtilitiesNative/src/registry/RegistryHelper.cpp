@@ -94,7 +94,7 @@ bool RegistryHelper::SetStringValue(HKEY root, const Utf8String& subKey, const U
     const RegistryKey key = OpenForWriting(root, subKey);
     if (!key)
         return false;
-    // The count leaves out the NUL after the text; the system finds one there and stores it all the same.
+    // The count leaves out the NUL after the text; the system finds one there and stores it anyway.
     const LSTATUS status =
         ::RegSetValueExA(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
                          static_cast<DWORD>(value.length()));

@@ -33,7 +33,7 @@ inline constexpr REGSAM WriteAccess = KEY_WRITE | KEY_WOW64_64KEY;
 [[nodiscard]] std::optional<std::string> ReadData(HKEY root, const Utf8String& subKey, const Utf8String& name,
                                                   DWORD wantedType);
 
-/// The place as people write it, with the root's name; without the last argument the key itself.
+/// The place as it is usually written, with the root's name; without the last argument the key itself.
 std::string PlaceOf(HKEY root, const Utf8String& subKey);
 std::string PlaceOf(HKEY root, const Utf8String& subKey, const Utf8String& name);
 
