@@ -70,7 +70,7 @@ TEST_F(CopiesTest, AreWholeAfterAKill)
         }
     }
     Conclude("killed copies", {{"rounds", rounds}, {"copies", copies}},
-             {{"lost", lost}, {"torn or overwritten", torn}, {"files left behind", left}});
+             {{"lost", lost}, {"torn or overwritten", torn}, {"files left over", left}});
 }
 
 TEST_F(CopiesTest, AreWholeInARaceAndTheFirstEditIsKept)
@@ -101,6 +101,6 @@ TEST_F(CopiesTest, AreWholeInARaceAndTheFirstEditIsKept)
         left += TemporaryFiles(copy.parent_path()).size();
     }
     Conclude("many copies", {{"rounds", rounds}, {"processes", processes}},
-             {{"lost edits", lost}, {"torn reads", torn}, {"failures", failed}, {"files left behind", left}});
+             {{"lost edits", lost}, {"torn reads", torn}, {"failures", failed}, {"files left over", left}});
 }
 } // namespace

@@ -17,7 +17,7 @@
 #include "support/ScratchMachine.h"
 
 // What a failing disk and a power failure have in common: writes of settings and copies of files, made step by step,
-// and what the library then makes of the files.
+// and what the library then reads from the files.
 
 namespace fs = std::filesystem;
 
@@ -90,7 +90,7 @@ struct Operation
 {
     std::string name;
     fs::path Place::*target;
-    const char* before; ///< What is in the target; null when not even its folder is there.
+    const char* before; ///< What is in the target; null when its folder is missing as well.
     std::vector<bool (*)(const Place&)> steps;
     bool hasUnnamedFiles = true;
 
@@ -107,7 +107,7 @@ inline const Operation Operations[] = {
     {"ACopyInPlaceOfAnother", &Place::copy, "old", {CopyOver}},
 };
 
-/// Those that write nothing if what they ask for is there already.
+/// Operations that write nothing when what they ask for exists.
 inline const Operation OperationsThatFind[] = {
     {"AKey", &Place::hive, nullptr, {CreateKey, DeleteKey}},
     {"ACopyThatIsThere", &Place::copy, "the user's", {Provide}},
@@ -131,7 +131,7 @@ protected:
     fs::path Target() const { return m_place.*GetParam().target; }
     std::size_t Steps() const { return GetParam().steps.size(); }
 
-    /// What the library makes of the files.
+    /// What the library reads from the files.
     std::string View() const
     {
         using namespace Quenlor::StandIn::Registry;

@@ -1,9 +1,9 @@
-# Fails when the stand-in's registry or the file functions call something that FailingCalls.cpp does not stand before.
+# Fails when the stand-in's registry or the file functions make a call that FailingCalls.cpp does not take.
 # -DNM= -DOBJECTS= (of the product) -DINTERPOSER= (the library)
 
 cmake_minimum_required(VERSION 3.25)
 
-# What has nothing to do with files, or cannot fail on an open one.
+# Calls that do not concern files, or cannot fail on an open one.
 set(harmless "mem.*|str.*|wcs.*|wmem.*|bcmp|pthread_.*|secure_getenv|setenv|unsetenv|time|clock_gettime|gmtime_r|geteuid|newlocale|towupper_l|dlinfo|closedir")
 
 function(symbols result)

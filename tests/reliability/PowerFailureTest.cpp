@@ -16,7 +16,7 @@ namespace
 {
 using FailingCalls::Change;
 using Image = std::map<fs::path, std::optional<std::string>>; ///< Files with their text, and folders.
-using Choice = std::function<std::size_t(std::size_t)>;       ///< Picks one of so many ways.
+using Choice = std::function<std::size_t(std::size_t)>;       ///< Picks one of that many ways.
 
 /// Everything that a disk may hold when the power fails.
 class Disk
@@ -121,7 +121,7 @@ private:
         return text;
     }
 
-    std::vector<File> m_files{1};                         // None, for which all goes that is not watched, is first
+    std::vector<File> m_files{1};                         // the first is None, for what is not watched
     std::map<fs::path, std::vector<std::size_t>> m_names; // the files that each may name, the newest last
     std::map<int, std::size_t> m_open;
 };
@@ -195,7 +195,7 @@ protected:
         {
             const bool isReport = record[i].call == Reported;
             reported += isReport;
-            if (isReport) // from now on less is right
+            if (isReport) // from now on fewer states are right
                 tried.clear();
             if ((!disk.Apply(record[i]) && !isReport) || i < first)
                 continue;
@@ -243,7 +243,7 @@ TEST_P(PowerFailureTest, LosesNothing)
         }
     }
 
-    // From one call on all fail; the step is made again, and the power fails.
+    // All calls from one on fail; the step is made again, and the power fails.
     for (std::size_t step = 0; step < Steps(); ++step)
     {
         MakeSteps(step + 1);

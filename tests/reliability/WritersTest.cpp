@@ -28,10 +28,10 @@ using namespace Quenlor::StandIn::Registry;
 
 constexpr int MostWriters = 64;
 
-/// What the processes know of each other.
+/// What the processes share.
 struct Shared
 {
-    std::atomic<int> written[MostWriters]; ///< The last number that is stored, as a writer was told.
+    std::atomic<int> written[MostWriters]; ///< The last number of each writer that was reported as stored.
     std::atomic<bool> isOver;
     std::atomic<std::size_t> reads;
     std::atomic<std::size_t> torn;
@@ -54,10 +54,15 @@ protected:
         return processes;
     }
 
-    static void WaitFor(const std::vector<pid_t>& processes)
+    /// @param end 0, or the signal that each must have ended with
+    static void ExpectEnd(const std::vector<pid_t>& processes, int end)
     {
         for (const pid_t process : processes)
-            ::waitpid(process, nullptr, 0);
+        {
+            int status = 0;
+            ::waitpid(process, &status, 0);
+            EXPECT_EQ(status, end);
+        }
     }
 
     static std::string Name(int writer, int write) { return std::to_string(writer) + '.' + std::to_string(write); }
@@ -88,7 +93,8 @@ protected:
             m_shared->outdated += write != 0 && Stored(writer, write) != write;
 
             std::size_t values = 0;
-            const auto count = [&](const Key& root) { values = root.Find("Shared")->Values().size(); };
+            const auto count = [&](const Key& root)
+            { values = root.Find("Shared") ? root.Find("Shared")->Values().size() : 0; };
             std::vector<RegistryFileProblem> problems;
             const bool isWhole = ReadHive(HKEY_CURRENT_USER, count) == ERROR_SUCCESS &&
                                  HiveProblems(HKEY_CURRENT_USER, problems) == ERROR_SUCCESS && problems.empty();
@@ -134,7 +140,7 @@ TEST_F(WritersTest, LoseNothingWhenTheyAreKilled)
         std::this_thread::sleep_for(std::chrono::microseconds{random() % 10'000});
         for (const pid_t process : processes)
             EXPECT_EQ(::kill(process, SIGKILL), 0);
-        WaitFor(processes);
+        ExpectEnd(processes, SIGKILL);
 
         lost += Lost(writers);
         for (int writer = 0; writer < writers; ++writer)
@@ -150,7 +156,7 @@ TEST_F(WritersTest, LoseNothingWhenTheyAreKilled)
     EXPECT_FALSE(exists(m_machine.Root() / "Registry" / "HKEY_CURRENT_USER.reg.skipped"));
     EXPECT_GT(writes, 0U);
     Conclude("killed writers", {{"rounds", rounds}, {"acknowledged writes", writes}},
-             {{"lost", lost}, {"torn", torn}, {"files left behind", left}});
+             {{"lost", lost}, {"torn", torn}, {"files left over", left}});
 }
 
 TEST_F(WritersTest, LoseNothingToEachOtherAndShowWholeHives)
@@ -159,9 +165,9 @@ TEST_F(WritersTest, LoseNothingToEachOtherAndShowWholeHives)
     const int writes = CountFrom("FRAXO_WRITES", 10);
     m_machine.WriteNumber(HKEY_CURRENT_USER, "Shared", "first", 1);
     const auto readers = StartAll(CountFrom("FRAXO_READERS", 8), [&](int) { Read(writers); });
-    WaitFor(StartAll(writers, [&](int writer) { Write(writer, writes); }));
+    ExpectEnd(StartAll(writers, [&](int writer) { Write(writer, writes); }), 0);
     m_shared->isOver = true;
-    WaitFor(readers);
+    ExpectEnd(readers, 0);
 
     EXPECT_EQ(std::count(m_shared->written, m_shared->written + writers, writes), writers) << "writes have failed";
     EXPECT_GT(m_shared->reads, 0U);
