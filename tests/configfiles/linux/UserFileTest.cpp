@@ -1,5 +1,6 @@
 #include "configfiles/UserFile.h"
 
+#include <fcntl.h>
 #include <filesystem>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -8,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include "IniReader.h"
+#include "posix/NextVersion.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/ScratchMachine.h"
@@ -50,6 +52,17 @@ TEST_F(UserFileOnLinux, IsNeitherReadNorMadeInAClosedFolder)
     EXPECT_FALSE(IniReader{}.LoadFile(m_path.string()));
     EXPECT_THAT([this] { Provided(m_default); },
                 ThrowsMessage<std::runtime_error>("default.ini file could not be copied."));
+}
+
+TEST_F(UserFileOnLinux, IsKeptWhenItAppearsDuringTheCopy)
+{
+    const Quenlor::Posix::FileDescriptor folder{::open(m_path.parent_path().c_str(), O_RDONLY | O_DIRECTORY)};
+    Quenlor::Posix::NextVersion unnamed{folder};
+    Quenlor::Posix::NextVersion named{folder, "next", 0600};
+    WriteFile(m_path, "the user's");
+    EXPECT_FALSE(unnamed.TakeFree("user.ini"));
+    EXPECT_FALSE(named.TakeFree("user.ini"));
+    EXPECT_EQ(ReadFile(m_path), "the user's");
 }
 
 /// A reader of a pipe or a device would wait for ever, or get bytes without an end.
