@@ -34,7 +34,7 @@ inline std::string TakeLine(std::string_view& text)
     return line;
 }
 
-/// A file that lies in memory, for code that wants a path.
+/// The path of a file in memory.
 inline std::string FileOf(std::string_view content)
 {
     static const int file = ::memfd_create("input", MFD_CLOEXEC);

@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstdint>
 #include <iterator>
+#include <string>
 #include <string_view>
 #include <type_traits>
 #include <utf8.h>
@@ -13,42 +14,38 @@ namespace Quenlor
 {
 namespace
 {
-constexpr char32_t ReplacementCharacter = 0xFFFD;
+constexpr wchar_t ReplacementCharacter = 0xFFFD;
 
-std::string_view View(const char* text, std::size_t count)
+template<class Character>
+std::basic_string_view<Character> View(const Character* text, std::size_t count = QnStringUtilities::UpToNul)
 {
     if (!text)
         return {};
-    return count == QnStringUtilities::UpToNul ? std::string_view{text} : std::string_view{text, count};
-}
-
-std::wstring_view View(const wchar_t* text, std::size_t count)
-{
-    if (!text)
-        return {};
-    return count == QnStringUtilities::UpToNul ? std::wstring_view{text} : std::wstring_view{text, count};
-}
-
-constexpr bool IsSurrogate(char32_t character) noexcept
-{
-    return character >= 0xD800 && character <= 0xDFFF;
+    return count == QnStringUtilities::UpToNul ? std::basic_string_view<Character>{text}
+                                               : std::basic_string_view<Character>{text, count};
 }
 
 /// wchar_t holds UTF-16 on Windows and UTF-32 elsewhere.
 constexpr bool IsUtf16 = sizeof(wchar_t) == 2;
 
-/// The code point at `next`, which moves behind it; a value that is no code point when the text is malformed there.
-char32_t NextCodePoint(std::wstring_view::const_iterator& next, std::wstring_view::const_iterator end)
+constexpr bool IsTrail(wchar_t unit) noexcept
 {
-    const auto unit = static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(*next++));
-    const bool opensPair = IsUtf16 && unit >= 0xD800 && unit <= 0xDBFF;
-    if (!opensPair || next == end)
-        return unit;
-    const auto trail = static_cast<char32_t>(static_cast<std::make_unsigned_t<wchar_t>>(*next));
-    if (trail < 0xDC00 || trail > 0xDFFF)
-        return unit;
-    ++next;
-    return 0x10000 + ((unit - 0xD800) << 10) + (trail - 0xDC00);
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+/// Puts U+FFFD in place of each unit that is not text: halves of a pair, and what is beyond the last code point.
+std::wstring Repaired(std::wstring_view text)
+{
+    std::wstring repaired{text};
+    for (std::size_t i = 0; i < text.length(); ++i)
+    {
+        const auto unit = static_cast<char32_t>(text[i]);
+        if (IsUtf16 && unit >= 0xD800 && unit <= 0xDBFF && i + 1 < text.length() && IsTrail(text[i + 1]))
+            ++i;
+        else if (unit > 0x10FFFF || (unit >= 0xD800 && unit <= 0xDFFF))
+            repaired[i] = ReplacementCharacter;
+    }
+    return repaired;
 }
 
 /// Moves the ASCII that `source` starts with to `out`: it is the same in all encodings. Most paths are nothing else,
@@ -70,19 +67,13 @@ QuenlorStatus QnStringUtilities::WCharToUtf8(Utf8String& out, const wchar_t* tex
     std::wstring_view source = View(text, count);
     std::string converted;
     TakeAscii(source, converted);
-    bool malformed = false;
-    for (auto next = source.begin(); next != source.end();)
-    {
-        char32_t character = NextCodePoint(next, source.end());
-        if (character > 0x10FFFF || IsSurrogate(character))
-        {
-            character = ReplacementCharacter;
-            malformed = true;
-        }
-        utf8::unchecked::append(character, std::back_inserter(converted));
-    }
+    const std::wstring valid = Repaired(source);
+    if constexpr (IsUtf16)
+        utf8::unchecked::utf16to8(valid.begin(), valid.end(), std::back_inserter(converted));
+    else
+        utf8::unchecked::utf32to8(valid.begin(), valid.end(), std::back_inserter(converted));
     out = std::move(converted);
-    return malformed ? QuenlorStatus::MalformedText : QuenlorStatus::Success;
+    return valid == source ? QuenlorStatus::Success : QuenlorStatus::MalformedText;
 }
 
 QuenlorStatus QnStringUtilities::Utf8ToWChar(WString& out, const char* text, std::size_t count)
@@ -90,21 +81,14 @@ QuenlorStatus QnStringUtilities::Utf8ToWChar(WString& out, const char* text, std
     std::string_view source = View(text, count);
     std::wstring converted;
     TakeAscii(source, converted);
-    const bool malformed = !utf8::is_valid(source.begin(), source.end());
-    std::string repaired;
-    std::string_view valid = source;
-    if (malformed)
-    {
-        utf8::replace_invalid(source.begin(), source.end(), std::back_inserter(repaired), ReplacementCharacter);
-        valid = repaired;
-    }
-
+    std::string valid;
+    utf8::replace_invalid(source.begin(), source.end(), std::back_inserter(valid), ReplacementCharacter);
     if constexpr (IsUtf16)
         utf8::unchecked::utf8to16(valid.begin(), valid.end(), std::back_inserter(converted));
     else
         utf8::unchecked::utf8to32(valid.begin(), valid.end(), std::back_inserter(converted));
     out = std::move(converted);
-    return malformed ? QuenlorStatus::MalformedText : QuenlorStatus::Success;
+    return valid == source ? QuenlorStatus::Success : QuenlorStatus::MalformedText;
 }
 
 wchar_t* QnStringUtilities::Utf8ToWChar(wchar_t* buffer, const char* text, std::size_t bufferCount)
@@ -115,7 +99,7 @@ wchar_t* QnStringUtilities::Utf8ToWChar(wchar_t* buffer, const char* text, std::
     Utf8ToWChar(converted, text);
     const wchar_t* const source = converted.c_str();
     std::size_t length = std::min(converted.length(), bufferCount - 1);
-    if (IsUtf16 && length != 0 && length < converted.length() && source[length] >= 0xDC00 && source[length] <= 0xDFFF)
+    if (IsUtf16 && length != 0 && length < converted.length() && IsTrail(source[length]))
         --length; // the cut would separate a pair
     std::copy_n(source, length, buffer);
     buffer[length] = L'\0';
@@ -125,9 +109,7 @@ wchar_t* QnStringUtilities::Utf8ToWChar(wchar_t* buffer, const char* text, std::
 void QnStringUtilities::Split(const char* text, const char* delimiters, const char* escapes,
                               std::vector<Utf8String>& pieces)
 {
-    const std::string_view source = View(text, UpToNul);
-    const std::string_view cuts = View(delimiters, UpToNul);
-    const std::string_view literals = View(escapes, UpToNul);
+    const std::string_view source = View(text), cuts = View(delimiters), literals = View(escapes);
     std::string piece;
     for (std::size_t i = 0; i < source.length(); ++i)
     {

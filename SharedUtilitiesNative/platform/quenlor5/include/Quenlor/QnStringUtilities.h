@@ -25,7 +25,7 @@ public:
     /// @{
 
     /// Replaces `out` by the converted text.
-    /// @return MalformedText when U+FFFD stands for something malformed
+    /// @return MalformedText when U+FFFD replaces something malformed
     static QuenlorStatus WCharToUtf8(Utf8String& out, const wchar_t* text, std::size_t count = UpToNul);
     static QuenlorStatus Utf8ToWChar(WString& out, const char* text, std::size_t count = UpToNul);
     /// @}
@@ -35,7 +35,7 @@ public:
     /// @return the buffer
     static wchar_t* Utf8ToWChar(wchar_t* buffer, const char* text, std::size_t bufferCount);
 
-    /// Cuts `text` at every character that stands in `delimiters` and appends the pieces, empty ones included, to
+    /// Cuts `text` at every character in `delimiters` and appends the pieces, empty ones included, to
     /// `pieces`. A character that follows one of `escapes` (may be null) is taken literally and the escape dropped.
     static void Split(const char* text, const char* delimiters, const char* escapes, std::vector<Utf8String>& pieces);
 

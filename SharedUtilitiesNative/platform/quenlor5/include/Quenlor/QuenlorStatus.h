@@ -6,7 +6,7 @@ namespace Quenlor
 enum class QuenlorStatus : int
 {
     Success = 0,
-    MalformedText = 1, ///< A conversion met input that is no valid text and put U+FFFD in its place.
+    MalformedText = 1, ///< A conversion replaced malformed input by U+FFFD.
     NotFound = 2,      ///< What was asked for does not exist.
 };
 
@@ -15,7 +15,7 @@ enum class QnFileNameStatus : int
 {
     Success = 0,
     Failed = 1,
-    AlreadyExists = 2, ///< Nothing was done, because what was to be made is there.
-    InvalidName = 3,   ///< No path at all: null, or a name that this system cannot have.
+    AlreadyExists = 2, ///< Nothing was done, because it exists already.
+    InvalidName = 3,   ///< Null, or a name that this system cannot have.
 };
 } // namespace Quenlor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <compare>
+#include <concepts>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
@@ -24,7 +25,7 @@ namespace Quenlor
 /// The length is counted in bytes and kept explicitly, so the text may hold embedded NULs; a NUL always follows it.
 /// Order and equality are by bytes. Nothing checks that the bytes are valid UTF-8.
 ///
-/// It is made from text, compares with text, and is a std::string_view wherever one is taken; it can be printed,
+/// It is made from text, compares with text, and converts to std::string_view; it can be printed,
 /// formatted and used as a key:
 /// ```cpp
 /// const Utf8String path = DirectoryConfig::GetHelpDirectory() + "index.html";
@@ -78,34 +79,24 @@ public:
         return *this;
     }
 
-    friend Utf8String operator+(Utf8String left, const Utf8String& right)
-    {
-        left += right;
-        return left;
-    }
+    friend Utf8String operator+(Utf8String left, const Utf8String& right) { return std::move(left += right); }
     /// @}
 
     /// @{
 
     /// By bytes; a null pointer is the empty text.
-    // One for each kind of text: conversions of either side alone would be ambiguous.
     friend bool operator==(const Utf8String&, const Utf8String&) noexcept = default;
-    friend bool operator==(const Utf8String& left, std::string_view right) noexcept { return left.m_text == right; }
-    friend bool operator==(const Utf8String& left, const std::string& right) noexcept { return left.m_text == right; }
-    friend bool operator==(const Utf8String& left, const char* right) noexcept { return left == View(right); }
     // NOLINTNEXTLINE(modernize-use-nullptr): the 0 that a default of this kind is compared with is not a pointer
     friend std::strong_ordering operator<=>(const Utf8String&, const Utf8String&) noexcept = default;
-    friend std::strong_ordering operator<=>(const Utf8String& left, std::string_view right) noexcept
+    template<std::convertible_to<std::string_view> Text>
+    friend bool operator==(const Utf8String& left, const Text& right) noexcept
     {
-        return left.m_text <=> right;
+        return left.m_text == View(right);
     }
-    friend std::strong_ordering operator<=>(const Utf8String& left, const std::string& right) noexcept
+    template<std::convertible_to<std::string_view> Text>
+    friend std::strong_ordering operator<=>(const Utf8String& left, const Text& right) noexcept
     {
-        return left.m_text <=> right;
-    }
-    friend std::strong_ordering operator<=>(const Utf8String& left, const char* right) noexcept
-    {
-        return left <=> View(right);
+        return left.m_text <=> View(right);
     }
     /// @}
 
@@ -118,6 +109,7 @@ public:
 
 private:
     static std::string_view View(const char* text) noexcept { return text ? text : ""; }
+    static std::string_view View(std::string_view text) noexcept { return text; }
 
     std::string m_text;
 };

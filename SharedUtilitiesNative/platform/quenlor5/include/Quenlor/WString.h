@@ -23,7 +23,7 @@ public:
     /// @}
 
     /// From UTF-8; malformed input becomes U+FFFD. The flag selects an encoding in other products of the family;
-    /// here narrow text is UTF-8 whichever is passed.
+    /// here narrow text is UTF-8 whatever its value.
     WString(const char* utf8, bool flag);
 
     /// @{
@@ -34,7 +34,7 @@ public:
     bool empty() const noexcept { return m_text.empty(); }
     /// @}
 
-    /// Whether `part` occurs anywhere in this text, letter case aside; the empty text occurs everywhere.
+    /// Whether `part` occurs anywhere in this text, in any letter case; the empty text occurs everywhere.
     bool ContainsI(const WString& part) const;
 
     /// This text in capitals, unit by unit, by one fixed table: never by the process locale. The length stays.
