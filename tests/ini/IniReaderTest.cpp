@@ -145,7 +145,7 @@ TEST_F(IniReaderTest, CtrlZEndsTheTextAsInTheRuntime)
 TEST_F(IniReaderTest, ReadsFilesWhoseSizeIsNotKnown)
 {
     const std::string content(10'000, 'x');
-    for (const std::size_t guess : {0U, 1U, 9'999U, 10'000U, 20'000U})
+    for (const std::int64_t guess : {0, 1, 9'999, 10'000, 20'000})
     {
         std::size_t taken = 0;
         const auto read = [&](char* place, std::size_t count)
@@ -154,7 +154,9 @@ TEST_F(IniReaderTest, ReadsFilesWhoseSizeIsNotKnown)
             taken += count;
             return static_cast<int>(count);
         };
-        EXPECT_EQ(Quenlor::ReadToEnd(guess, read).View(), content) << guess;
+        Quenlor::TextFile text;
+        EXPECT_TRUE(Quenlor::ReadToEnd(text, guess, read));
+        EXPECT_EQ(text.View(), content) << guess;
     }
 }
 

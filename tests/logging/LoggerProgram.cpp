@@ -1,4 +1,4 @@
-// A program of the family, as far as its log goes. LoggerTest.cpp puts copies of it where programs lie and runs them.
+// A program of the family, as far as its log goes. LoggerTest.cpp installs copies of it and runs them.
 
 #include <chrono>
 #include <cstdlib>

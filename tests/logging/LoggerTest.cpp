@@ -33,14 +33,6 @@ protected:
     }
     ~LoggerOfPrograms() override { current_path(m_before); }
 
-    /// Lets each logger write to a file with its name, or where `place` says.
-    void Configure(const path& file, const std::string& place = ".") const
-    {
-        WriteFile(file,
-                  R"(<logging><appender name="a" type="file" path=")" + place +
-                      R"(/${logger}.log" pattern="%v"/><root level="info"><appender-ref ref="a"/></root></logging>)");
-    }
-
     /// @return the command that runs a copy of the program
     std::string Install(const std::string& name) const
     {
@@ -56,25 +48,21 @@ protected:
     const path m_before = std::filesystem::current_path();
     const path m_programs{NativePath(DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8())};
     const path m_folder{NativePath(m_machine.Folder("Output"))};
-    const path m_programData = m_folder / "AppData";
 };
 
-TEST_F(LoggerOfPrograms, HasTheNameOfTheProgram)
+TEST_F(LoggerOfPrograms, HasTheProgramsNameAndPrefersTheConfigurationBesideIt)
 {
-    Configure(m_programData / "FraxoPro.log.xml");
+    const auto configuration = [](const std::string& place)
+    {
+        return R"(<logging><appender name="a" type="file" path=")" + place +
+               R"(/${logger}.log" pattern="%v"/><root level="info"><appender-ref ref="a"/></root></logging>)";
+    };
+    WriteFile(m_folder / "AppData" / "FraxoPro.log.xml", configuration("."));
     Run(Install("Editor"));
+    WriteFile(m_folder / "FraxoPro.log.xml", configuration("${CrashReports}"));
     Run(Install("Viewer"));
-    EXPECT_THAT(ReadFile(m_programData / "Editor.log"), LooksLike("start\r?\nend\r?\n"));
-    EXPECT_THAT(ReadFile(m_programData / "Viewer.log"), LooksLike("start\r?\nend\r?\n"));
-}
-
-TEST_F(LoggerOfPrograms, FollowsTheConfigurationBesideTheProgram)
-{
-    Configure(m_programData / "FraxoPro.log.xml");
-    Configure(m_folder / "FraxoPro.log.xml", "${CrashReports}");
-    Run(Install("Editor"));
-    EXPECT_TRUE(exists(m_folder / "LocalAppData" / "CrashReports" / "Editor.log"));
-    EXPECT_FALSE(exists(m_programData / "Editor.log"));
+    EXPECT_EQ(LinesOf(m_folder / "AppData" / "Editor.log"), "start\nend\n");
+    EXPECT_EQ(LinesOf(m_folder / "LocalAppData" / "CrashReports" / "Viewer.log"), "start\nend\n");
 }
 
 /// Runs programs that share one rolling log and end as in a crash: three fast ones and a slow one, which holds files
@@ -147,11 +135,10 @@ TEST_F(LoggerOfThisProcess, IsConfiguredInProgramData)
 {
     Logger::Initialize();
     const path file = NativePath(m_machine.ProductFolder(ShellFolder::ProgramData)) / "FraxoPro.log.xml";
-    WriteFile(file, R"(<logging><appender name="a" type="file" path="a.log" pattern="%v"/>
-                       <root><appender-ref ref="a"/></root></logging>)");
+    WriteFile(file, std::string{"<logging>"} + ToFile + "</logging>");
     LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
     Logger::Get()->Error("here");
-    EXPECT_THAT(ReadFile(file.parent_path() / "a.log"), LooksLike("here\r?\n"));
+    EXPECT_EQ(LinesOf(file.parent_path() / "a.log"), "here\n");
 }
 
 TEST_F(LoggerOfThisProcess, WorksWithoutAFolder)

@@ -1,6 +1,5 @@
 #include <filesystem>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -30,10 +29,8 @@ protected:
             EXPECT_TRUE(logger || hasFailed) << failing;
             logger = attempt(failing);
             expected += std::to_string(failing) + '\n';
-            if (logger)
-                logger->Error(std::to_string(failing));
-            else
-                ADD_FAILURE() << failing;
+            ASSERT_TRUE(logger) << failing;
+            logger->Error(std::to_string(failing));
         }
         EXPECT_GT(failing, 10U);
         EXPECT_EQ(Lines("a.log"), expected);
@@ -42,18 +39,18 @@ protected:
 
 TEST_F(LoggingLimits, LoggersSurviveAnyFailedAllocation)
 {
-    Configure(R"(<appender name="a" type="file" path="a.log" pattern="%v"/>
-                 <appender name="c" type="console" threshold="off"/>
-                 <root><appender-ref ref="a"/><appender-ref ref="c"/></root>)");
+    Configure(std::string{R"(<appender name="c" type="console" threshold="off"/>
+                             <logger name="x"><appender-ref ref="c"/></logger>)"} +
+              ToFile);
     FailInTurn(
         [](std::size_t number)
-        { return LoggingManager::GetLogger(std::to_wstring(number) + L" a name too long to be held in place"); });
+        { return LoggingManager::GetLogger(L"x.a name too long to be held in place " + std::to_wstring(number)); });
 }
 
 TEST_F(LoggingLimits, ConfigurationsSurviveAnyFailedAllocation)
 {
-    Configure(R"(<appender name="a" type="file" path="a.log" pattern="%v"/><root><appender-ref ref="a"/></root>)");
-    Logger(L"of before");
+    Configure(ToFile);
+    Logger(L"made before");
     FailInTurn(
         [](std::size_t)
         {
@@ -76,8 +73,7 @@ TEST_F(LoggingLimits, TheProgramsLoggerSurvivesAnyFailedAllocation)
 TEST_F(LoggingLimits, ManyElementsAreCheap)
 {
     constexpr std::size_t Count = 1000;
-    std::string appenders;
-    std::string references;
+    std::string appenders, references;
     for (std::size_t i = 0; i < Count; ++i)
     {
         const std::string name = "appender " + std::to_string(i);
@@ -85,11 +81,9 @@ TEST_F(LoggingLimits, ManyElementsAreCheap)
         references += "<appender-ref ref='" + name + "'/>\n";
     }
     WriteFile(m_file, "<logging>" + appenders + "<root>" + references + "</root></logging>");
-    Quenlor::QnFileName file;
-    file.SetName(m_file.wstring().c_str());
     std::vector<Fault> faults;
     Comparisons() = 0;
-    ASSERT_EQ(ReadConfiguration(file, faults).value().appenders.size(), Count);
+    ASSERT_EQ(ReadConfiguration(Quenlor::QnFileName{m_file.wstring()}, faults).value().appenders.size(), Count);
     EXPECT_GT(Comparisons(), Count) << "they are not counted";
     EXPECT_LT(Comparisons(), 200 * Count);
 }

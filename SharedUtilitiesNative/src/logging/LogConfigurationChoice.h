@@ -12,14 +12,14 @@ namespace Quenlor::Fraxo::SharedUtilities::Native
 struct LogConfigurationChoice
 {
     QnFileName besideExecutable; ///< The configuration file that wins when it exists.
-    QnFileName inProgramData;    ///< The one that is taken otherwise; empty when nobody can say where it is.
+    QnFileName inProgramData;    ///< The one used otherwise; empty when its folder is unknown.
     bool isBesideExecutable = false;
     WString loggerName;
 
     const QnFileName& File() const { return isBesideExecutable ? besideExecutable : inProgramData; }
 };
 
-/// A folder of the library, which file names in the configuration can start with.
+/// A folder of the library that file names in the configuration can start with.
 struct LogFolderVariable
 {
     const char* name;

@@ -17,28 +17,22 @@ namespace
 constexpr char FileName[] = "FraxoPro.log.xml";
 
 std::atomic<ILogger*> theLogger{nullptr};
-
-QnFileName FileInProgramData()
-{
-    try
-    {
-        return InFolder(DirectoryConfig::GetProgramDataDirectory(), FileName);
-    }
-    catch (const std::runtime_error&) // a program starts even without its log
-    {
-        return {};
-    }
-}
 } // namespace
 
 LogConfigurationChoice ChooseLogConfiguration(const QnFileName& executable)
 {
-    const QnFileName folder{QnFileName::GetDirectoryName(executable.GetName())};
     LogConfigurationChoice choice;
+    const QnFileName folder{QnFileName::GetDirectoryName(executable.GetName())};
     choice.besideExecutable = InFolder(folder.GetNameUtf8(), FileName);
     choice.isBesideExecutable = Exists(choice.besideExecutable);
-    choice.inProgramData = FileInProgramData();
     choice.loggerName = QnFileName::GetFileNameWithoutExtension(executable.GetName());
+    try
+    {
+        choice.inProgramData = InFolder(DirectoryConfig::GetProgramDataDirectory(), FileName);
+    }
+    catch (const std::runtime_error&) // a program starts even without its log
+    {
+    }
     return choice;
 }
 
@@ -52,7 +46,7 @@ try
     const LogConfigurationChoice choice = ChooseLogConfiguration(executable);
 
     for (const LogFolderVariable& variable : LogFolderVariables)
-        LoggingConfig::DefineVariable({variable.name, false}, variable.folder);
+        LoggingConfig::DefineVariable(Utf8String{variable.name}, variable.folder);
     LoggingConfig::SetOption(L"CONFIG_FILE", choice.File().GetName()); // even when the file does not exist
     LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
     theLogger.store(LoggingManager::GetLogger(choice.loggerName), std::memory_order_release);

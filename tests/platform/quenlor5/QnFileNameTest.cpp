@@ -2,10 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
@@ -13,28 +13,20 @@
 namespace
 {
 using namespace Quenlor;
+using enum QnFileNameStatus;
 
 constexpr bool SystemHasOneRoot = std::filesystem::path::preferred_separator == '/';
 
-struct Path
-{
-    const wchar_t* given;
-    const wchar_t* expected;
-};
+using Path = std::pair<const wchar_t*, const wchar_t*>; ///< Given and expected.
 
-TEST(SeparatorsAtTheEnd, AreAddedOnlyWhereOneIsMissing)
+TEST(AppendToPath, PutsOneSeparatorBetween)
 {
-    const Path rows[] = {{L"C:\\a", L"C:\\a\\"}, {L"/opt/a/", L"/opt/a/"}, {L"", L""}};
-    for (const Path& row : rows)
-    {
-        QnFileName name{row.given};
-        name.AppendSeparator();
-        EXPECT_STREQ(name.GetName(), row.expected);
-    }
     EXPECT_STREQ(QnFileName(L"C:\\a").AppendToPath(L"b").AppendToPath(L"c\\").GetName(), L"C:\\a\\b\\c\\");
     EXPECT_STREQ(QnFileName(L"/a/").AppendToPath(L"\\b").GetName(), L"/a/b");
-    EXPECT_STREQ(QnFileName(L"").AppendToPath(L"Samples\\").GetName(), L"Samples\\"); // stays relative
+    EXPECT_STREQ(QnFileName(L"").AppendToPath(L"\\Samples\\").GetName(), L"\\Samples\\");
     EXPECT_STREQ(QnFileName(L"C:\\a").AppendToPath(L"").AppendToPath(nullptr).GetName(), L"C:\\a");
+    QnFileName itself{L"a"};
+    EXPECT_STREQ(itself.AppendToPath(itself.GetName()).GetName(), L"a\\a");
 }
 
 TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
@@ -55,51 +47,50 @@ TEST(FixPathName, GivesAllSpellingsOfAPathOneSpelling)
         {LR"(\\?\C:\a\..\b)", LR"(\\?\C:\a\..\b)"},
         {L"", L""},
     };
-    for (const Path& row : rows)
+    for (const auto& [given, expected] : rows)
     {
-        WString fixed;
-        EXPECT_EQ(QnFileName::FixPathName(fixed, row.given), QnFileNameStatus::Success);
-        EXPECT_STREQ(fixed.c_str(), row.expected);
+        WString path = given;
+        EXPECT_EQ(QnFileName::FixPathName(path, path.c_str()), Success);
+        EXPECT_STREQ(path.c_str(), expected);
     }
-    WString path = L"a/b";
-    QnFileName::FixPathName(path, path.c_str());
-    EXPECT_STREQ(path.c_str(), L"a\\b");
+    WString path = L"a";
+    EXPECT_EQ(QnFileName::FixPathName(path, nullptr), InvalidName);
+    EXPECT_TRUE(path.empty());
 }
 
-TEST(IsAbsolutePath, WantsARootBehindTheDevice)
+TEST(IsAbsolutePath, WantsARootAfterTheDevice)
 {
     for (const wchar_t* path : {LR"(C:\a)", L"z:/a", LR"(\\server\share)", LR"(\/server\share)"})
-        EXPECT_TRUE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8().c_str();
+        EXPECT_TRUE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8();
     for (const wchar_t* path : {L"", L"a", LR"(a\b)", L"C:", L"C:a", LR"(..\a)"})
-        EXPECT_FALSE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8().c_str();
+        EXPECT_FALSE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8();
     for (const wchar_t* path : {LR"(\a)", LR"(\\)", LR"(\\\a)"})
-        EXPECT_EQ(QnFileName(path).IsAbsolutePath(), SystemHasOneRoot) << QnFileName(path).GetNameUtf8().c_str();
+        EXPECT_EQ(QnFileName(path).IsAbsolutePath(), SystemHasOneRoot) << QnFileName(path).GetNameUtf8();
     QnFileName executable;
     ASSERT_EQ(QnGetModuleFileName(executable, nullptr), QuenlorStatus::Success);
     EXPECT_TRUE(executable.IsAbsolutePath());
 }
 
-struct Seams
-{
-    const wchar_t* path;
-    const wchar_t* directoryName;
-    const wchar_t* baseName;
-    const wchar_t* deviceAndDirectory;
-};
-
 TEST(PathParts, AreCutAtTheLastSeparatorAndTheLastDot)
 {
-    const Seams rows[] = {
+    struct
+    {
+        const wchar_t* path;
+        const wchar_t* directoryName;
+        const wchar_t* baseName;
+        const wchar_t* deviceAndDirectory;
+    } const rows[] = {
         {LR"(C:\a\b.tar.gz)", LR"(C:\a)", L"b.tar", LR"(C:\a\)"},
         {LR"(C:\b.txt)", LR"(C:\)", L"b", LR"(C:\)"},
         {LR"(C:b.txt)", L"C:", L"b", L"C:"},
+        {LR"(\\server\share\b)", LR"(\\server\share)", L"b", LR"(\\server\share\)"},
         {L"/usr/bin/tool", L"/usr/bin", L"tool", L"/usr/bin/"},
         {LR"(a.b\file)", L"a.b", L"file", LR"(a.b\)"},
         {LR"(a\.profile)", L"a", L".profile", LR"(a\)"},
         {LR"(C:\a\\)", LR"(C:\a)", L"", LR"(C:\a\\)"},
         {L"file", L"", L"file", L""},
     };
-    for (const Seams& row : rows)
+    for (const auto& row : rows)
     {
         EXPECT_STREQ(QnFileName::GetDirectoryName(row.path).c_str(), row.directoryName);
         EXPECT_STREQ(QnFileName::GetFileNameWithoutExtension(row.path).c_str(), row.baseName);
@@ -114,87 +105,70 @@ class FilesTest : public ::testing::Test
 {
 protected:
     /// A path below a scratch folder, as the library's callers write it.
-    QnFileName Below(const wchar_t* path) const
+    std::wstring Below(const wchar_t* path) const
     {
-        QnFileName name;
-        name.SetNameUtf8(m_machine.Folder("files").c_str());
-        return name.AppendToPath(path);
+        return QnFileName{Utf8String{m_machine.Folder("files")}}.AppendToPath(path).GetName();
     }
-
-    static void Write(const QnFileName& file, const std::string& text) { WriteFile(file.ToNativePath(), text); }
-
-    static std::string Read(const QnFileName& file) { return ReadFile(file.ToNativePath()); }
+    std::filesystem::path Native(const wchar_t* path) const { return QnFileName{Below(path)}.ToNativePath(); }
+    bool Exists(const wchar_t* path) const { return QnFileName::DoesPathExist(Below(path).c_str()); }
+    QnFileNameStatus MakeFolder(const wchar_t* path) const
+    {
+        return QnFileName::CreateNewDirectory(Below(path).c_str());
+    }
+    QnFileNameStatus Copy(const wchar_t* from, const wchar_t* to, bool overwrite) const
+    {
+        return QnFileName::QnCopyFile(Below(from).c_str(), Below(to).c_str(), overwrite);
+    }
 
     ScratchMachine m_machine;
 };
 
-TEST_F(FilesTest, ExistAsFileAndAsFolderInAnyLetterCase)
+TEST_F(FilesTest, AreFoundInAnyLetterCaseWithDotsResolvedByText)
 {
-    ASSERT_EQ(QnFileName::CreateNewDirectory(Below(L"PlugIns\\StrucLink").GetName()), QnFileNameStatus::Success);
-    Write(Below(L"PlugIns\\StrucLink\\Größe.ini"), "x");
-    EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"plugins\\STRUCLINK\\GRÖßE.INI").GetName()));
-    EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"plugins\\StrucLink\\").GetName()));
+    ASSERT_EQ(MakeFolder(L"PlugIns\\StrucLink\\"), Success);
+    WriteFile(Native(L"PlugIns\\StrucLink\\Größe.ini"), "x");
+    for (const wchar_t* const path :
+         {L"plugins\\STRUCLINK\\GRÖßE.INI", L"plugins\\StrucLink\\", L"missing\\..\\PlugIns\\.\\StrucLink",
+          L"PlugIns\\StrucLink\\Größe.ini\\..\\größe.INI", L"PlugIns\\StrucLink\\Größe.ini\\."})
+        EXPECT_TRUE(Exists(path)) << path;
+    EXPECT_FALSE(Exists(L"PlugIns\\StrucLink\\..\\Größe.ini"));
     EXPECT_FALSE(QnFileName::DoesPathExist(L""));
-    EXPECT_EQ(Read(Below(L"PLUGINS\\struclink\\größe.INI")), "x");
+    EXPECT_EQ(ReadFile(Native(L"PLUGINS\\struclink\\größe.INI")), "x");
 }
 
-TEST_F(FilesTest, DotsAreResolvedByText)
+TEST_F(FilesTest, AFolderIsCreatedWithItsParentsInTheFolderThatExists)
 {
-    Write(Below(L"folder\\file"), "x");
-    for (const wchar_t* const path : {L"missing\\..\\folder\\.\\file", L"folder\\file\\..\\FILE", L"folder\\file\\."})
-        EXPECT_TRUE(QnFileName::DoesPathExist(Below(path).GetName())) << path;
-    EXPECT_FALSE(QnFileName::DoesPathExist(Below(L"folder\\..\\file").GetName()));
-    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"missing\\..\\new").GetName()), QnFileNameStatus::Success);
-    EXPECT_FALSE(QnFileName::DoesPathExist(Below(L"missing").GetName()));
+    EXPECT_EQ(MakeFolder(L"missing\\..\\Default\\Plugins\\"), Success);
+    EXPECT_FALSE(Exists(L"missing"));
+    EXPECT_EQ(MakeFolder(L"Default\\PlugIns"), AlreadyExists);
+    EXPECT_EQ(MakeFolder(L"default\\a\\b"), Success);
+    EXPECT_TRUE(Exists(L"Default\\a\\b"));
+    WriteFile(Native(L"file"), "x");
+    EXPECT_EQ(MakeFolder(L"file"), Failed);
+    EXPECT_EQ(QnFileName::CreateNewDirectory(L""), InvalidName);
 }
 
-TEST_F(FilesTest, AFolderIsCreatedWithItsParentsAndInTheFolderThatIsThere)
+TEST_F(FilesTest, ACopyIsWholeAndWritable)
 {
-    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"Default\\Plugins\\").GetName()), QnFileNameStatus::Success);
-    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"Default\\PlugIns").GetName()), QnFileNameStatus::AlreadyExists);
-    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"default\\a\\b").GetName()), QnFileNameStatus::Success);
-    EXPECT_TRUE(QnFileName::DoesPathExist(Below(L"Default\\a\\b").GetName()));
-
-    Write(Below(L"file"), "x");
-    EXPECT_EQ(QnFileName::CreateNewDirectory(Below(L"file").GetName()), QnFileNameStatus::Failed);
-}
-
-TEST_F(FilesTest, ACopyClearsWhatKilledOnesLeft)
-{
-    const std::filesystem::path abandoned = Below(L".quenlor-copy-1").ToNativePath();
-    WriteFile(abandoned, "x");
-    last_write_time(abandoned, std::filesystem::file_time_type::clock::now() - std::chrono::hours{2});
-    const std::filesystem::path used = Below(L".quenlor-copy-2").ToNativePath();
-    const std::ofstream otherCopier{used};
-    Write(Below(L"source"), "x");
-    EXPECT_EQ(QnFileName::QnCopyFile(Below(L"source").GetName(), Below(L"copy").GetName(), true),
-              QnFileNameStatus::Success);
-    EXPECT_FALSE(exists(abandoned));
-    EXPECT_TRUE(exists(used));
-}
-
-TEST_F(FilesTest, ACopyIsWholeWritableAndLeavesNothingBeside)
-{
-    const QnFileName source = Below(L"source");
-    const QnFileName copy = Below(L"copy");
+    const std::filesystem::path source = Native(L"source"), copy = Native(L"copy"), used = Native(L".quenlor-copy-1");
     const std::string text(300000, 't');
-    Write(source, text);
-    std::filesystem::permissions(source.ToNativePath(), std::filesystem::perms::owner_read);
+    WriteFile(source, text);
+    permissions(source, std::filesystem::perms::owner_read);
+    const std::ofstream otherCopier{used};
 
-    EXPECT_EQ(QnFileName::QnCopyFile(source.GetName(), copy.GetName(), false), QnFileNameStatus::Success);
-    EXPECT_EQ(Read(copy), text);
-    Write(copy, "changed");
-    EXPECT_EQ(QnFileName::QnCopyFile(source.GetName(), copy.GetName(), false), QnFileNameStatus::Success);
-    EXPECT_EQ(Read(copy), "changed") << "a file that somebody has made and changed meanwhile";
-    EXPECT_EQ(QnFileName::QnCopyFile(source.GetName(), copy.GetName(), true), QnFileNameStatus::Success);
-    EXPECT_EQ(Read(copy), text);
+    EXPECT_EQ(Copy(L"source", L"copy", false), Success);
+    EXPECT_EQ(ReadFile(copy), text);
+    WriteFile(copy, "changed");
+    EXPECT_EQ(Copy(L"source", L"copy", false), Success);
+    EXPECT_EQ(ReadFile(copy), "changed");
+    EXPECT_EQ(Copy(L"source", L"copy", true), Success);
+    EXPECT_EQ(ReadFile(copy), text);
 
-    EXPECT_NE(QnFileName::QnCopyFile(Below(L"nowhere").GetName(), Below(L"new").GetName(), false),
-              QnFileNameStatus::Success);
-    EXPECT_NE(QnFileName::QnCopyFile(source.GetName(), Below(L"no\\folder").GetName(), false),
-              QnFileNameStatus::Success);
-    const std::filesystem::directory_iterator entries{copy.ToNativePath().parent_path()};
-    EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
-    std::filesystem::permissions(source.ToNativePath(), std::filesystem::perms::owner_all);
+    EXPECT_EQ(Copy(L"nowhere", L"new", false), Failed);
+    EXPECT_EQ(Copy(L"source", L"no\\folder", false), Failed);
+    EXPECT_TRUE(exists(used));
+    const std::filesystem::directory_iterator entries{copy.parent_path()};
+    EXPECT_EQ(std::distance(begin(entries), end(entries)), 3);
+    permissions(source, std::filesystem::perms::owner_all);
 }
 } // namespace

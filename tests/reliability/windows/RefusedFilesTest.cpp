@@ -151,7 +151,7 @@ TEST_F(RefusedFiles, AreCountedInTheLogLater)
         if (IsAccepted(kind))
             continue;
         SCOPED_TRACE(kind);
-        const auto sink =
+        auto sink =
             MakeSink({.name = "a", .type = AppenderType::File, .pattern = "%v"}, QnFileName{log.wstring()}, "");
         ::testing::internal::CaptureStderr();
         {
@@ -164,7 +164,7 @@ TEST_F(RefusedFiles, AreCountedInTheLogLater)
         Log(sink, "3", 30);
         EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::StartsWith("cannot open"));
         EXPECT_THAT(ReadFile(log), ::testing::MatchesRegex("lost records: 2 .*\r\n3\r\n"));
-        sink->Close();
+        sink.reset();
         fs::remove_all(folder);
     }
 }
@@ -182,11 +182,11 @@ TEST_F(RefusedFiles, DoNotIncludeLongPathsAndForeignLetters)
         EXPECT_TRUE(reader.LoadFile(path));
         EXPECT_EQ(reader.GetIntegerValue("Main", "Size", 0), 4);
         const QnFileName log{profile + L"\\Logs\\a.log"}, full{profile + L"\\Logs\\a.1.log"};
-        const auto sink = MakeSink(
+        auto sink = MakeSink(
             {.name = "a", .type = AppenderType::RollingFile, .pattern = "%v", .maxSize = 4, .count = 1}, log, "");
         Log(sink, "one", 1);
         Log(sink, "two", 2);
-        sink->Close();
+        sink.reset();
         EXPECT_EQ(ReadFile(full.ToNativePath()) + ReadFile(log.ToNativePath()), "one\r\ntwo\r\n");
     }
     for (fs::path top = m_folder; exists(top / name); top /= "a") // the standard library deletes no path that long

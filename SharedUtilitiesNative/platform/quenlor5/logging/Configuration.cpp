@@ -1,8 +1,8 @@
 #include "logging/Configuration.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
-#include <concepts>
 #include <iterator>
 #include <limits>
 #include <pugixml.hpp>
@@ -11,8 +11,7 @@
 #include <system_error>
 
 #include <Quenlor/QnStringUtilities.h>
-
-#include "logging/System.h"
+#include <Quenlor/TextFile.h>
 
 namespace Quenlor::NativeLogging
 {
@@ -20,39 +19,31 @@ namespace
 {
 using Words = std::span<const std::string_view>;
 
+// The names of values, in the order of the values.
 constexpr std::string_view LevelNames[] = {"trace", "debug", "info", "warning", "error", "critical", "off"};
+constexpr std::string_view TypeNames[] = {"console", "file", "rolling-file", "debugger", "null"};
+constexpr std::string_view TargetNames[] = {"stderr", "stdout"};
+constexpr std::string_view FlagNames[] = {"false", "true"};
+
 constexpr std::string_view TopElements[] = {"appender", "logger", "root"};
 constexpr std::string_view LoggerElements[] = {"appender-ref"};
 constexpr std::string_view RootAttributes[] = {"level"};
 constexpr std::string_view LoggerAttributes[] = {"name", "level", "additivity"};
 constexpr std::string_view ReferenceAttributes[] = {"ref"};
-constexpr std::string_view AppenderAttributes[] = {"name", "type", "pattern", "threshold"};
 constexpr std::string_view ConsoleAttributes[] = {"name", "type", "pattern", "threshold", "target"};
 constexpr std::string_view FileAttributes[] = {"name", "type", "pattern", "threshold", "path"};
 constexpr std::string_view RollingFileAttributes[] = {"name", "type", "pattern", "threshold", "path", "size", "count"};
-
-struct AppenderKind
-{
-    std::string_view name;
-    AppenderType type;
-    Words attributes;
-};
-
-constexpr AppenderKind AppenderKinds[] = {
-    {"console", AppenderType::Console, ConsoleAttributes},
-    {"file", AppenderType::File, FileAttributes},
-    {"rolling-file", AppenderType::RollingFile, RollingFileAttributes},
-    {"debugger", AppenderType::Debugger, AppenderAttributes},
-    {"null", AppenderType::Null, AppenderAttributes},
-};
+constexpr std::string_view OtherAttributes[] = {"name", "type", "pattern", "threshold"};
+constexpr Words AppenderAttributes[] = {ConsoleAttributes, FileAttributes, RollingFileAttributes, OtherAttributes,
+                                        OtherAttributes}; // in the order of AppenderType
 
 /// Message, level and name; logger, thread and process; times. No source position: records have none.
 constexpr std::string_view PatternFlags = "vlLntPYCmdHIMSefFEpaAbBDTRrcz%";
 
-/// More would help nobody, and a report should not be much longer than the file.
-constexpr std::size_t MostFaults = 100;
+constexpr std::size_t LargestFile = std::size_t{16} << 20;
 
-constexpr char Blanks[] = " \t\r\n";
+/// More would not help, and a report should not be much longer than the file.
+constexpr std::size_t MostFaults = 100;
 
 bool IsIn(Words words, std::string_view word)
 {
@@ -73,69 +64,48 @@ std::string Quoted(std::string_view text)
     return "\"" + std::string{text} + "\"";
 }
 
-// ---- values: none when the text is no such value -------------------------------------------------------------------
+// ---- values: none when the text is not such a value ----------------------------------------------------------------
 
-char ToLowerCase(char c)
+template<typename Value, const auto& Names>
+std::optional<Value> ToOneOf(std::string_view text)
 {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    const auto* const found = std::ranges::find(Names, text);
+    return found == std::end(Names) ? std::nullopt : std::optional{static_cast<Value>(found - Names)};
 }
 
 std::optional<LogLevel> ToLevel(std::string_view text)
 {
     std::string name{text};
-    std::ranges::transform(name, name.begin(), ToLowerCase);
-    const auto* const found = std::ranges::find(LevelNames, name);
-    return found == std::end(LevelNames) ? std::nullopt : std::optional{static_cast<LogLevel>(found - LevelNames)};
+    std::ranges::transform(name, name.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return ToOneOf<LogLevel, LevelNames>(name);
 }
 
-std::optional<bool> ToFlag(std::string_view text)
+std::optional<std::uintmax_t> ToCount(std::string_view text)
 {
-    if (text == "true")
-        return true;
-    return text == "false" ? std::optional{false} : std::nullopt;
-}
-
-/// Whether a console is standard output.
-std::optional<bool> ToTarget(std::string_view text)
-{
-    if (text == "stdout")
-        return true;
-    return text == "stderr" ? std::optional{false} : std::nullopt;
-}
-
-template<std::unsigned_integral Number>
-std::optional<Number> ToNumber(std::string_view text)
-{
-    Number number{};
+    std::uintmax_t count = 0;
     const char* const end = text.data() + text.length();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc{} && rest == end ? std::optional{number} : std::nullopt;
-}
-
-std::optional<unsigned> ToCount(std::string_view text)
-{
-    const auto count = ToNumber<unsigned>(text);
-    return count && *count <= 1000 ? count : std::nullopt;
+    const auto [rest, error] = std::from_chars(text.data(), end, count);
+    return error == std::errc{} && rest == end && count <= 1000 ? std::optional{count} : std::nullopt;
 }
 
 std::optional<std::uintmax_t> ToSize(std::string_view text)
 {
-    std::uintmax_t unit = 1;
-    for (const std::string_view name : {"KB", "MB", "GB"})
+    std::uintmax_t size = 0;
+    const char* const end = text.data() + text.length();
+    const auto [rest, error] = std::from_chars(text.data(), end, size);
+    unsigned shift = 0;
+    for (const std::string_view unit : {"", "KB", "MB", "GB"})
     {
-        unit *= 1024;
-        if (text.ends_with(name))
-        {
-            const auto count = ToNumber<std::uintmax_t>(text.substr(0, text.length() - name.length()));
-            const bool fits = count && *count != 0 && *count <= std::numeric_limits<std::uintmax_t>::max() / unit;
-            return fits ? std::optional{*count * unit} : std::nullopt;
-        }
+        const bool fits = size != 0 && size <= std::numeric_limits<std::uintmax_t>::max() >> shift;
+        if (error == std::errc{} && fits && std::string_view{rest, end} == unit)
+            return size << shift;
+        shift += 10;
     }
-    const auto size = ToNumber<std::uintmax_t>(text);
-    return size && *size != 0 ? size : std::nullopt;
+    return std::nullopt;
 }
 
-/// Whether every `%` is followed by an optional alignment and width, and a flag.
+/// Every `%` must be followed by an optional alignment and width, and a flag.
 std::optional<std::string> ToPattern(std::string_view text)
 {
     for (std::size_t i = text.find('%'); i != std::string_view::npos; i = text.find('%', i + 1))
@@ -156,15 +126,13 @@ std::optional<std::string> ToPattern(std::string_view text)
 // ---- the file ------------------------------------------------------------------------------------------------------
 
 /// One spelling for all spellings of an appender's path, as far as the text shows it: after a variable, which may stand
-/// for several folders, nobody knows what `..` is.
+/// for several folders, `..` may name any of them.
 std::wstring PathKey(const std::string& path)
 {
-    QnFileName name;
-    name.SetNameUtf8(path.c_str());
-    WString fixed = name.GetName();
+    WString key{path.c_str(), true};
     if (path.find("${") == std::string::npos || path.find("..") == std::string::npos)
-        QnFileName::FixPathName(fixed, name.GetName());
-    return fixed.c_str();
+        QnFileName::FixPathName(key, key.c_str());
+    return key.c_str();
 }
 
 class Reader final
@@ -173,9 +141,11 @@ public:
     Reader(const QnFileName& file, std::vector<Fault>& faults) : m_faults{faults} { m_configuration.file = file; }
 
     /// @param text the contents of the file
-    std::optional<Configuration> Read(const std::string& text)
+    std::optional<Configuration> Read(std::string_view text)
     {
         WString unused;
+        if (text.length() > LargestFile)
+            return Refuse(0, "the file is larger than 16 MB");
         if (QnStringUtilities::Utf8ToWChar(unused, text.data(), text.length()) != QuenlorStatus::Success)
             return Refuse(0, "the file is not in UTF-8");
         for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', end + 1))
@@ -193,13 +163,11 @@ public:
         for (const pugi::xml_node node : document.children())
         {
             if (node != top)
-                AddFault(LineOf(node), "nothing is expected outside <logging>");
+                AddFault(LineOf(node), "unexpected content outside <logging>");
         }
-        CheckAttributes(top, {});
-        CheckChildren(top, TopElements);
+        CheckContents(top, {}, TopElements);
         for (const pugi::xml_node node : top.children("appender"))
             ReadAppender(node);
-        m_configuration.loggers[""] = {.line = LineOf(top), .level = LogLevel::Warning};
         for (const pugi::xml_node node : top.children("root"))
             ReadLogger(node, "", RootAttributes);
         for (const pugi::xml_node node : top.children("logger"))
@@ -207,6 +175,9 @@ public:
             if (const std::string_view name = Required(node, "name"); !name.empty())
                 ReadLogger(node, name, LoggerAttributes);
         }
+        LoggerSettings& root =
+            m_configuration.loggers.try_emplace(L"", LoggerSettings{.line = LineOf(top)}).first->second;
+        root.level = root.level.value_or(LogLevel::Warning);
         return std::move(m_configuration);
     }
 
@@ -226,7 +197,7 @@ private:
     std::size_t LineOf(pugi::xml_node node) const
     {
         const std::string_view text = node.value(); // of an element: empty
-        const auto blank = text.substr(0, text.find_first_not_of(Blanks));
+        const auto blank = text.substr(0, text.find_first_not_of(" \t\r\n"));
         return LineAt(node.offset_debug()) + static_cast<std::size_t>(std::ranges::count(blank, '\n'));
     }
 
@@ -243,26 +214,22 @@ private:
         AddFault(LineOf(node), "<" + std::string{node.name()} + ">: " + text);
     }
 
-    void CheckAttributes(pugi::xml_node node, Words known)
+    void CheckContents(pugi::xml_node node, Words attributes, Words elements)
     {
         std::set<std::string_view> seen;
         for (const pugi::xml_attribute attribute : node.attributes())
         {
-            if (!IsIn(known, attribute.name()))
-                Complain(node, "unknown attribute " + Quoted(attribute.name()) + Expected(known));
+            if (!IsIn(attributes, attribute.name()))
+                Complain(node, "unknown attribute " + Quoted(attribute.name()) + Expected(attributes));
             else if (!seen.insert(attribute.name()).second)
                 Complain(node, "duplicate attribute " + Quoted(attribute.name()));
         }
-    }
-
-    void CheckChildren(pugi::xml_node node, Words known)
-    {
         for (const pugi::xml_node child : node.children())
         {
             if (child.type() != pugi::node_element)
                 AddFault(LineOf(child), "<" + std::string{node.name()} + ">: unexpected text");
-            else if (!IsIn(known, child.name()))
-                Complain(child, "unexpected element" + Expected(known));
+            else if (!IsIn(elements, child.name()))
+                Complain(child, "unexpected element" + Expected(elements));
         }
     }
 
@@ -292,31 +259,26 @@ private:
     void ReadAppender(pugi::xml_node node)
     {
         const std::string name{Required(node, "name")};
-        const std::string_view type = Required(node, "type");
+        std::optional<AppenderType> type;
+        if (!Required(node, "type").empty())
+            ReadInto(type, node, "type", ToOneOf<AppenderType, TypeNames>, Expected(TypeNames));
         const auto [place, isNew] = m_appenders.try_emplace(name);
         if (!name.empty() && !isNew)
             return Complain(node, "duplicate appender " + Quoted(name) + "; the first one is used");
-        if (name.empty() || type.empty())
+        if (name.empty() || !type)
             return;
-        const auto* const kind = std::ranges::find(AppenderKinds, type, &AppenderKind::name);
-        if (kind == std::end(AppenderKinds))
-        {
-            std::vector<std::string_view> names;
-            std::ranges::transform(AppenderKinds, std::back_inserter(names), &AppenderKind::name);
-            return Complain(node, "unknown type " + Quoted(type) + Expected(names));
-        }
 
-        CheckAttributes(node, kind->attributes);
-        CheckChildren(node, {});
-        AppenderSettings appender{.name = name, .line = LineOf(node), .type = kind->type};
+        const Words attributes = AppenderAttributes[static_cast<std::size_t>(*type)];
+        CheckContents(node, attributes, {});
+        AppenderSettings appender{.name = name, .line = LineOf(node), .type = *type};
         ReadInto(appender.pattern, node, "pattern", ToPattern,
                  "; expected after %: one of " + std::string{PatternFlags});
         ReadInto(appender.threshold, node, "threshold", ToLevel, Expected(LevelNames));
-        if (kind->type == AppenderType::Console)
-            ReadInto(appender.toStandardOutput, node, "target", ToTarget, "; expected: stdout, stderr");
-        if (IsIn(kind->attributes, "path") && !ReadPath(appender, node))
+        if (*type == AppenderType::Console)
+            ReadInto(appender.toStandardOutput, node, "target", ToOneOf<bool, TargetNames>, Expected(TargetNames));
+        if (IsIn(attributes, "path") && !ReadPath(appender, node))
             return;
-        if (kind->type == AppenderType::RollingFile)
+        if (*type == AppenderType::RollingFile)
         {
             ReadInto(appender.maxSize, node, "size", ToSize,
                      "; expected: a number of bytes, or of KB, MB or GB as in 10MB");
@@ -339,53 +301,37 @@ private:
 
     void ReadLogger(pugi::xml_node node, std::string_view name, Words attributes)
     {
-        const std::string key = LoggerKey(name);
-        if (!m_loggers.insert(key).second)
-            return Complain(node,
-                            (name.empty() ? std::string{"duplicate element"} : "duplicate logger " + Quoted(name)) +
-                                "; the first one is used");
-        CheckAttributes(node, attributes);
-        CheckChildren(node, LoggerElements);
-        LoggerSettings& logger = m_configuration.loggers[key];
+        const auto [place, isNew] = m_configuration.loggers.try_emplace(LoggerKey(name));
+        if (!isNew)
+            return Complain(node, "duplicate " + (name.empty() ? "element" : Quoted(name)) + "; the first one is used");
+        CheckContents(node, attributes, LoggerElements);
+        LoggerSettings& logger = place->second;
         logger.line = LineOf(node);
         ReadInto(logger.level, node, "level", ToLevel, Expected(LevelNames));
-        ReadInto(logger.isAdditive, node, "additivity", ToFlag, "; expected: true, false");
+        ReadInto(logger.isAdditive, node, "additivity", ToOneOf<bool, FlagNames>, Expected(FlagNames));
         for (const pugi::xml_node reference : node.children("appender-ref"))
-            ReadReference(logger, reference);
-    }
-
-    void ReadReference(LoggerSettings& logger, pugi::xml_node node)
-    {
-        CheckAttributes(node, ReferenceAttributes);
-        CheckChildren(node, {});
-        const std::string name{Required(node, "ref")};
-        const auto found = m_appenders.find(name);
-        if (found == m_appenders.end())
         {
-            if (!name.empty())
-                Complain(node, "unknown appender " + Quoted(name));
+            CheckContents(reference, ReferenceAttributes, {});
+            const std::string_view appender = Required(reference, "ref");
+            const auto found = m_appenders.find(appender);
+            if (found == m_appenders.end() && !appender.empty())
+                Complain(reference, "unknown appender " + Quoted(appender));
+            else if (found != m_appenders.end() && found->second)
+                logger.appenders.push_back(*found->second);
         }
-        else if (found->second) // a faulty appender is reported once
-            logger.appenders.push_back(*found->second);
     }
 
     std::vector<Fault>& m_faults;
     std::vector<std::size_t> m_lineEnds;
     Configuration m_configuration;
-    std::map<std::string, std::optional<std::size_t>> m_appenders; // positions by name; none for one that is left out
-    std::map<std::wstring, std::string> m_writers;                 // names of appenders by PathKey
-    std::set<std::string> m_loggers;                               // by LoggerKey
+    std::map<std::string, std::optional<std::size_t>, std::less<>> m_appenders; // positions; none after a complaint
+    std::map<std::wstring, std::string> m_writers;                              // names of appenders by PathKey
 };
 } // namespace
 
-std::string LoggerKey(std::string_view name)
+std::wstring LoggerKey(std::string_view name)
 {
-    WString wide;
-    QnStringUtilities::Utf8ToWChar(wide, name.data(), name.length());
-    wide = wide.ToUpperCase();
-    Utf8String key;
-    QnStringUtilities::WCharToUtf8(key, wide.c_str(), wide.length());
-    return {key.data(), key.length()};
+    return WString{std::string{name}.c_str(), true}.ToUpperCase().c_str();
 }
 
 std::string_view NameOf(LogLevel level)
@@ -397,18 +343,31 @@ Configuration DefaultConfiguration()
 {
     Configuration configuration;
     configuration.appenders = {{.name = "console"}, {.name = "debugger", .type = AppenderType::Debugger}};
-    configuration.loggers[""] = {.level = LogLevel::Warning, .appenders = {0, 1}};
+    configuration.loggers[L""] = {.level = LogLevel::Warning, .appenders = {0, 1}};
     return configuration;
 }
 
 std::optional<Configuration> ReadConfiguration(const QnFileName& file, std::vector<Fault>& faults)
 {
-    const std::filesystem::path path = file.ToNativePath();
-    std::error_code error;
-    if (path.empty() || std::filesystem::status(path, error).type() == std::filesystem::file_type::not_found)
-        return std::nullopt;
     Reader reader{file, faults};
-    const auto text = ReadConfigurationText(path, error);
-    return text ? reader.Read(*text) : reader.Refuse(0, "the file cannot be read: " + error.message());
+    TextFile text;
+    if (ReadTextFile(text, file.GetName()))
+        return reader.Read(text.View());
+    const std::error_condition reason{errno, std::generic_category()};
+    if (reason == std::errc::no_such_file_or_directory || reason == std::errc::not_a_directory)
+        return std::nullopt;
+    return reader.Refuse(0, "the file cannot be read: " + reason.message());
+}
+
+std::string FormatFault(const QnFileName& file, const Fault& fault)
+{
+    std::string line = NativeName(file);
+    if (fault.line != 0)
+        line += ":" + std::to_string(fault.line);
+    line += ": " + fault.text;
+    // A configuration may hold anything, but the report stays one line of text.
+    std::ranges::replace_if(
+        line, [](char c) { return (c >= '\0' && c < ' ') || c == '\x7F'; }, '?');
+    return line;
 }
 } // namespace Quenlor::NativeLogging

@@ -11,8 +11,6 @@
 #include <Quenlor/NativeLogging.h>
 #include <Quenlor/QnFileName.h>
 
-#include "logging/Faults.h"
-
 namespace Quenlor::NativeLogging
 {
 enum class AppenderType
@@ -35,7 +33,7 @@ struct AppenderSettings
     bool toStandardOutput = false;      ///< A console: else to standard error.
     std::string path{};                 ///< A file: with its variables.
     std::uintmax_t maxSize = 10U << 20; ///< A rolling file: in bytes.
-    unsigned count = 3;                 ///< A rolling file: how many full files are kept.
+    std::uintmax_t count = 3;           ///< A rolling file: how many full files are kept.
 };
 
 /// One `<logger>`, or the root.
@@ -52,11 +50,18 @@ struct Configuration
 {
     QnFileName file;
     std::vector<AppenderSettings> appenders;
-    std::map<std::string, LoggerSettings> loggers; ///< By LoggerKey; the root is always there, with a level.
+    std::map<std::wstring, LoggerSettings> loggers; ///< By LoggerKey; the root is always there, with a level.
 };
 
-/// Loggers are found in any letter case of their names: on Windows that of a program's name is the caller's.
-std::string LoggerKey(std::string_view name);
+/// Something wrong with a configuration.
+struct Fault
+{
+    std::size_t line; ///< 0 when it is about the file as a whole.
+    std::string text;
+};
+
+/// Loggers are found in any letter case of their names: on Windows a program's name has the case its caller typed.
+std::wstring LoggerKey(std::string_view name);
 
 /// The name of a level, as configurations and records spell it.
 std::string_view NameOf(LogLevel level);
@@ -64,7 +69,13 @@ std::string_view NameOf(LogLevel level);
 /// The configuration without a file: warnings and worse go to standard error and to the debugger.
 Configuration DefaultConfiguration();
 
-/// Reads a configuration file, and says what is wrong with it. What is faulty is ignored. Opens no log file.
+/// Reads a configuration file, and reports what is wrong with it. What is wrong is ignored. Opens no log file.
 /// @return none when the file is missing, which is not a fault, or when nothing can be read from it
 std::optional<Configuration> ReadConfiguration(const QnFileName& file, std::vector<Fault>& faults);
+
+/// The name of a file as other programs of this system take it, in UTF-8.
+std::string NativeName(const QnFileName& file);
+
+/// One line that names file, line and fault; without a line break.
+std::string FormatFault(const QnFileName& file, const Fault& fault);
 } // namespace Quenlor::NativeLogging

@@ -1,13 +1,25 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "logging/Configuration.h"
-#include "logging/Variables.h"
 
 namespace Quenlor::NativeLogging
 {
+using VariableMap = std::map<std::string, Utf8String (*)(), std::less<>>;
+
+/// What `${...}` can be replaced by in a file name, besides the environment variables.
+struct Variables
+{
+    std::string logger;  ///< ${logger}, as far as a file name can hold it
+    std::string process; ///< ${pid}
+    VariableMap named;
+};
+
 /// An appender as one logger uses it.
 struct PlannedAppender
 {

@@ -22,7 +22,7 @@ namespace Quenlor::NativeLogging
 {
 namespace
 {
-/// What is caught here is a lack of memory: programs are to work on without their log.
+/// Programs work on without their log when memory runs out.
 template<typename Work>
 void Quietly(Work work) noexcept
 {
@@ -45,29 +45,32 @@ struct Route
 class Logger final : public ILogger
 {
 public:
-    Logger(Utf8String name, const Route& route) : m_name{std::move(name)}, m_route{&route} { SetLevel(route.level); }
+    Logger(Utf8String name, Route route) : m_name{std::move(name)} { Use(std::move(route)); }
 
     const Utf8String& GetName() const noexcept override { return m_name; }
 
-    void Use(const Route& route) noexcept
+    void Use(Route route) noexcept ///< When it returns, nothing is written to the former sinks any more.
     {
-        m_route.store(&route, std::memory_order_release);
+        const std::scoped_lock lock{m_mutex};
         SetLevel(route.level);
+        m_route = std::move(route);
     }
 
 private:
     void Write(LogLevel level, std::string_view text) noexcept override
     {
-        const Record record{level, {m_name.data(), m_name.length()}, text, std::chrono::system_clock::now()};
-        for (Sink* const sink : m_route.load(std::memory_order_acquire)->sinks)
+        const Record record{level, m_name, text, std::chrono::system_clock::now()};
+        const std::scoped_lock lock{m_mutex};
+        for (Sink* const sink : m_route.sinks)
             Quietly([&] { sink->Log(record); });
     }
 
     const Utf8String m_name;
-    std::atomic<const Route*> m_route;
+    std::mutex m_mutex;
+    Route m_route;
 };
 
-/// A configuration at work: its sinks, and the routes to them.
+/// A configuration at work, with the sinks that its loggers share.
 class ActiveConfiguration final
 {
 public:
@@ -83,33 +86,23 @@ public:
         }
     }
 
-    void Close()
-    {
-        for (const auto& [key, sink] : m_sinks)
-        {
-            if (sink)
-                sink->Close();
-        }
-    }
-
-    const Route& RouteFor(const Variables& variables)
+    Route RouteFor(const std::string& logger, const VariableMap& variables)
     {
         std::vector<Fault> faults;
-        const LoggerPlan plan = PlanLogger(m_configuration, variables, faults);
+        const LoggerPlan plan =
+            PlanLogger(m_configuration, {.logger = logger, .process = ProcessNumber(), .named = variables}, faults);
         ReportOnce(faults);
-
-        auto route = std::make_unique<Route>();
-        LogLevel lowest = LogLevel::Off;
+        Route route;
         for (const PlannedAppender& appender : plan.appenders)
         {
-            Sink* const sink = SinkFor(appender);
-            if (!sink)
-                continue;
-            route->sinks.push_back(sink);
-            lowest = std::min(lowest, m_configuration.appenders[appender.position].threshold);
+            if (Sink* const sink = SinkFor(appender))
+            {
+                route.sinks.push_back(sink);
+                route.level = std::min(route.level, m_configuration.appenders[appender.position].threshold);
+            }
         }
-        route->level = std::max(plan.level, lowest);
-        return *m_routes.emplace_back(std::move(route));
+        route.level = std::max(plan.level, route.level);
+        return route;
     }
 
 private:
@@ -117,8 +110,7 @@ private:
     Sink* SinkFor(const PlannedAppender& planned)
     {
         std::pair key{planned.position, std::wstring{planned.file.GetName()}};
-        const auto found = m_sinks.find(key);
-        if (found != m_sinks.end())
+        if (const auto found = m_sinks.find(key); found != m_sinks.end())
             return found->second.get();
         const AppenderSettings& settings = m_configuration.appenders[planned.position];
         auto sink = MakeSink(settings, planned.file, FormatFault(m_configuration.file, {settings.line, ""}));
@@ -127,137 +119,116 @@ private:
 
     const Configuration m_configuration;
     std::map<std::pair<std::size_t, std::wstring>, std::unique_ptr<Sink>> m_sinks;
-    std::vector<std::unique_ptr<const Route>> m_routes;
     std::set<std::string> m_reported;
 };
 
-class Engine final
+struct Engine
 {
-public:
-    void SetOption(std::string name, const WString& value)
-    {
-        const std::scoped_lock lock{m_mutex};
-        m_options[std::move(name)] = value;
-    }
-
-    void DefineVariable(std::string name, Utf8String (*value)())
-    {
-        const std::scoped_lock lock{m_mutex};
-        m_variables[std::move(name)] = value;
-    }
-
-    void Activate()
-    {
-        const std::scoped_lock lock{m_mutex};
-        m_mustRead = true;
-        ReadConfigurationFile();
-    }
-
-    ILogger* GetLogger(const std::string& name)
-    {
-        const std::scoped_lock lock{m_mutex};
-        if (m_mustRead) // there was not enough memory
-            ReadConfigurationFile();
-        if (m_configurations.empty())
-            m_configurations.push_back(std::make_unique<ActiveConfiguration>(DefaultConfiguration()));
-        if (const auto found = m_loggers.find(name); found != m_loggers.end())
-            return found->second.get();
-        auto logger = std::make_unique<Logger>(name, RouteFor(name, *m_configurations.back()));
-        return m_loggers.emplace(name, std::move(logger)).first->second.get();
-    }
-
-private:
     /// Takes effect as a whole, or not at all when memory runs out.
     void ReadConfigurationFile()
     {
-        QnFileName file;
-        file.SetName(m_options["CONFIG_FILE"].c_str());
+        mustRead = true;
         std::vector<Fault> faults;
         auto read = ReadConfiguration(file, faults).value_or(DefaultConfiguration());
         read.file = file;
         auto configuration = std::make_unique<ActiveConfiguration>(std::move(read));
         configuration->ReportOnce(faults);
-        std::vector<const Route*> routes;
-        for (const auto& [name, logger] : m_loggers)
-            routes.push_back(&RouteFor(name, *configuration));
-        m_configurations.push_back(std::move(configuration));
+        std::vector<Route> routes;
+        for (const auto& [name, logger] : loggers)
+            routes.push_back(configuration->RouteFor(name, variables));
 
         auto route = routes.begin();
-        for (const auto& [name, logger] : m_loggers)
-            logger->Use(**route++);
-        m_mustRead = false;
-        if (m_configurations.size() > 1)
-            (*std::prev(m_configurations.end(), 2))->Close();
+        for (const auto& [name, logger] : loggers)
+            logger->Use(std::move(*route++));
+        active = std::move(configuration); // closes the former log files
+        mustRead = false;
     }
 
-    const Route& RouteFor(const std::string& logger, ActiveConfiguration& configuration) const
+    ILogger* LoggerOf(const std::string& name)
     {
-        return configuration.RouteFor({.logger = logger, .process = ProcessNumber(), .named = m_variables});
+        if (mustRead) // there was not enough memory
+            ReadConfigurationFile();
+        if (const auto found = loggers.find(name); found != loggers.end())
+            return found->second.get();
+        auto logger = std::make_unique<Logger>(name, active->RouteFor(name, variables));
+        return loggers.emplace(name, std::move(logger)).first->second.get();
     }
 
-    std::mutex m_mutex;
-    std::map<std::string, WString> m_options;
-    std::map<std::string, Utf8String (*)(), std::less<>> m_variables;
-    // The last one holds. Those before are kept, because another thread may be writing through them.
-    std::vector<std::unique_ptr<ActiveConfiguration>> m_configurations;
-    std::map<std::string, std::unique_ptr<Logger>> m_loggers;
-    bool m_mustRead = false;
+    std::mutex mutex;
+    QnFileName file;
+    VariableMap variables;
+    std::unique_ptr<ActiveConfiguration> active = std::make_unique<ActiveConfiguration>(DefaultConfiguration());
+    std::map<std::string, std::unique_ptr<Logger>> loggers;
+    bool mustRead = false;
 };
 
-/// Never destroyed: destructors of static objects log as well.
+/// Never destroyed: destructors of static objects log too.
 Engine& TheEngine()
 {
     static Engine& engine = *new Engine;
     return engine;
 }
 
-std::string ToUtf8(const WString& text)
+template<typename Work>
+void WithEngine(Work work) noexcept
+{
+    Quietly(
+        [&]
+        {
+        Engine& engine = TheEngine();
+        const std::scoped_lock lock{engine.mutex};
+        work(engine);
+    });
+}
+
+Utf8String ToUtf8(const WString& text)
 {
     Utf8String utf8;
-    QnStringUtilities::WCharToUtf8(utf8, text.c_str(), text.length());
-    return utf8.ToStdString();
+    QnStringUtilities::WCharToUtf8(utf8, text.c_str());
+    return utf8;
 }
 } // namespace
 
 void LoggingConfig::SetOption(const WString& name, const WString& value) noexcept
 {
-    Quietly([&] { TheEngine().SetOption(ToUtf8(name), value); });
+    if (name == L"CONFIG_FILE")
+        WithEngine([&](Engine& engine) { engine.file = QnFileName{value}; });
 }
 
 void LoggingConfig::SetOption(const Utf8String& name, const Utf8String& value) noexcept
 {
-    Quietly([&] { TheEngine().SetOption(name.ToStdString(), WString{value.c_str(), true}); });
+    Quietly([&] { SetOption(WString{name.c_str(), true}, WString{value.c_str(), true}); });
 }
 
 void LoggingConfig::DefineVariable(const WString& name, Utf8String (*value)()) noexcept
 {
-    Quietly([&] { TheEngine().DefineVariable(ToUtf8(name), value); });
+    Quietly([&] { DefineVariable(ToUtf8(name), value); });
 }
 
 void LoggingConfig::DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept
 {
-    Quietly([&] { TheEngine().DefineVariable(name.ToStdString(), value); });
+    WithEngine([&](Engine& engine) { engine.variables[name.ToStdString()] = value; });
 }
 
 QuenlorStatus LoggingConfig::ActivateProvider(LoggingProviderType provider) noexcept
 {
     if (provider != LoggingProviderType::ConfigurationFile)
         return QuenlorStatus::NotFound;
-    Quietly([] { TheEngine().Activate(); });
+    WithEngine([](Engine& engine) { engine.ReadConfigurationFile(); });
     return QuenlorStatus::Success;
 }
 
 ILogger* LoggingManager::GetLogger(const WString& name) noexcept
 {
     ILogger* logger = nullptr;
-    Quietly([&] { logger = TheEngine().GetLogger(ToUtf8(name)); });
+    Quietly([&] { logger = GetLogger(ToUtf8(name)); });
     return logger;
 }
 
 ILogger* LoggingManager::GetLogger(const Utf8String& name) noexcept
 {
     ILogger* logger = nullptr;
-    Quietly([&] { logger = TheEngine().GetLogger(name.ToStdString()); });
+    WithEngine([&](Engine& engine) { logger = engine.LoggerOf(name.ToStdString()); });
     return logger;
 }
 } // namespace Quenlor::NativeLogging

@@ -1,10 +1,15 @@
 #include "logging/Sinks.h"
 
-#include <chrono>
 #include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <functional>
 #include <limits>
 #include <optional>
+#include <system_error>
 #include <utility>
+
+#include <spdlog/pattern_formatter.h> // only here: it takes seconds to compile
 
 #include "logging/System.h"
 
@@ -14,39 +19,32 @@ namespace
 {
 using namespace std::chrono_literals;
 
-void WriteToStandardOutput(std::string_view line)
-{
-    WriteToConsole(stdout, line);
-}
-
-void WriteToStandardError(std::string_view line)
-{
-    WriteToConsole(stderr, line);
-}
-
-/// Something that is always there to be written to, and knows by itself how a line ends.
+/// Something that is always there to be written to, and converts line ends itself.
 class StreamSink final : public Sink
 {
 public:
-    StreamSink(const AppenderSettings& appender, void (*write)(std::string_view)) : Sink{appender, "\n"}, m_write{write}
+    StreamSink(const AppenderSettings& appender, std::function<void(std::string_view)> write)
+        : Sink{appender, "\n"}, m_write{std::move(write)}
     {
     }
 
 private:
     void Write(const Record& record) override { m_write(Format(record)); }
 
-    void (*m_write)(std::string_view);
+    const std::function<void(std::string_view)> m_write;
 };
+
+constexpr std::string_view LineEndOfFiles = SPDLOG_EOL;
 
 /// A file that other programs may write, move aside and remove as well.
 ///
-/// One that rolls is moved aside when it is full: Editor.log becomes Editor.1.log, what was that Editor.2.log, and so
-/// on.
+/// One that rolls is moved aside when it is full: Editor.log becomes Editor.1.log, the former Editor.1.log becomes
+/// Editor.2.log, and so on.
 class FileSink final : public Sink
 {
 public:
     FileSink(const AppenderSettings& appender, QnFileName file, std::string place)
-        : Sink{appender, LineEnd()},
+        : Sink{appender, LineEndOfFiles},
           m_file{std::move(file)},
           m_place{std::move(place)},
           m_limit{appender.type == AppenderType::RollingFile ? appender.maxSize : Unlimited},
@@ -62,36 +60,25 @@ private:
             ++m_lost; // a folder out of reach must not hold up every record
             return;
         }
-        std::string text{m_isTorn ? LineEnd() : ""};
+        std::string text{m_isTorn ? LineEndOfFiles : ""};
         if (m_lost != 0)
             text += Format({LogLevel::Warning, record.logger,
                             "lost records: " + std::to_string(m_lost) + " (" + m_complaint + ")", record.time});
         text += Format(record);
-        if (Append(text))
-        {
-            m_lost = 0;
-            return;
-        }
-        ++m_lost;
+        m_lost = Append(text) ? 0 : m_lost + 1;
         m_failedAt = record.time;
     }
-
-    void CloseFile() override { m_open.reset(); }
 
     /// @return whether it was written
     bool Append(std::string_view text)
     {
         if (m_open && !(m_size = m_open->SizeAt(m_path)))
-            CloseFile(); // the name is another file's by now, or nobody's
+            m_open.reset(); // the name has been given to another file, or removed
         if (!m_open && !Open())
             return false;
         const std::uintmax_t size = m_size.value_or(0);
-        if (size != 0 && size + text.length() > m_rollAt && Roll(text.length()))
-        {
-            CloseFile();
-            if (!Open())
-                return false;
-        }
+        if (size != 0 && size + text.length() > m_rollAt && Roll(text.length()) && !Open())
+            return false;
         std::size_t written = 0;
         const std::error_code error = m_open->Append(text, written);
         if (error)
@@ -109,7 +96,7 @@ private:
         m_open.emplace(m_path, error);
         if (error)
         {
-            CloseFile();
+            m_open.reset();
             Complain("open", error);
             return false;
         }
@@ -128,28 +115,31 @@ private:
             return false;
         if (const auto size = file.SizeAt(m_path); !size || *size + length <= m_limit)
             return true; // another program has moved it
-        // The oldest file is given up when all others are in place, not before. A gap is what was killed, or failed.
-        unsigned free = 1;
-        while (free <= m_count && std::filesystem::exists(Name(free), error))
+        // The oldest file is given up when all others are in place, not before. A gap is left by a killed program, or
+        // by a failure.
+        std::uintmax_t free = 1;
+        while (free <= m_count && QnFileName::DoesPathExist(Numbered(free).GetName()))
             ++free;
-        for (unsigned number = free; number > 0 && !error; --number)
-            std::filesystem::rename(Name(number - 1), Name(number), error);
+        for (std::uintmax_t number = free; number > 0 && !error; --number)
+            std::filesystem::rename(number == 1 ? m_path : Numbered(number - 1).ToNativePath(),
+                                    Numbered(number).ToNativePath(), error);
         if (error)
         {
             m_rollAt = m_size.value_or(0) + m_limit; // the next attempt comes when as much again is written
             Complain("move aside", error);
             return false;
         }
-        std::filesystem::remove(Name(m_count + 1), error);
+        RemoveFile(Numbered(m_count + 1).ToNativePath());
         return true;
     }
 
-    std::filesystem::path Name(unsigned number) const
+    QnFileName Numbered(std::uintmax_t number) const
     {
-        if (number == 0)
-            return m_path;
-        std::filesystem::path name = m_path.parent_path() / m_path.stem();
-        return (name += "." + std::to_string(number)) += m_path.extension();
+        const wchar_t* const name = m_file.GetName();
+        std::wstring numbered = QnFileName{QnFileName::DeviceAndDirectory, name}.GetName();
+        numbered += QnFileName::GetFileNameWithoutExtension(name).c_str();
+        numbered += L'.' + std::to_wstring(number) + QnFileName{QnFileName::Extension, name}.GetName();
+        return QnFileName{numbered};
     }
 
     /// Once for each reason.
@@ -167,7 +157,7 @@ private:
     const QnFileName m_file;
     const std::string m_place;
     const std::uintmax_t m_limit;
-    const unsigned m_count;
+    const std::uintmax_t m_count;
 
     std::filesystem::path m_path; // of the open file
     std::optional<LogFile> m_open;
@@ -182,7 +172,9 @@ private:
 } // namespace
 
 Sink::Sink(const AppenderSettings& appender, std::string_view lineEnd)
-    : m_threshold{appender.threshold}, m_format{MakeFormatter(appender.pattern, lineEnd)}
+    : m_threshold{appender.threshold},
+      m_formatter{std::make_shared<spdlog::pattern_formatter>(appender.pattern, spdlog::pattern_time_type::local,
+                                                              std::string{lineEnd})}
 {
 }
 
@@ -192,15 +184,16 @@ void Sink::Log(const Record& record)
         return;
     const std::scoped_lock lock{m_mutex};
     Write(record);
-    if (m_isClosed)
-        CloseFile();
 }
 
-void Sink::Close()
+std::string Sink::Format(const Record& record) const
 {
-    const std::scoped_lock lock{m_mutex};
-    m_isClosed = true;
-    CloseFile();
+    static_assert(static_cast<int>(LogLevel::Warning) == spdlog::level::warn);
+    static_assert(static_cast<int>(LogLevel::Off) == spdlog::level::off);
+    const auto level = static_cast<spdlog::level::level_enum>(record.level);
+    spdlog::memory_buf_t line;
+    m_formatter->format({record.time, {}, record.logger, level, record.text}, line);
+    return {line.data(), line.size()};
 }
 
 std::unique_ptr<Sink> MakeSink(const AppenderSettings& appender, const QnFileName& file, std::string place)
@@ -208,8 +201,8 @@ std::unique_ptr<Sink> MakeSink(const AppenderSettings& appender, const QnFileNam
     switch (appender.type)
     {
     case AppenderType::Console:
-        return std::make_unique<StreamSink>(appender,
-                                            appender.toStandardOutput ? WriteToStandardOutput : WriteToStandardError);
+        return std::make_unique<StreamSink>(appender, [stream = appender.toStandardOutput ? stdout : stderr](auto line)
+                                            { WriteToConsole(stream, line); });
     case AppenderType::File:
     case AppenderType::RollingFile:
         return std::make_unique<FileSink>(appender, file, std::move(place));
@@ -219,5 +212,17 @@ std::unique_ptr<Sink> MakeSink(const AppenderSettings& appender, const QnFileNam
         break;
     }
     return nullptr;
+}
+
+void Report(const std::string& line) noexcept
+{
+    try
+    {
+        WriteToConsole(stderr, line + "\n");
+        WriteToDebugger(line + "\n");
+    }
+    catch (const std::exception&) // out of memory: the report has nowhere else to go
+    {
+    }
 }
 } // namespace Quenlor::NativeLogging

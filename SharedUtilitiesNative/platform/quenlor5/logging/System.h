@@ -9,16 +9,10 @@
 #include <string_view>
 #include <system_error>
 
-// What the engine needs of the operating system: one source per system.
+// What the engine needs of the operating system: one source per system. NativeName is there too.
 
 namespace Quenlor::NativeLogging
 {
-constexpr std::size_t LargestConfiguration = std::size_t{16} << 20;
-
-/// Reads a file of at most that size. Never waits: pipes and devices are refused.
-/// @return none, and the reason in `error`, when it cannot be read
-std::optional<std::string> ReadConfigurationText(const std::filesystem::path& path, std::error_code& error);
-
 /// A file that is only ever appended to, kept open. Programs that this process starts do not inherit it, and it can be
 /// renamed while it is open.
 class LogFile final
@@ -45,17 +39,18 @@ private:
     std::intptr_t m_handle; // -1 when no file is open, on both systems
 };
 
-/// How a line of a file ends.
-std::string_view LineEnd() noexcept;
+/// Not the standard library's: that of mingw-w64 first asks the C runtime, which takes the `?` of a long path's prefix
+/// for a wildcard.
+void RemoveFile(const std::filesystem::path& path) noexcept;
 
-/// To standard output or standard error, as readable text also where the console has another code page.
+/// To standard output or standard error, as readable text even where the console has another code page.
 void WriteToConsole(std::FILE* stream, std::string_view text);
 
-/// To the debugger that is attached to this process; Linux has no such thing.
+/// To the debugger that is attached to this process; does nothing on Linux.
 void WriteToDebugger(std::string_view text);
 
-/// The value in UTF-8; none when the variable is not set.
-std::optional<std::string> EnvironmentVariable(const std::string& name);
+/// The value in UTF-8; empty when the variable is not set.
+std::string EnvironmentVariable(const std::string& name);
 
 std::string ProcessNumber();
 } // namespace Quenlor::NativeLogging

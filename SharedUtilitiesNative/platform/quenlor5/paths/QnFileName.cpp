@@ -13,7 +13,6 @@ namespace Quenlor
 namespace
 {
 constexpr std::wstring_view Separators = L"\\/";
-constexpr std::wstring_view ExtendedPrefix = LR"(\\?\)";
 
 std::wstring_view View(const wchar_t* text)
 {
@@ -51,7 +50,7 @@ std::size_t DeviceLength(std::wstring_view path) noexcept
     return std::min(path.find_first_of(Separators, share), path.length());
 }
 
-/// A path cut at its seams; the four parts joined are the path again.
+/// The four parts of a path, which joined give the path again.
 struct PathParts
 {
     std::wstring_view device;
@@ -76,72 +75,49 @@ PathParts Cut(std::wstring_view path)
     return parts;
 }
 
-std::vector<std::wstring_view> Components(std::wstring_view path)
+/// The components of a path without `.`, and with `..` resolved. A `..` at the root is dropped; a relative path keeps
+/// its leading `..`.
+std::vector<std::wstring_view> Components(std::wstring_view path, bool isRooted)
 {
     std::vector<std::wstring_view> components;
     for (std::size_t start = 0; start < path.length();)
     {
         const std::size_t end = std::min(path.find_first_of(Separators, start), path.length());
-        if (end != start)
-            components.push_back(path.substr(start, end - start));
+        const std::wstring_view component = path.substr(start, end - start);
+        const bool goesUp = component == L"..";
+        if (goesUp && !components.empty() && components.back() != L"..")
+            components.pop_back();
+        else if (!component.empty() && component != L"." && !(goesUp && isRooted))
+            components.push_back(component);
         start = end + 1;
     }
     return components;
-}
-
-/// Resolves `.` and `..`. Above the root there is nothing to go up to; a relative path keeps its leading `..`.
-std::vector<std::wstring_view> Resolve(const std::vector<std::wstring_view>& components, bool isRooted)
-{
-    std::vector<std::wstring_view> resolved;
-    for (const std::wstring_view component : components)
-    {
-        if (component == L".")
-            continue;
-        const bool goesUp = component == L"..";
-        if (goesUp && !resolved.empty() && resolved.back() != L"..")
-            resolved.pop_back();
-        else if (!goesUp || !isRooted)
-            resolved.push_back(component);
-    }
-    return resolved;
-}
-
-std::wstring NormaliseDevice(std::wstring_view device)
-{
-    if (!StartsWithTwoSeparators(device))
-        return std::wstring{device};
-    std::wstring result = L"\\";
-    for (const std::wstring_view component : Components(device))
-        (result += L'\\') += component;
-    if (IsSeparator(device.back())) // behind a server without a share
-        result += L'\\';
-    return result;
 }
 
 std::wstring Normalise(std::wstring_view path)
 {
     const std::wstring_view device = path.substr(0, DeviceLength(path));
     const std::wstring_view rest = path.substr(device.length());
-    const bool isServer = StartsWithTwoSeparators(device);
-    const bool isRooted = isServer || (!rest.empty() && IsSeparator(rest.front()));
+    const bool isRooted = !rest.empty() && IsSeparator(rest.front());
+    const std::vector<std::wstring_view> components = Components(rest, isRooted);
 
-    std::wstring result = NormaliseDevice(device);
-    if (!rest.empty() && IsSeparator(rest.front()))
+    std::wstring result;
+    for (const wchar_t character : device)
+    {
+        if (!IsSeparator(character))
+            result += character;
+        else if (result.length() < 2 || result.back() != L'\\') // two before a server's name
+            result += L'\\';
+    }
+    if (isRooted)
         result += L'\\';
-    const std::vector<std::wstring_view> components = Resolve(Components(rest), isRooted);
     if (result.empty() && !components.empty() && DeviceLength(components.front()) != 0)
         result = LR"(.\)"; // what is left of a relative path must not become that of a drive
-    for (std::size_t i = 0; i < components.size(); ++i)
-    {
-        if (i != 0)
-            result += L'\\';
-        result += components[i];
-    }
-    if (components.empty())
-        return result.empty() ? L"." : result;
-    if (IsSeparator(rest.back()))
-        result += L'\\';
-    return result;
+    for (const std::wstring_view component : components)
+        (result += component) += L'\\';
+    if (!components.empty() && !IsSeparator(rest.back()))
+        result.pop_back();
+    return result.empty() ? L"." : result;
 }
 } // namespace
 
@@ -179,30 +155,21 @@ Utf8String QnFileName::GetNameUtf8() const
 
 QnFileName& QnFileName::AppendToPath(const wchar_t* component)
 {
-    std::wstring_view appended = View(component);
+    std::wstring appended{View(component)};
     if (appended.empty())
         return *this;
-    std::wstring path;
-    path.reserve(m_path.length() + 1 + appended.length());
-    path.append(m_path.c_str(), m_path.length());
-    if (!path.empty())
-    {
-        appended.remove_prefix(std::min(appended.find_first_not_of(Separators), appended.length()));
-        if (!IsSeparator(path.back()))
-            path += L'\\';
-    }
-    path += appended;
-    m_path = std::move(path);
+    if (!m_path.empty())
+        appended.erase(0, appended.find_first_not_of(Separators));
+    AppendSeparator();
+    m_path = std::wstring{m_path.c_str(), m_path.length()} += appended;
     return *this;
 }
 
 void QnFileName::AppendSeparator()
 {
     std::wstring path{m_path.c_str(), m_path.length()};
-    if (path.empty() || IsSeparator(path.back()))
-        return;
-    path += L'\\';
-    m_path = std::move(path);
+    if (!path.empty() && !IsSeparator(path.back()))
+        m_path = path += L'\\';
 }
 
 bool QnFileName::IsAbsolutePath() const noexcept
@@ -217,16 +184,11 @@ bool QnFileName::IsAbsolutePath() const noexcept
 WString QnFileName::GetDirectoryName(const wchar_t* path)
 {
     const PathParts cut = Cut(View(path));
-    std::wstring_view directory = cut.directory;
+    std::size_t length = cut.directory.find_last_not_of(Separators) + 1; // npos + 1 is 0
     // The separator of a root belongs to its name: "C:" and "C:\" are two different folders.
-    const std::size_t lastOfName = directory.find_last_not_of(Separators);
-    if (lastOfName != std::wstring_view::npos)
-        directory = directory.substr(0, lastOfName + 1);
-    else if (StartsWithTwoSeparators(cut.device))
-        directory = {};
-    else
-        directory = directory.substr(0, 1);
-    return std::wstring{cut.device}.append(directory);
+    if (length == 0 && !cut.directory.empty() && !StartsWithTwoSeparators(cut.device))
+        length = 1;
+    return std::wstring{cut.device}.append(cut.directory, 0, length);
 }
 
 WString QnFileName::GetFileNameWithoutExtension(const wchar_t* path)
@@ -242,10 +204,7 @@ QnFileNameStatus QnFileName::FixPathName(WString& out, const wchar_t* path)
         return QnFileNameStatus::InvalidName;
     }
     const std::wstring_view source{path};
-    if (source.empty() || source.starts_with(ExtendedPrefix))
-        out = std::wstring{source};
-    else
-        out = Normalise(source);
+    out = source.empty() || source.starts_with(LR"(\\?\)") ? std::wstring{source} : Normalise(source);
     return QnFileNameStatus::Success;
 }
 } // namespace Quenlor

@@ -20,10 +20,8 @@ std::vector<Fault> FaultsOf(const std::string& text, std::optional<Configuration
     const ScratchMachine machine;
     const auto path = machine.Root() / "log.xml";
     WriteFile(path, text);
-    Quenlor::QnFileName file;
-    file.SetName(path.wstring().c_str());
     std::vector<Fault> faults;
-    auto configuration = ReadConfiguration(file, faults);
+    auto configuration = ReadConfiguration(Quenlor::QnFileName{path.wstring()}, faults);
     if (result)
         *result = std::move(configuration);
     return faults;
@@ -62,31 +60,32 @@ constexpr Broken BrokenOnes[] = {
     {"\n<log4j/>", "must be <logging>"},
     {"<logging>\n<apender/></logging>", "<apender>: unexpected element; expected: appender, logger, root"},
     {"<logging>\n<root>console</root></logging>", "<root>: unexpected text"},
-    {"<logging>\n<root lvl=\"info\"/></logging>", "unknown attribute \"lvl\"; expected: level"},
-    {"<logging>\n<appender name=\"a\" type=\"console\" path=\"x\"/></logging>", "unknown attribute \"path\""},
-    {"<logging>\n<root level=\"info\" level=\"info\"/></logging>", "duplicate attribute \"level\""},
-    {"<logging>\n<logger level=\"info\"/></logging>", "attribute \"name\" is missing"},
-    {"<logging>\n<appender name=\"a\" type=\"file\" path=\"\"/></logging>", "attribute \"path\" is missing"},
-    {"<logging>\n<appender name=\"a\" type=\"files\"/></logging>", "unknown type \"files\"; expected: console, file,"},
-    {"<logging>\n<root level=\"loud\"/></logging>", "invalid level=\"loud\"; expected: trace, debug,"},
-    {"<logging>\n<logger name=\"a\" additivity=\"no\"/></logging>", "expected: true, false"},
-    {"<logging>\n<appender name=\"a\" type=\"console\" target=\"tty\"/></logging>", "expected: stdout, stderr"},
-    {"<logging>\n<appender name=\"a\" type=\"null\" pattern=\"%v %q\"/></logging>", "expected after %: one of"},
-    {"<logging>\n<appender name=\"a\" type=\"null\" pattern=\"%v %-5\"/></logging>", "expected after %: one of"},
-    {"<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"0KB\"/></logging>", "invalid size=\"0KB\""},
-    {"<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"99999999999GB\"/></logging>", "expected: a number of bytes"},
-    {"<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" size=\"5M\"/></logging>", "expected: a number of bytes"},
-    {"<logging>\n<appender name=\"a\" type=\"rolling-file\" path=\"x\" count=\"-1\"/></logging>", "expected: a number from 0"},
-    {"<logging><root>\n<appender-ref ref=\"a\"/></root></logging>", "unknown appender \"a\""},
-    {"<logging>\n<appender name=\"a\" type=\"b\"/><root><appender-ref ref=\"a\"/></root></logging>", "type \"b\""},
-    {"<logging><appender name=\"a\" type=\"null\"/>\n<appender name=\"a\" type=\"null\"/></logging>", "duplicate appender \"a\""},
-    {"<logging><logger name=\"Ä\"/>\n<logger name=\"ä\"/></logging>", "duplicate logger"},
+    {"<logging>\n<root lvl='info'/></logging>", "unknown attribute \"lvl\"; expected: level"},
+    {"<logging>\n<appender name='a' type='console' path='x'/></logging>", "unknown attribute \"path\""},
+    {"<logging>\n<root level='info' level='info'/></logging>", "duplicate attribute \"level\""},
+    {"<logging>\n<logger level='info'/></logging>", "attribute \"name\" is missing"},
+    {"<logging>\n<appender name='a' type='file' path=''/></logging>", "attribute \"path\" is missing"},
+    {"<logging>\n<appender name='a' type='files'/></logging>", "invalid type=\"files\"; expected: console, file,"},
+    {"<logging>\n<root level='loud'/></logging>", "invalid level=\"loud\"; expected: trace, debug,"},
+    {"<logging>\n<logger name='a' additivity='no'/></logging>", "expected: false, true"},
+    {"<logging>\n<appender name='a' type='console' target='tty'/></logging>", "expected: stderr, stdout"},
+    {"<logging>\n<appender name='a' type='null' pattern='%v %q'/></logging>", "expected after %: one of"},
+    {"<logging>\n<appender name='a' type='null' pattern='%v %-5'/></logging>", "expected after %: one of"},
+    {"<logging>\n<appender name='a' type='null' pattern='%!v'/></logging>", "expected after %: one of"},
+    {"<logging>\n<appender name='a' type='rolling-file' path='x' size='0KB'/></logging>", "invalid size=\"0KB\""},
+    {"<logging>\n<appender name='a' type='rolling-file' path='x' size='99999999999GB'/></logging>", "expected: a number of bytes"},
+    {"<logging>\n<appender name='a' type='rolling-file' path='x' size='5M'/></logging>", "expected: a number of bytes"},
+    {"<logging>\n<appender name='a' type='rolling-file' path='x' count='1001'/></logging>", "expected: a number from 0"},
+    {"<logging>\n<appender name='a' type='rolling-file' path='x' count='1 '/></logging>", "expected: a number from 0"},
+    {"<logging><root>\n<appender-ref ref='a'/></root></logging>", "unknown appender \"a\""},
+    {"<logging>\n<appender name='a' type='b'/><root><appender-ref ref='a'/></root></logging>", "type=\"b\""},
+    {"<logging><appender name='a' type='null'/>\n<appender name='a' type='null'/></logging>", "duplicate appender \"a\""},
+    {"<logging><logger name='Ä'/>\n<logger name='ä'/></logging>", "duplicate \"ä\""},
     {"<logging><root/>\n<root/></logging>", "duplicate element"},
-    {"<logging><appender name=\"a\" type=\"file\" path=\"x\"/>\n<appender name=\"b\" type=\"file\" path=\"x\"/></logging>", "\"a\" writes the same file"},
-    {"<logging><appender name=\"a\" type=\"file\" path=\"b/../p/x\"/>\n<appender name=\"b\" type=\"file\" path=\"./p//x\"/></logging>", "\"a\" writes the same file"},
-    {"<logging/>\nrest", "nothing is expected outside <logging>"},
-    {"\nrest<logging/>", "nothing is expected outside <logging>"},
-    {"<logging/>\n<logging><root level=\"info\"/></logging>", "nothing is expected outside <logging>"},
+    {"<logging><appender name='a' type='file' path='b/../p/x'/>\n<appender name='b' type='file' path='./p//x'/></logging>", "\"a\" writes the same file"},
+    {"<logging/>\nrest", "unexpected content outside <logging>"},
+    {"\nrest<logging/>", "unexpected content outside <logging>"},
+    {"<logging/>\n<logging><root level='info'/></logging>", "unexpected content outside <logging>"},
 };
 // clang-format on
 
@@ -102,7 +101,7 @@ TEST(ReadConfiguration, ReportsOneFaultWithItsLine)
     }
 }
 
-TEST(ReadConfiguration, ListsOnlySoManyFaults)
+TEST(ReadConfiguration, ListsTheFirstHundredFaults)
 {
     std::string text = "<logging>";
     for (int i = 0; i < 1000; ++i)
@@ -113,10 +112,9 @@ TEST(ReadConfiguration, ListsOnlySoManyFaults)
     EXPECT_THAT(faults[100].text, HasSubstr("too many faults"));
 }
 
-TEST(ReadConfiguration, RefusesWhatIsNotUtf8)
+TEST(ReadConfiguration, RefusesAFileAsAWhole)
 {
-    const auto faults = FaultsOf("<logging><logger name=\"Tr\xE4ger\"/></logging>");
-    ASSERT_EQ(faults.size(), 1U);
-    EXPECT_EQ(faults[0].text, "the file is not in UTF-8");
+    EXPECT_EQ(FaultsOf("<logging><logger name=\"Tr\xE4ger\"/></logging>").at(0).text, "the file is not in UTF-8");
+    EXPECT_EQ(FaultsOf(std::string((16U << 20) + 1, ' ')).at(0).text, "the file is larger than 16 MB");
 }
 } // namespace

@@ -25,13 +25,13 @@ inline std::string LinesOf(const std::filesystem::path& file)
     return text;
 }
 
-/// Tests of the logging engine by what arrives in its files, which lie beside the configuration.
+/// Tests of the logging engine by what arrives in its files, which are beside the configuration.
 class LoggingTest : public ::testing::Test
 {
 protected:
     ~LoggingTest() override
     {
-        remove_all(m_file); // without a configuration the log files are closed, and their folder can go
+        remove_all(m_file); // without a configuration the log files are closed, and their folder can be removed
         Activate();
     }
 
@@ -55,6 +55,10 @@ protected:
     }
 
     std::string Lines(const std::filesystem::path& name) const { return LinesOf(m_folder / name); }
+
+    /// Each logger writes what it is given to a.log.
+    static constexpr char ToFile[] = R"(<appender name="a" type="file" path="a.log" pattern="%v"/>
+                                        <root level="info"><appender-ref ref="a"/></root>)";
 
     ScratchMachine m_machine;
     const std::filesystem::path m_folder = m_machine.Root() / "Logs";

@@ -1,7 +1,5 @@
 #include <Quenlor/NativeLogging.h>
 
-#include <algorithm>
-#include <functional>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -13,13 +11,12 @@
 
 #include "platform/quenlor5/logging/LoggingTest.h"
 
-// What a configuration file makes of records. What is wrong with one is tried in ConfigurationFaultsTest.cpp.
+// What a configuration file makes of records. Faulty files are tested in ConfigurationFaultsTest.cpp.
 
 namespace
 {
 using namespace Quenlor::NativeLogging;
 using Quenlor::Utf8String;
-using ::testing::HasSubstr;
 
 using NativeLogging = LoggingTest;
 
@@ -33,9 +30,11 @@ TEST_F(NativeLogging, SendsRecordsAsConfigured)
         <root level="info"><appender-ref ref="all"/><appender-ref ref="errors"/><appender-ref ref="none"/></root>
         <logger name="Editor" level="debug"><appender-ref ref="own"/><appender-ref ref="all"/></logger>
         <logger name="Editor.View.Quiet" level="CRITICAL"/>
-        <logger name="Alone" additivity="false"><appender-ref ref="own"/></logger>
+        <logger name="Editor.Alone" additivity="false"><appender-ref ref="own"/></logger>
+        <logger name="Severe" level="debug" additivity="false"><appender-ref ref="errors"/></logger>
         <logger name="Silent" level="off"/>)");
-    for (const wchar_t* const name : {L"Other", L"EDITOR.View", L"Editor.View.Quiet.x", L"Alone.x", L"Silent", L""})
+    for (const wchar_t* const name :
+         {L"Other", L"EDITOR.View", L"Editor.View.Quiet.x", L"Editor.Alone.x", L"Silent", L""})
     {
         ILogger& logger = Logger(name);
         logger.Trace("");
@@ -49,20 +48,14 @@ TEST_F(NativeLogging, SendsRecordsAsConfigured)
     EXPECT_EQ(Lines("all.log"), "Other I\nOther W\nOther E\nOther C\n"
                                 "EDITOR.View D\nEDITOR.View I\nEDITOR.View W\nEDITOR.View E\nEDITOR.View C\n"
                                 "Editor.View.Quiet.x C\n I\n W\n E\n C\n");
-    EXPECT_EQ(Lines("own.log"), "EDITOR.View D\nEDITOR.View I\nEDITOR.View W\nEDITOR.View E\nEDITOR.View C\n"
-                                "Editor.View.Quiet.x C\nAlone.x I\nAlone.x W\nAlone.x E\nAlone.x C\n");
+    EXPECT_EQ(Lines("own.log"),
+              "EDITOR.View D\nEDITOR.View I\nEDITOR.View W\nEDITOR.View E\nEDITOR.View C\n"
+              "Editor.View.Quiet.x C\n"
+              "Editor.Alone.x D\nEditor.Alone.x I\nEditor.Alone.x W\nEditor.Alone.x E\nEditor.Alone.x C\n");
     EXPECT_EQ(Lines("errors.log"), "Other E\nOther C\nEDITOR.View E\nEDITOR.View C\nEditor.View.Quiet.x C\n E\n C\n");
-}
-
-TEST_F(NativeLogging, IsEnabledOnlyForWhatSomeAppenderTakes)
-{
-    Configure(R"(<appender name="a" type="file" path="a.log" threshold="error"/>
-                 <root level="debug"><appender-ref ref="a"/></root>
-                 <logger name="Alone" additivity="false"/>)");
-    EXPECT_FALSE(Logger(L"Editor").IsEnabled(LogLevel::Warning));
-    EXPECT_TRUE(Logger(L"Editor").IsEnabled(LogLevel::Error));
-    EXPECT_FALSE(Logger(L"Editor").IsEnabled(LogLevel::Off));
-    EXPECT_FALSE(Logger(L"Alone").IsEnabled(LogLevel::Critical));
+    EXPECT_FALSE(Logger(L"Severe").IsEnabled(LogLevel::Warning)) << "no appender takes it";
+    EXPECT_TRUE(Logger(L"Severe").IsEnabled(LogLevel::Error));
+    EXPECT_FALSE(Logger(L"Severe").IsEnabled(LogLevel::Off));
 }
 
 TEST_F(NativeLogging, WritesRecordsAsThePatternSays)
@@ -77,61 +70,36 @@ TEST_F(NativeLogging, WritesRecordsAsThePatternSays)
     EXPECT_EQ(Logger(L"Größe").GetName(), "Größe");
 }
 
-TEST_F(NativeLogging, TakesTextOfAnyKind)
-{
-    Configure(R"(<appender name="a" type="file" path="a.log" pattern="%v"/><root><appender-ref ref="a"/></root>)");
-    constexpr const char* nothing = nullptr;
-    ILogger& logger = Logger(L"");
-    logger.Error("literal");
-    logger.Error(Utf8String{"own"});
-    logger.Error(std::string{"standard"});
-    logger.Error(std::string_view{"view!", 4});
-    logger.Error(nothing);
-    EXPECT_EQ(Lines("a.log"), "literal\nown\nstandard\nview\n\n");
-}
-
 TEST_F(NativeLogging, FillsVariablesAndMakesFolders)
 {
     m_machine.SetEnvironment("FRAXO_PRO_TEST", "of the test");
     LoggingConfig::DefineVariable(L"Place", [] { return Utf8String{R"(deep\er\)"}; });
-    Configure(
-        R"(<appender name="a" type="rolling-file" path="${Place}/${env:FRAXO_PRO_TEST} 梁 😀 ${logger}.log" pattern="%v"/>
+    Configure(R"(<appender name="a" type="rolling-file" pattern="%v"
+                     path="${Place}/${env:FRAXO_PRO_TEST} 梁 😀/${logger}/a.log"/>
                  <appender name="b" type="file" path="${pid}.log" threshold="critical"/>
                  <root><appender-ref ref="a"/><appender-ref ref="b"/></root>)");
-    ILogger& first = Logger(L"One.x");
+    Logger(L"C:\\x").Info("no record yet");
     EXPECT_FALSE(exists(m_folder / "deep"));
-    first.Error("1");
-    Logger(L"Two").Error("2");
-    first.Error("3");
-    EXPECT_EQ(Lines(std::filesystem::path{u8"deep/er/of the test 梁 😀 One.x.log"}), "1\n3\n");
-    EXPECT_EQ(Lines(std::filesystem::path{u8"deep/er/of the test 梁 😀 Two.log"}), "2\n");
-    first.Critical("4");
-    const auto isNumber = [](const auto& entry)
-    { return entry.path().extension() == ".log" && std::stoi(entry.path().stem().string()) > 0; };
-    EXPECT_EQ(std::ranges::count_if(std::filesystem::directory_iterator{m_folder}, isNumber), 1);
-}
-
-TEST_F(NativeLogging, KeepsTheNameOfALoggerWithinOneFileName)
-{
-    Configure(R"(<appender name="a" type="file" path="in/${logger}/a.log"/><root><appender-ref ref="a"/></root>)");
-    for (const wchar_t* const name : {L"/tmp/x", L"../../x", L"..", L".", L"", L"C:\\x", L"a\n.b"})
-        Logger(name).Error("");
+    for (const wchar_t* const name : {L"/tmp/x", L"../../x", L"..", L".", L"", L"C:\\x", L"a\n.b", L"One.x", L"."})
+        Logger(name).Error("x");
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator{m_folder / "in"})
-        names.insert(entry.path().lexically_relative(m_folder / "in").generic_string());
-    std::set<std::string> expected;
-    for (const std::string name : {"_tmp_x", ".._.._x", "__", "_", "root", "C__x", "a_.b"})
-        expected.insert({name, name + "/a.log"});
-    EXPECT_EQ(names, expected);
+    const std::filesystem::path root = m_folder / "deep" / "er" / u8"of the test 梁 😀";
+    for (const auto& entry : std::filesystem::directory_iterator{root})
+        names.insert(entry.path().filename().string() + ' ' + LinesOf(entry.path() / "a.log"));
+    EXPECT_EQ(names, (std::set<std::string>{"_tmp_x x\n", ".._.._x x\n", "__ x\n", "_ x\nx\n", "root x\n", "C__x x\n",
+                                            "a_.b x\n", "One.x x\n"}));
+    Logger(L"").Critical("");
+    std::set<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator{m_folder})
+        files.insert(entry.path().filename().string());
+    EXPECT_THAT(files, ::testing::Contains(LooksLike("[1-9][0-9]*\\.log")));
 }
 
 TEST_F(NativeLogging, KeepsRecordsOfManyThreadsWhole)
 {
     constexpr int ThreadCount = 4;
     constexpr int LineCount = 300;
-    const std::string elements =
-        R"(<appender name="a" type="file" path="a.log" pattern="%n %v"/><root><appender-ref ref="a"/></root>)";
-    Configure(elements);
+    Configure(ToFile);
     std::vector<std::thread> threads;
     for (int thread = 0; thread < ThreadCount; ++thread)
     {
@@ -146,36 +114,34 @@ TEST_F(NativeLogging, KeepsRecordsOfManyThreadsWhole)
         Activate();
     for (std::thread& thread : threads)
         thread.join();
-
-    std::map<std::size_t, int> lengths;
-    const std::string lines = Lines("a.log");
-    for (std::size_t start = 0; start < lines.length(); start = lines.find('\n', start) + 1)
-        ++lengths[lines.find('\n', start) - lines.find('x', start)];
-    EXPECT_EQ(lengths, (std::map<std::size_t, int>{{500, ThreadCount * LineCount}}));
+    std::string expected;
+    for (int line = 0; line < ThreadCount * LineCount; ++line)
+        expected += std::string(500, 'x') + '\n';
+    EXPECT_EQ(Lines("a.log"), expected);
 }
 
 TEST_F(NativeLogging, LoggersStayAndFollowANewConfiguration)
 {
     ILogger& logger = Logger(L"Editor");
     EXPECT_FALSE(logger.IsEnabled(LogLevel::Info)); // nothing is configured: warnings and worse
-    Configure(R"(<appender name="a" type="file" path="a.log" pattern="%v"/>
-                 <root level="info"><appender-ref ref="a"/></root>)");
+    Configure(ToFile);
     logger.Info("1");
     Configure(R"(<appender name="b" type="file" path="b.log" pattern="%v"/><root><appender-ref ref="b"/></root>)");
+    EXPECT_TRUE(remove(m_folder / "a.log")) << "it has been closed";
     logger.Info("2");
-    logger.Error("3");
+    logger.Error(std::string_view{"34", 1});
     EXPECT_EQ(LoggingConfig::ActivateProvider(LoggingProviderType{1}), Quenlor::QuenlorStatus::NotFound);
-    logger.Error("4");
+    logger.Error(static_cast<const char*>(nullptr));
     EXPECT_EQ(&Logger(L"Editor"), &logger);
-    EXPECT_EQ(Lines("a.log"), "1\n");
-    EXPECT_EQ(Lines("b.log"), "3\n4\n");
+    EXPECT_FALSE(exists(m_folder / "a.log"));
+    EXPECT_EQ(Lines("b.log"), "3\n\n");
 }
 
-/// What arrives on standard error while a logger is made for the present configuration and gets some records.
-std::string OnStandardError(const std::function<void()>& configure)
+/// What arrives on standard error while two loggers are made for the present configuration and get some records.
+std::string OnStandardError()
 {
     ::testing::internal::CaptureStderr();
-    configure();
+    LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
     for (const wchar_t* const name : {L"One", L"Two"})
     {
         ILogger& logger = *LoggingManager::GetLogger(name);
@@ -188,22 +154,16 @@ std::string OnStandardError(const std::function<void()>& configure)
     return text;
 }
 
-constexpr char WarningsAndWorse[] = ".* warning One: warning\n.* error One: error\n"
-                                    ".* warning Two: warning\n.* error Two: error\n";
-
 TEST_F(NativeLogging, WarnsOnStandardErrorWithoutAUsableConfiguration)
 {
-    EXPECT_THAT(OnStandardError([&] { Activate(); }), LooksLike(WarningsAndWorse)) << "missing";
+    const std::string warnings = ".* warning One: warning\n.* error One: error\n"
+                                 ".* warning Two: warning\n.* error Two: error\n";
+    Activate();
+    EXPECT_THAT(OnStandardError(), LooksLike(warnings)) << "missing";
     WriteFile(m_file, "<logging>\n<root>\n</logging>");
-    EXPECT_THAT(OnStandardError([&] { Activate(); }), LooksLike(std::string{".*log.xml:3: .*\n"} + WarningsAndWorse))
-        << "no XML";
-    remove(m_file);
-    create_directories(m_file);
-    EXPECT_THAT(OnStandardError([&] { Activate(); }), LooksLike(std::string{".*log.xml: .*\n"} + WarningsAndWorse))
-        << "no file";
-    remove(m_file);
-    EXPECT_THAT(OnStandardError([&] { Configure("<root level=\"info\"/>"); }),
-                LooksLike(".*log.xml:2: no appender .*\n"));
+    EXPECT_THAT(OnStandardError(), LooksLike(".*log.xml:3: .*\n" + warnings)) << "not XML";
+    WriteFile(m_file, "<logging>\n<root level='info'/></logging>");
+    EXPECT_THAT(OnStandardError(), LooksLike(".*log.xml:2: no appender .*\n"));
 }
 
 TEST_F(NativeLogging, ReportsAFailingAppenderOnce)
@@ -211,35 +171,21 @@ TEST_F(NativeLogging, ReportsAFailingAppenderOnce)
     LoggingConfig::DefineVariable(L"Nowhere",
                                   []() -> Utf8String { throw std::runtime_error("Could not get the folder"); });
     WriteFile(m_folder / "file", "");
-    const std::string text = OnStandardError(
-        [&]
-        {
-        Configure(R"(<appender name="nowhere" type="file" path="${Nowhere}/a.log"/>
-                         <appender name="unset" type="file" path="${env:FRAXO_PRO_UNSET}/a.log"/>
-                         <appender name="below a file" type="file" path="file/a.log"/>
-                         <appender name="works" type="file" path="works.log" pattern="%v"/>
-                         <root>
-                           <appender-ref ref="nowhere"/><appender-ref ref="unset"/>
-                           <appender-ref ref="below a file"/><appender-ref ref="works"/>
-                         </root>)");
-    });
-    EXPECT_THAT(text, LooksLike(".*log.xml:2: .*Could not get the folder\n"
-                                ".*log.xml:3: .*\"FRAXO_PRO_UNSET\" is not set\n"
-                                ".*log.xml:4: cannot open .*a.log: .*\n"));
-    EXPECT_EQ(Lines("works.log"), "warning\nerror\nwarning\nerror\n");
-}
-
-TEST_F(NativeLogging, WritesToTheChosenStandardStream)
-{
+    Configure(R"(<appender name="nowhere" type="file" path="${Nowhere}/a.log"/>
+                 <appender name="unset" type="file" path="${env:FRAXO_PRO_UNSET}/a.log"/>
+                 <appender name="below a file" type="file" path="file/a.log"/>
+                 <appender name="works" type="file" path="works.log" pattern="%v"/>
+                 <appender name="out" type="console" target="stdout" pattern="%v"/>
+                 <appender name="err" type="console" pattern="%v" threshold="error"/>
+                 <root>
+                   <appender-ref ref="nowhere"/><appender-ref ref="unset"/><appender-ref ref="below a file"/>
+                   <appender-ref ref="works"/><appender-ref ref="out"/><appender-ref ref="err"/>
+                 </root>)");
     ::testing::internal::CaptureStdout();
-    const std::string errors = OnStandardError(
-        [&]
-        {
-        Configure(R"(<appender name="out" type="console" target="stdout" pattern="%v"/>
-                         <appender name="err" type="console" pattern="%v" threshold="error"/>
-                         <root><appender-ref ref="out"/><appender-ref ref="err"/></root>)");
-    });
-    EXPECT_EQ(errors, "error\nerror\n");
-    EXPECT_THAT(::testing::internal::GetCapturedStdout(), HasSubstr("warning"));
+    EXPECT_THAT(OnStandardError(), LooksLike(".*log.xml:2: .*Could not get the folder\n"
+                                             ".*log.xml:3: .*\"FRAXO_PRO_UNSET\" is not set\n"
+                                             ".*log.xml:4: cannot open .*a.log: .*\nerror\nerror\n"));
+    EXPECT_THAT(::testing::internal::GetCapturedStdout(), LooksLike("warning\r?\nerror\r?\nwarning\r?\nerror\r?\n"));
+    EXPECT_EQ(Lines("works.log"), "warning\nerror\nwarning\nerror\n");
 }
 } // namespace

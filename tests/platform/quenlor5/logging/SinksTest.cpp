@@ -2,8 +2,11 @@
 
 #include <chrono>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -16,43 +19,24 @@ namespace
 using namespace Quenlor::NativeLogging;
 using namespace std::chrono_literals;
 
-// Two sinks with the same file are what two programs with the same configuration are.
 class FileSink : public ::testing::Test
 {
 protected:
-    static constexpr AppenderType Rolling = AppenderType::RollingFile;
-
     std::unique_ptr<Sink> Make(AppenderType type = AppenderType::File, unsigned count = 3) const
     {
         AppenderSettings appender{.name = "a", .type = type, .pattern = "%v", .maxSize = 10, .count = count};
-        Quenlor::QnFileName file;
-        file.SetName(m_path.wstring().c_str());
-        return MakeSink(appender, file, "");
+        return MakeSink(appender, Quenlor::QnFileName{m_path.wstring()}, "");
     }
 
-    static void Log(const std::unique_ptr<Sink>& sink, const char* text, std::chrono::milliseconds time = 0ms)
+    static void Log(const std::unique_ptr<Sink>& sink, const std::string& text, std::chrono::milliseconds time = 0ms)
     {
         sink->Log({LogLevel::Error, "Editor", text, std::chrono::system_clock::time_point{time}});
     }
-
-    std::string Lines(const char* name = "a.log") const { return LinesOf(m_folder / name); }
 
     ScratchMachine m_machine;
     const std::filesystem::path m_folder = m_machine.Root() / "Logs";
     const std::filesystem::path m_path = m_folder / "a.log";
 };
-
-TEST_F(FileSink, KeepsNoFileOpenAfterItIsClosed)
-{
-    const auto sink = Make();
-    Log(sink, "early");
-    sink->Close();
-    Log(sink, "late");
-    EXPECT_EQ(Lines(), "early\nlate\n");
-    remove(m_path);
-    Log(sink, "later"); // an open file would take it, and be gone with it
-    EXPECT_EQ(Lines(), "later\n");
-}
 
 TEST_F(FileSink, FollowsTheNameWhenTheFileIsMovedOrRemoved)
 {
@@ -60,8 +44,8 @@ TEST_F(FileSink, FollowsTheNameWhenTheFileIsMovedOrRemoved)
     Log(sink, "1");
     rename(m_path, m_folder / "moved.log");
     Log(sink, "2");
-    EXPECT_EQ(Lines("moved.log"), "1\n");
-    EXPECT_EQ(Lines(), "2\n");
+    EXPECT_EQ(LinesOf(m_folder / "moved.log"), "1\n");
+    EXPECT_EQ(LinesOf(m_path), "2\n");
 }
 
 TEST_F(FileSink, TriesAgainAfterASecondAndSaysHowManyRecordsAreLost)
@@ -78,66 +62,65 @@ TEST_F(FileSink, TriesAgainAfterASecondAndSaysHowManyRecordsAreLost)
     Log(sink, "5", 7000ms);
     Log(sink, "6", 7001ms);
     EXPECT_THAT(::testing::internal::GetCapturedStderr(), LooksLike("cannot open .*a.log: .*\n"));
-    EXPECT_THAT(Lines(), LooksLike("lost records: 4 \\(cannot open .*\\)\n5\n6\n"));
+    EXPECT_THAT(LinesOf(m_path), LooksLike("lost records: 4 \\(cannot open .*\\)\n5\n6\n"));
 }
 
-TEST_F(FileSink, KeepsSoManyFullFilesAndContinuesTheLast)
-{
-    const auto sink = Make(Rolling, 2);
-    for (const char* const text : {"record 1", "record 2", "record 3", "4"})
-        Log(sink, text);
-    Log(Make(Rolling, 2), "5"); // as the next process does
-    EXPECT_EQ(Lines(), "4\n5\n");
-    EXPECT_EQ(Lines("a.1.log"), "record 3\n");
-    EXPECT_EQ(Lines("a.2.log"), "record 2\n");
-    EXPECT_FALSE(exists(m_folder / "a.3.log"));
-}
+using Files = std::map<std::string, std::string>;
 
-TEST_F(FileSink, MutesNoOtherProgramWhenNoOldFilesAreKept)
+/// Sinks with the same file are what programs with the same configuration are.
+struct Rolling
 {
-    const auto first = Make(Rolling, 0);
-    const auto second = Make(Rolling, 0);
-    Log(first, "1");
-    for (const char* const text : {"second 1", "second 2", "second 3"})
-        Log(second, text);
-    Log(first, "2");
-    Log(second, "3");
-    EXPECT_EQ(Lines(), "2\n3\n");
-    EXPECT_FALSE(exists(m_folder / "a.1.log"));
-}
+    const char* name;
+    unsigned count;
+    Files before;
+    std::vector<std::pair<int, std::string>> records; ///< By program.
+    Files after;
+    const char* complaint = "";
+};
 
-TEST_F(FileSink, RollsOnlyOnceWhatTwoProgramsFindFull)
+TEST_F(FileSink, RollsWithoutLosingWhatIsToBeKept)
 {
-    const auto first = Make(Rolling);
-    const auto second = Make(Rolling);
-    Log(first, "first 1");
-    Log(second, "second 1");
-    Log(first, "first 2");
-    Log(second, "2");
-    EXPECT_EQ(Lines("a.3.log") + Lines("a.2.log") + Lines("a.1.log") + Lines(), "first 1\nsecond 1\nfirst 2\n2\n");
-}
-
-TEST_F(FileSink, GivesUpNoOldFileWhenItCannotRoll)
-{
-    WriteFile(m_folder / "a.1.log", "old 1\n");
-    WriteFile(m_folder / "a.2.log", "old 2\n");
-    WriteFile(m_folder / "a.3.log" / "in the way", "");
-    ::testing::internal::CaptureStderr();
-    const auto sink = Make(Rolling, 2);
-    for (const char* const text : {"record 1", "record 2", "record 3", "record 4"})
-        Log(sink, text);
-    EXPECT_THAT(::testing::internal::GetCapturedStderr(), LooksLike("cannot move aside .*\n"));
-    EXPECT_EQ(Lines(), "record 1\nrecord 2\nrecord 3\nrecord 4\n");
-    EXPECT_EQ(Lines("a.1.log") + Lines("a.2.log"), "old 1\nold 2\n");
-}
-
-TEST_F(FileSink, FillsTheGapThatAKilledProgramLeft)
-{
-    WriteFile(m_folder / "a.2.log", "old 2\n");
-    const auto sink = Make(Rolling, 2);
-    Log(sink, "record 1");
-    Log(sink, "record 2");
-    EXPECT_EQ(Lines("a.1.log"), "record 1\n");
-    EXPECT_EQ(Lines("a.2.log"), "old 2\n");
+    // clang-format off
+    const Rolling rows[] = {
+        {"the last file is continued", 2, {},
+         {{0, "record 1"}, {0, "record 2"}, {0, "record 3"}, {0, "4"}, {2, "5"}},
+         {{"a.log", "4\n5\n"}, {"a.1.log", "record 3\n"}, {"a.2.log", "record 2\n"}}},
+        {"none is kept", 0, {},
+         {{0, "1"}, {1, "second 1"}, {1, "second 2"}, {1, "second 3"}, {0, "2"}, {1, "3"}}, {{"a.log", "2\n3\n"}}},
+        {"two programs find it full", 3, {},
+         {{0, "first 1"}, {1, "second 1"}, {0, "first 2"}, {1, "second 2"}},
+         {{"a.log", "second 2\n"}, {"a.1.log", "first 2\n"}, {"a.2.log", "second 1\n"}, {"a.3.log", "first 1\n"}}},
+        {"a killed program left a gap", 2, {{"a.2.log", "old 2\n"}},
+         {{0, "record 1"}, {0, "record 2"}},
+         {{"a.log", "record 2\n"}, {"a.1.log", "record 1\n"}, {"a.2.log", "old 2\n"}}},
+        {"a folder is in the way", 2, {{"a.1.log", "old 1\n"}, {"a.2.log", "old 2\n"}, {"a.3.log/x", ""}},
+         {{0, "record 1"}, {0, "record 2"}, {0, "record 3"}},
+         {{"a.log", "record 1\nrecord 2\nrecord 3\n"}, {"a.1.log", "old 1\n"}, {"a.2.log", "old 2\n"}, {"a.3.log/x", ""}},
+         "cannot move aside .*a.log: .*\n"},
+    };
+    // clang-format on
+    for (const Rolling& row : rows)
+    {
+        SCOPED_TRACE(row.name);
+        for (const auto& [name, text] : row.before)
+            WriteFile(m_folder / name, text);
+        ::testing::internal::CaptureStderr();
+        std::unique_ptr<Sink> programs[3];
+        for (auto& program : programs)
+            program = Make(AppenderType::RollingFile, row.count);
+        for (const auto& [program, text] : row.records)
+            Log(programs[program], text);
+        for (auto& program : programs)
+            program.reset();
+        EXPECT_THAT(::testing::internal::GetCapturedStderr(), LooksLike(row.complaint));
+        Files after;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator{m_folder})
+        {
+            if (entry.is_regular_file())
+                after[entry.path().lexically_relative(m_folder).generic_string()] = LinesOf(entry.path());
+        }
+        EXPECT_EQ(after, row.after);
+        remove_all(m_folder);
+    }
 }
 } // namespace

@@ -3,12 +3,15 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
+#include "posix/Executable.h"
 #include "posix/FileDescriptor.h"
 #include "posix/NativePath.h"
 #include "posix/NextVersion.h"
@@ -29,21 +32,21 @@ std::string Native(const wchar_t* path, bool& exists)
     return Posix::NativePath({utf8.data(), utf8.length()}, exists);
 }
 
-/// Removes what processes left in a folder that were killed while they copied. Who is still copying has a young file.
+/// Removes what processes that were killed while copying left in a folder. The file of a running copy is younger.
 void RemoveAbandonedCopies(const std::string& folder)
 {
     const std::filesystem::file_time_type anHourAgo = std::filesystem::file_time_type::clock::now() - 1h;
     std::error_code error;
     for (std::filesystem::directory_iterator entry{folder, error}, end; !error && entry != end; entry.increment(error))
     {
-        std::error_code gone; // another process may be at it as well
+        std::error_code gone; // another process may be removing it too
         if (entry->path().filename().string().starts_with(TemporaryPrefix) &&
             entry->last_write_time(gone) < anHourAgo && !gone)
             ::unlink(entry->path().c_str());
     }
 }
 
-/// The file that a copy is written to. Its mode is the user's whatever that of the original is.
+/// The file that a copy is written to. Only the user can read and write it, whatever the mode of the original.
 Posix::NextVersion MakeCopy(const Posix::FileDescriptor& folder, const std::string& folderName, bool overwrite)
 {
     if (!overwrite)
@@ -122,9 +125,25 @@ QnFileNameStatus QnFileName::QnCopyFile(const wchar_t* source, const wchar_t* de
     const std::string name = target.filename().string();
     if (overwrite ? copy.Replace(name) : copy.TakeFree(name))
         return QnFileNameStatus::Success;
-    // That there is a file by now is as good; a link to nowhere takes the place as well, but is not a file.
+    // A file that exists by now is as good; a dangling link takes the name too, but is not a file.
     std::error_code error;
     const bool isThere = !overwrite && errno == EEXIST && std::filesystem::exists(target, error);
     return isThere ? QnFileNameStatus::Success : QnFileNameStatus::Failed;
+}
+
+QuenlorStatus QnGetModuleFileName(QnFileName& out, void* module)
+{
+    const link_map* loaded = nullptr;
+    if (module && ::dlinfo(module, RTLD_DI_LINKMAP, &loaded) != 0)
+    {
+        out = {};
+        return QuenlorStatus::NotFound;
+    }
+    // The loader gives the program itself no name.
+    std::error_code error;
+    const std::string path = loaded && loaded->l_name[0] != '\0' ? std::filesystem::absolute(loaded->l_name, error)
+                                                                 : std::filesystem::path{Posix::ExecutablePath()};
+    out.SetNameUtf8(path.c_str());
+    return path.empty() ? QuenlorStatus::NotFound : QuenlorStatus::Success;
 }
 } // namespace Quenlor

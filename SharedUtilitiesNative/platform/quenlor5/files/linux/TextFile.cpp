@@ -3,7 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <Quenlor/QnStringUtilities.h>
+#include <Quenlor/QnFileName.h>
 
 #include "files/ReadToEnd.h"
 #include "posix/NativePath.h"
@@ -11,16 +11,11 @@
 
 bool Quenlor::ReadTextFile(TextFile& text, const wchar_t* path)
 {
-    Utf8String utf8;
-    QnStringUtilities::WCharToUtf8(utf8, path);
-    const Posix::FileDescriptor file = Posix::OpenForReading({utf8.data(), utf8.length()});
-    if (!file)
-        return false;
+    const Posix::FileDescriptor file = Posix::OpenForReading(QnFileName{path}.GetNameUtf8());
     struct stat status;
-    if (::fstat(file.get(), &status) != 0 || status.st_size > LargestText)
+    if (!file || ::fstat(file.get(), &status) != 0)
         return false;
     const auto read = [&](char* place, std::size_t count)
     { return Posix::RetryInterrupted([&] { return ::read(file.get(), place, count); }); };
-    text = ReadToEnd(static_cast<std::size_t>(status.st_size), read);
-    return true;
+    return ReadToEnd(text, status.st_size, read);
 }

@@ -25,7 +25,7 @@ std::wstring Native(const wchar_t* path)
     const std::wstring_view text{name.GetName()};
     if (text.length() < ClassicLimit || !name.IsAbsolutePath() || text.starts_with(LR"(\\?\)"))
         return std::wstring{text};
-    WString fixed; // the prefix turns the system's own clean-up off
+    WString fixed; // after the prefix the system takes the path as it is
     QnFileName::FixPathName(fixed, path);
     if (std::wstring_view{fixed.c_str()}.starts_with(LR"(\\)"))
         return LR"(\\?\UNC\)" + std::wstring{fixed.c_str() + 2};
@@ -39,90 +39,53 @@ struct HandleCloser
 };
 using File = std::unique_ptr<HANDLE, HandleCloser>;
 
-/// None for what is not a file: reading a pipe or a device could take for ever.
-File OpenSource(const std::wstring& path)
+File Open(const std::wstring& path, DWORD access, DWORD share, DWORD disposition, DWORD flags)
 {
-    const HANDLE file =
-        ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                      OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    File source{file == INVALID_HANDLE_VALUE ? nullptr : file};
-    return source && ::GetFileType(file) == FILE_TYPE_DISK ? std::move(source) : File{};
+    const HANDLE file = ::CreateFileW(path.c_str(), access, share, nullptr, disposition, flags, nullptr);
+    return File{file == INVALID_HANDLE_VALUE ? nullptr : file};
 }
 
-/// A file in its destination's folder that no other program can open, so that whatever of that name can be deleted was
-/// left by one that was killed. At the end of its scope it is gone unless it took the destination's place.
-class TemporaryFile final
+constexpr wchar_t TemporaryPrefix[] = L".quenlor-copy-";
+
+/// Removes what processes that were killed while copying left in a folder. No other can open the file of a running
+/// copy.
+void RemoveAbandonedCopies(const std::wstring& folder)
 {
-public:
-    explicit TemporaryFile(const wchar_t* destination)
-    {
-        const std::wstring folder = QnFileName{QnFileName::DeviceAndDirectory, destination}.GetName();
-        RemoveAbandoned(folder);
-        std::random_device random;
-        m_name = Native((folder + Prefix + std::to_wstring(random()) + L'-' + std::to_wstring(random())).c_str());
-        const HANDLE file = ::CreateFileW(m_name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr);
-        m_file.reset(file == INVALID_HANDLE_VALUE ? nullptr : file);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile()
-    {
-        if (!m_file)
-            return;
-        m_file.reset();
-        ::DeleteFileW(m_name.c_str());
-    }
+    WIN32_FIND_DATAW entry;
+    const HANDLE search = ::FindFirstFileW(Native((folder + TemporaryPrefix + L'*').c_str()).c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE)
+        return;
+    do
+        ::DeleteFileW(Native((folder + entry.cFileName).c_str()).c_str());
+    while (::FindNextFileW(search, &entry));
+    ::FindClose(search);
+}
 
-    explicit operator bool() const noexcept { return static_cast<bool>(m_file); }
-
-    bool TakeContents(const File& source) const
+bool CopyContents(const File& source, const File& destination)
+{
+    std::array<std::byte, 65536> buffer;
+    DWORD length = 0;
+    while (::ReadFile(source.get(), buffer.data(), buffer.size(), &length, nullptr))
     {
-        std::array<std::byte, 65536> buffer;
-        DWORD length = 0;
-        while (::ReadFile(source.get(), buffer.data(), buffer.size(), &length, nullptr))
-        {
-            DWORD written = 0;
-            if (length == 0) // on disk before the name is: a crash must not leave an empty file
-                return ::FlushFileBuffers(m_file.get());
-            if (!::WriteFile(m_file.get(), buffer.data(), length, &written, nullptr) || written != length)
-                return false;
-        }
-        return false;
-    }
-
-    bool MoveTo(const std::wstring& destination, bool overwrite)
-    {
-        const std::size_t bytes = destination.length() * sizeof(wchar_t);
-        std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + bytes);
-        auto* const info = ::new (buffer.data()) FILE_RENAME_INFO{};
-        info->ReplaceIfExists = overwrite;
-        info->FileNameLength = static_cast<DWORD>(bytes);
-        std::memcpy(info->FileName, destination.c_str(), bytes);
-        if (!::SetFileInformationByHandle(m_file.get(), FileRenameInfo, info, static_cast<DWORD>(buffer.size())))
+        DWORD written = 0;
+        if (length == 0) // on disk before the name is: a crash must not leave an empty file
+            return ::FlushFileBuffers(destination.get());
+        if (!::WriteFile(destination.get(), buffer.data(), length, &written, nullptr) || written != length)
             return false;
-        m_file.reset();
-        return true;
     }
+    return false;
+}
 
-private:
-    static constexpr wchar_t Prefix[] = L".quenlor-copy-";
-
-    static void RemoveAbandoned(const std::wstring& folder)
-    {
-        WIN32_FIND_DATAW entry;
-        const HANDLE search = ::FindFirstFileW(Native((folder + Prefix + L'*').c_str()).c_str(), &entry);
-        if (search == INVALID_HANDLE_VALUE)
-            return;
-        do
-            ::DeleteFileW(Native((folder + entry.cFileName).c_str()).c_str());
-        while (::FindNextFileW(search, &entry));
-        ::FindClose(search);
-    }
-
-    std::wstring m_name;
-    File m_file;
-};
+bool Rename(const File& file, const std::wstring& name, bool overwrite)
+{
+    const std::size_t bytes = name.length() * sizeof(wchar_t);
+    std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + bytes);
+    auto* const info = ::new (buffer.data()) FILE_RENAME_INFO{};
+    info->ReplaceIfExists = overwrite;
+    info->FileNameLength = static_cast<DWORD>(bytes);
+    std::memcpy(info->FileName, name.c_str(), bytes);
+    return ::SetFileInformationByHandle(file.get(), FileRenameInfo, info, static_cast<DWORD>(buffer.size()));
+}
 } // namespace
 
 std::filesystem::path QnFileName::ToNativePath() const
@@ -139,7 +102,7 @@ QnFileNameStatus QnFileName::CreateNewDirectory(const wchar_t* path)
 {
     WString folder = path;
     if (std::wstring_view{folder.c_str()}.ends_with(L'\\') || std::wstring_view{folder.c_str()}.ends_with(L'/'))
-        folder = GetDirectoryName(path); // the same folder: only the separator at its end goes
+        folder = GetDirectoryName(path); // the same folder without the separator at its end
     const std::wstring native = Native(folder.c_str());
     if (native.empty())
         return QnFileNameStatus::InvalidName;
@@ -169,12 +132,31 @@ QnFileNameStatus QnFileName::QnCopyFile(const wchar_t* source, const wchar_t* de
     if (!overwrite && DoesPathExist(destination))
         return QnFileNameStatus::Success;
 
-    const File input = OpenSource(from);
-    if (!input)
+    const File input = Open(from, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING,
+                            FILE_FLAG_SEQUENTIAL_SCAN);
+    if (!input || ::GetFileType(input.get()) != FILE_TYPE_DISK) // a pipe or a device could keep the reader waiting
         return QnFileNameStatus::Failed;
-    TemporaryFile output{destination};
-    if (output && output.TakeContents(input) && output.MoveTo(to, overwrite))
+    std::wstring temporary = QnFileName{QnFileName::DeviceAndDirectory, destination}.GetName();
+    RemoveAbandonedCopies(temporary);
+    std::random_device random;
+    ((temporary += TemporaryPrefix) += std::to_wstring(random()) + L'-') += std::to_wstring(random());
+    const File copy = Open(Native(temporary.c_str()), GENERIC_WRITE | DELETE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
+    if (!copy)
+        return QnFileNameStatus::Failed;
+    if (CopyContents(input, copy) && Rename(copy, to, overwrite))
         return QnFileNameStatus::Success;
+    FILE_DISPOSITION_INFO removal{TRUE}; // when it is closed
+    ::SetFileInformationByHandle(copy.get(), FileDispositionInfo, &removal, sizeof removal);
     return !overwrite && DoesPathExist(destination) ? QnFileNameStatus::Success : QnFileNameStatus::Failed;
+}
+
+QuenlorStatus QnGetModuleFileName(QnFileName& out, void* module)
+{
+    std::wstring path(32768, L'\0'); // no path is longer
+    const DWORD length =
+        ::GetModuleFileNameW(static_cast<HMODULE>(module), path.data(), static_cast<DWORD>(path.size()));
+    path.resize(length);
+    out.SetName(path.c_str());
+    return length == 0 ? QuenlorStatus::NotFound : QuenlorStatus::Success;
 }
 } // namespace Quenlor

@@ -1,7 +1,6 @@
 #include <Quenlor/TextFile.h>
 
 #include <climits>
-#include <cstdint>
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
@@ -31,20 +30,14 @@ struct OpenedFile
 
 bool Quenlor::ReadTextFile(TextFile& text, const wchar_t* path)
 {
-    QnFileName name;
-    name.SetName(path);
     OpenedFile file;
     // Others may write the file meanwhile, as they may when the C++ library has it open.
-    if (::_wsopen_s(&file.descriptor, name.ToNativePath().c_str(), _O_RDONLY | _O_TEXT | _O_NOINHERIT | _O_SEQUENTIAL,
-                    _SH_DENYNO, 0) != 0)
+    if (::_wsopen_s(&file.descriptor, QnFileName{path}.ToNativePath().c_str(),
+                    _O_RDONLY | _O_TEXT | _O_NOINHERIT | _O_SEQUENTIAL, _SH_DENYNO, 0) != 0)
         return false;
-    if (::GetFileType(reinterpret_cast<HANDLE>(::_get_osfhandle(file.descriptor))) != FILE_TYPE_DISK)
-        return false; // a pipe or a device could keep the reader waiting for ever
+    // A pipe or a device could keep the reader waiting for ever.
+    const bool isFile = ::GetFileType(reinterpret_cast<HANDLE>(::_get_osfhandle(file.descriptor))) == FILE_TYPE_DISK;
     const auto read = [&](char* place, std::size_t count)
     { return ::_read(file.descriptor, place, static_cast<unsigned>(std::min<std::size_t>(count, INT_MAX))); };
-    const std::int64_t size = ::_filelengthi64(file.descriptor);
-    if (size < 0 || size > LargestText)
-        return false;
-    text = ReadToEnd(static_cast<std::size_t>(size), read);
-    return true;
+    return ReadToEnd(text, isFile ? ::_filelengthi64(file.descriptor) : -1, read);
 }

@@ -11,9 +11,8 @@
 
 /// The logging engine of the family: loggers with dotted names, configured by an XML file (docs/logging.md).
 ///
-/// Nothing here throws or fails a caller, and every operation may be called from any thread, even while the process
-/// starts or ends. What is wrong with a configuration or a log file is reported once, in one line on standard error and
-/// in the debugger.
+/// Nothing here throws, and every operation may be called from any thread, even while the process starts or ends. What
+/// is wrong with a configuration or a log file is reported once, in one line on standard error and in the debugger.
 namespace Quenlor::NativeLogging
 {
 /// How serious a record is. A logger or appender that is set to a level takes that level and all after it.
@@ -48,8 +47,8 @@ private:
     std::string_view m_text;
 };
 
-/// What a program writes its records to. The engine owns it; it lives until the process is gone, so the destructors of
-/// static objects can use it as well.
+/// What a program writes its records to. The engine owns it; it lives until the process ends, so the destructors of
+/// static objects can use it too.
 ///
 ///     ILogger& log = *LoggingManager::GetLogger(L"Editor.Analysis");
 ///     log.Warning("The section database is older than this program");
@@ -118,16 +117,16 @@ public:
     static void SetOption(const WString& name, const WString& value) noexcept;
     static void SetOption(const Utf8String& name, const Utf8String& value) noexcept; ///< The same in UTF-8.
 
-    /// Lets `${name}` stand for what `value` returns, in the file names of the configuration that is activated next.
+    /// Replaces `${name}` by what `value` returns, in the file names of the configuration that is activated next.
     /// It is called only for a file name with that variable. When it throws, that is reported as a fault of the
     /// configuration, and the appender with that file name writes nothing.
     static void DefineVariable(const WString& name, Utf8String (*value)()) noexcept;
     static void DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept; ///< The name in UTF-8.
 
-    /// Starts the engine, or starts it anew: loggers that were handed out before follow the new configuration.
+    /// Starts the engine, or restarts it: loggers that were handed out before follow the new configuration.
     /// Until then, and when the configuration file is missing or not XML, warnings and worse go to standard error and
     /// to the debugger.
-    /// @return NotFound for a provider that this library does not have; nothing has changed then
+    /// @return NotFound for a provider that this library does not have, which changes nothing
     static QuenlorStatus ActivateProvider(LoggingProviderType provider) noexcept;
 };
 

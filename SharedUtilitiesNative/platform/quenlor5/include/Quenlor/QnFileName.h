@@ -30,7 +30,7 @@ public:
         Extension = 1, ///< With its dot.
         BaseName = 2,
         Device = 4,    ///< `C:` or `\\server\share`.
-        Directory = 8, ///< From the separator behind the device up to the last separator, both included.
+        Directory = 8, ///< From the separator after the device up to the last separator, both included.
         DeviceAndDirectory = Device | Directory, ///< 12: callers pass the number.
         FileNameAndExtension = BaseName | Extension,
     };
@@ -56,8 +56,8 @@ public:
     /// Ends the path in a separator. An empty path stays empty, so that what is appended to it stays relative.
     void AppendSeparator();
 
-    /// True for `X:\` and `\\server` with either separator. Linux: also for a leading `/`, and for a leading `\`, which
-    /// FixPathName makes of it.
+    /// True for `X:\` and `\\server` with either separator. Linux: and for a leading `/`, or `\`, which FixPathName
+    /// makes of it.
     bool IsAbsolutePath() const noexcept;
 
     /// The path to hand to this system.
@@ -65,15 +65,15 @@ public:
     /// Windows: the path as it is, with the extended-length prefix when it is too long for the classic functions.
     /// Linux: with `/` as separator and `.` and `..` resolved as by FixPathName; a component that does not exist in the
     /// given letter case is looked up without regard to case, so "PlugIns" and "Plugins" are one folder. Components
-    /// that do not exist keep their spelling. Empty when the path has a device (`C:`), which Linux has not: it must
-    /// never be taken as a relative name.
+    /// that do not exist keep their spelling. Empty when the path has a device (`C:`), which Linux does not have: it
+    /// must never be taken as a relative name.
     std::filesystem::path ToNativePath() const;
 
     /// The path without its last component and the separator before it; a root keeps its separator (`C:\`).
     /// Empty when there is no directory part.
     static WString GetDirectoryName(const wchar_t* path);
 
-    /// The last component without its extension: the text from its last dot on, unless that dot comes first.
+    /// The last component without its extension, which starts at the last dot, unless that dot comes first.
     static WString GetFileNameWithoutExtension(const wchar_t* path);
 
     /// One spelling for all spellings of a path. The separator is `\`; doubled ones are folded, except the two before a
@@ -92,15 +92,15 @@ public:
 
     /// Copies one file. The destination appears whole or not at all, belongs to this user alone and is writable,
     /// whatever the source's permissions are.
-    /// @param overwrite false leaves a destination that exists as it is, which is no failure: callers copy what they
-    ///        found missing, and what another process has put there meanwhile may have been changed since
+    /// @param overwrite false leaves an existing destination as it is, which is not a failure: callers copy what they
+    ///        found missing, and another process may have put a file there since, and changed it
     static QnFileNameStatus QnCopyFile(const wchar_t* source, const wchar_t* destination, bool overwrite);
 
 private:
     WString m_path;
 };
 
-/// The path that this system takes for a path of the library's:
+/// The path to hand to this system for a path of the library:
 /// ```cpp
 /// std::ifstream file{ToNativePath(IniConfig::GetPluginsIniPath())};
 /// ```

@@ -20,7 +20,7 @@ struct TextFile
 
 /// Reads a file as the C runtime reads text: on Windows CR LF becomes LF, and a Ctrl+Z ends the text; elsewhere all
 /// bytes are kept. Finds the file as QnFileName::ToNativePath would, without asking first whether it exists.
-/// @return false when it cannot be opened, or is longer than 256 MB. What cannot be read is missing at the end of
-/// `text`.
+/// @return false, with the reason in errno, when it cannot be opened or is longer than 256 MB. What cannot be read is
+///         missing at the end of `text`.
 QUENLOR_EXPORT bool ReadTextFile(TextFile& text, const wchar_t* path);
 } // namespace Quenlor

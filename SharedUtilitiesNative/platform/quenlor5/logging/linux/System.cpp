@@ -6,16 +6,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "logging/Faults.h"
+#include "logging/Configuration.h"
 #include "posix/Environment.h"
-#include "posix/ReadFile.h"
 #include "posix/RetryInterrupted.h"
 
 namespace Quenlor::NativeLogging
 {
 namespace
 {
-// O_NONBLOCK: a pipe in the file's place has nobody who reads it.
+// O_NONBLOCK: opening a pipe in the file's place must not wait for a reader.
 constexpr int OpeningFlags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 std::error_code LastError() noexcept
@@ -28,14 +27,6 @@ int Descriptor(std::intptr_t handle) noexcept
     return static_cast<int>(handle);
 }
 } // namespace
-
-std::optional<std::string> ReadConfigurationText(const std::filesystem::path& path, std::error_code& error)
-{
-    const Posix::FileDescriptor file = Posix::OpenFile(path);
-    auto text = file ? Posix::ReadAll(file, LargestConfiguration) : std::nullopt;
-    error = text ? std::error_code{} : LastError();
-    return text;
-}
 
 LogFile::LogFile(const std::filesystem::path& path, std::error_code& error) noexcept
     : m_handle{Posix::RetryInterrupted([&] { return ::open(path.c_str(), OpeningFlags, 0666); })}
@@ -83,9 +74,9 @@ std::error_code LogFile::Append(std::string_view text, std::size_t& written) noe
     return {};
 }
 
-std::string_view LineEnd() noexcept
+void RemoveFile(const std::filesystem::path& path) noexcept
 {
-    return "\n";
+    ::unlink(path.c_str());
 }
 
 std::string NativeName(const QnFileName& file)
@@ -101,9 +92,9 @@ void WriteToConsole(std::FILE* stream, std::string_view text)
 
 void WriteToDebugger(std::string_view) {}
 
-std::optional<std::string> EnvironmentVariable(const std::string& name)
+std::string EnvironmentVariable(const std::string& name)
 {
-    return Posix::EnvironmentVariable(name.c_str());
+    return Posix::EnvironmentVariable(name.c_str()).value_or("");
 }
 
 std::string ProcessNumber()

@@ -1,13 +1,12 @@
 #include "logging/System.h"
 
-#include <fstream>
 #include <io.h>
 #include <tuple>
 
 #include <Platform/Win32.h>
 #include <Quenlor/QnStringUtilities.h>
 
-#include "logging/Faults.h"
+#include "logging/Configuration.h"
 
 namespace Quenlor::NativeLogging
 {
@@ -44,20 +43,6 @@ WString Wide(std::string_view text)
     return wide;
 }
 } // namespace
-
-std::optional<std::string> ReadConfigurationText(const std::filesystem::path& path, std::error_code& error)
-{
-    const std::uintmax_t size = std::filesystem::file_size(path, error); // an error for what is not a file
-    if (!error && size > LargestConfiguration)
-        error = make_error_code(std::errc::file_too_large);
-    if (error)
-        return std::nullopt;
-    std::string text(static_cast<std::size_t>(size), '\0');
-    if (std::ifstream{path, std::ios::binary}.read(text.data(), std::ssize(text)))
-        return text;
-    error = make_error_code(std::errc::io_error);
-    return std::nullopt;
-}
 
 LogFile::LogFile(const std::filesystem::path& path, std::error_code& error) noexcept
     : m_handle{Open(path, FILE_APPEND_DATA | FILE_READ_DATA, OPEN_ALWAYS)} // the right to read is for the lock
@@ -110,9 +95,9 @@ std::error_code LogFile::Append(std::string_view text, std::size_t& written) noe
     return isWritten ? std::error_code{} : LastError();
 }
 
-std::string_view LineEnd() noexcept
+void RemoveFile(const std::filesystem::path& path) noexcept
 {
-    return "\r\n";
+    ::DeleteFileW(path.c_str());
 }
 
 std::string NativeName(const QnFileName& file)
@@ -139,21 +124,12 @@ void WriteToDebugger(std::string_view text)
     ::OutputDebugStringW(Wide(text).c_str());
 }
 
-std::optional<std::string> EnvironmentVariable(const std::string& name)
+std::string EnvironmentVariable(const std::string& name)
 {
-    const WString wideName = Wide(name);
-    std::wstring value;
-    DWORD size = 128;
-    do // asked again with the size it tells, which can have grown meanwhile
-    {
-        value.resize(size);
-        ::SetLastError(ERROR_SUCCESS); // an empty value has the length 0 as well
-        size = ::GetEnvironmentVariableW(wideName.c_str(), value.data(), size);
-        if (size == 0 && ::GetLastError() == ERROR_ENVVAR_NOT_FOUND)
-            return std::nullopt;
-    } while (size > value.size());
+    std::wstring value(32767, L'\0'); // no value is longer
+    ::GetEnvironmentVariableW(Wide(name).c_str(), value.data(), static_cast<DWORD>(value.size()));
     Utf8String narrow;
-    QnStringUtilities::WCharToUtf8(narrow, value.data(), size);
+    QnStringUtilities::WCharToUtf8(narrow, value.c_str());
     return narrow.ToStdString();
 }
 

@@ -1,5 +1,5 @@
 #include <csignal>
-#include <fcntl.h>
+#include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -28,14 +28,11 @@ protected:
         Logger(L"").Error("record");
         return ::testing::internal::GetCapturedStderr();
     }
-
-    static constexpr char File[] = R"(<appender name="a" type="file" path="a.log" pattern="%v"/>
-                                      <root level="info"><appender-ref ref="a"/></root>)";
 };
 
 TEST_F(LoggingOnLinux, WaitsForNoPipeOrDevice)
 {
-    Configure(File);
+    Configure(ToFile);
     ASSERT_EQ(::mkfifo((m_folder / "a.log").c_str(), 0600), 0);
     EXPECT_THAT(Complaints(), LooksLike(".*log.xml:2: cannot open .*a.log: .*\n"));
     remove(m_folder / "a.log");
@@ -46,18 +43,7 @@ TEST_F(LoggingOnLinux, WaitsForNoPipeOrDevice)
     EXPECT_THAT(Complaints(), LooksLike(".*log.xml: the file cannot be read: .*\n.* error : record\n"));
 }
 
-TEST_F(LoggingOnLinux, ReportsAConfigurationInAClosedFolder)
-{
-    Configure(File);
-    permissions(m_folder, fs::perms::none);
-    {
-        const OrdinaryUser user{m_machine.Root()};
-        EXPECT_THAT(Complaints(), LooksLike(".*log.xml: the file cannot be read: Permission denied\n.*record\n"));
-    }
-    permissions(m_folder, fs::perms::owner_all);
-}
-
-TEST_F(LoggingOnLinux, GivesUpNoOldFileWhenTheFolderDoesNotLetTheLogGo)
+TEST_F(LoggingOnLinux, KeepsOldFilesWhenTheLogCannotBeRenamed)
 {
     if (::geteuid() != 0)
         GTEST_SKIP() << "needs files of two users";
@@ -84,7 +70,7 @@ TEST_F(LoggingOnLinux, GivesUpNoOldFileWhenTheFolderDoesNotLetTheLogGo)
 
 TEST_F(LoggingOnLinux, BeginsANewLineAfterARecordThatWasCut)
 {
-    Configure(File);
+    Configure(ToFile);
     Logger(L"").Error("1");
     rlimit limit{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
@@ -98,23 +84,11 @@ TEST_F(LoggingOnLinux, BeginsANewLineAfterARecordThatWasCut)
     EXPECT_THAT(Lines("a.log"), LooksLike("1\n23\nlost records: 1 .*\n7\n"));
 }
 
-TEST_F(LoggingOnLinux, ProgramsThatAreStartedDoNotInheritTheFile)
+TEST_F(LoggingOnLinux, StartedProgramsDoNotInheritTheFile)
 {
-    Configure(File);
+    Configure(ToFile);
     Logger(L"").Info("");
-    std::set<int> inherited;
-    bool isOpen = false;
-    for (const auto& entry : fs::directory_iterator{"/proc/self/fd"})
-    {
-        std::error_code error; // the iterator's own descriptor is gone when it is asked
-        const int descriptor = std::stoi(entry.path().filename());
-        if (read_symlink(entry, error) != m_folder / "a.log")
-            continue;
-        isOpen = true;
-        if (!(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC))
-            inherited.insert(descriptor);
-    }
-    EXPECT_TRUE(isOpen);
-    EXPECT_EQ(inherited, std::set<int>{});
+    EXPECT_EQ(std::system("ls -l /proc/$PPID/fd | grep -q 'a[.]log'"), 0) << "it is not open here";
+    EXPECT_NE(std::system("ls -l /proc/self/fd | grep -q 'a[.]log'"), 0);
 }
 } // namespace

@@ -14,14 +14,14 @@ using namespace Quenlor::NativeLogging;
 
 using LoggingOnWindows = LoggingTest;
 
-TEST_F(LoggingOnWindows, AConfigurationWithHalfACharacterInItsNameStillGivesALogger)
+TEST_F(LoggingOnWindows, ALoneSurrogateInTheConfigurationsNameIsAccepted)
 {
     LoggingConfig::SetOption(L"CONFIG_FILE", (m_folder / L"\xD800.xml").c_str());
     LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
     EXPECT_TRUE(LoggingManager::GetLogger(L"Editor"));
 }
 
-TEST_F(LoggingOnWindows, GivesUpNoOldFileWhileAViewerHoldsTheLog)
+TEST_F(LoggingOnWindows, KeepsOldFilesWhileAViewerHoldsTheLog)
 {
     Configure(R"(<appender name="a" type="rolling-file" path="a.log" size="10" count="2" pattern="%v"/>
                  <root><appender-ref ref="a"/></root>)");
