@@ -38,8 +38,8 @@ std::string Join(const std::vector<std::string>& items, std::string_view separat
 /// Asks what providing the file asks, without making it.
 Value LookFor(const UserFile& file)
 {
-    if (!Exists(PathOf(file.path)))
-        Exists(PathOf(file.installedDefault));
+    if (!Exists(QnFileName{file.path}))
+        Exists(QnFileName{file.installedDefault});
     return file.path.ToStdString();
 }
 /// A stored value on one line: of a list, every text. The NULs that end it are not part of what it says.
@@ -91,7 +91,7 @@ Answer AskFor(const Operation& operation, bool provide)
         answer.failure = failure.what();
     }
     if (answer.failure.empty() && (operation.kind == Kind::Directory || operation.kind == Kind::File))
-        answer.exists = QnFileName::DoesPathExist(PathOf(std::get<std::string>(answer.value)).GetName());
+        answer.exists = QnFileName::DoesPathExist(QnFileName{std::get<std::string>(answer.value)}.GetName());
     return answer;
 }
 

@@ -29,7 +29,7 @@ using Findings = std::vector<Finding>;
 
 bool Exists(const Utf8String& path)
 {
-    return QnFileName::DoesPathExist(PathOf(path).GetName());
+    return QnFileName::DoesPathExist(QnFileName{path}.GetName());
 }
 
 std::string Text(const Utf8String& text)
@@ -56,7 +56,7 @@ bool ExamineRoot(Findings& findings)
                             "Install the product, or repair its installation."});
         return false;
     }
-    if (!PathOf(root).IsAbsolutePath())
+    if (!QnFileName{root}.IsAbsolutePath())
     {
         findings.push_back(
             {"The installation root is not an absolute path: " + Text(root) +
@@ -104,8 +104,8 @@ bool IsEmptyFile(const std::filesystem::path& file)
 /// What the reader cannot make sense of in a copy that differs from its default.
 void ExamineIniCopy(Findings& findings, const UserFile& file)
 {
-    const std::filesystem::path copy = PathOf(file.path).ToNativePath();
-    const std::filesystem::path original = PathOf(file.installedDefault).ToNativePath();
+    const std::filesystem::path copy = QnFileName{file.path}.ToNativePath();
+    const std::filesystem::path original = QnFileName{file.installedDefault}.ToNativePath();
     const std::string extension = copy.extension().string();
     if ((extension != ".ini" && extension != ".INI") ||
         (IsFile(original) && ReadWholeFile(copy) == ReadWholeFile(original)))
@@ -134,10 +134,10 @@ void ExamineIniCopy(Findings& findings, const UserFile& file)
 /// Empty or unreadable: a program would find nothing where the installed default has something.
 void ExamineUserCopy(Findings& findings, const UserFile& file)
 {
-    const std::filesystem::path copy = PathOf(file.path).ToNativePath();
+    const std::filesystem::path copy = QnFileName{file.path}.ToNativePath();
     if (IsEmptyFile(copy))
     {
-        if (!IsEmptyFile(PathOf(file.installedDefault).ToNativePath()))
+        if (!IsEmptyFile(QnFileName{file.installedDefault}.ToNativePath()))
             findings.push_back({"This user's file is empty: " + Text(file.path),
                                 "Delete it: it is made again from the installed default when it is next asked for."});
         return;
@@ -224,7 +224,7 @@ std::vector<Finding> Examine()
     const bool hasUserData = ExamineShellFolder(findings, DirectoryConfig::GetLocalAppDataDirectory, "LOCALAPPDATA");
     if (hasMachineData && hasUserData)
         ExamineUserFiles(findings, missing, hasRoot);
-    if (hasUserData && !CanWriteOrMake(PathOf(DirectoryConfig::GetLocalAppDataDirectory()).ToNativePath() / "file"))
+    if (hasUserData && !CanWriteOrMake(QnFileName{DirectoryConfig::GetLocalAppDataDirectory()}.ToNativePath() / "file"))
         findings.push_back({"This user cannot write the data folder " +
                                 Text(DirectoryConfig::GetLocalAppDataDirectory()) +
                                 ": no file can be made from its "

@@ -50,7 +50,7 @@ std::string ProductIniToRead()
     try
     {
         const UserFile file = FraxoProIni();
-        const bool exists = Quenlor::QnFileName::DoesPathExist(PathOf(file.path).GetName());
+        const bool exists = Quenlor::QnFileName::DoesPathExist(Quenlor::QnFileName{file.path}.GetName());
         return (exists ? file.path : file.installedDefault).ToStdString();
     }
     catch (const std::runtime_error&)

@@ -8,11 +8,6 @@
 
 namespace Quenlor::Fraxo::SharedUtilities::Native
 {
-inline QnFileName PathOf(const Utf8String& utf8)
-{
-    return QnFileName{utf8};
-}
-
 /// A component of a folder. An empty folder has none: nothing recorded is not the current directory.
 inline QnFileName InFolder(const Utf8String& folder, const Utf8String& component)
 {
