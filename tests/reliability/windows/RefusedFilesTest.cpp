@@ -151,8 +151,7 @@ TEST_F(RefusedFiles, AreCountedInTheLogLater)
         if (IsAccepted(kind))
             continue;
         SCOPED_TRACE(kind);
-        auto sink =
-            MakeSink({.name = "a", .type = AppenderType::File, .pattern = "%v"}, QnFileName{log.wstring()}, "");
+        auto sink = MakeSink({.name = "a", .type = AppenderType::File, .pattern = "%v"}, QnFileName{log.wstring()}, "");
         ::testing::internal::CaptureStderr();
         {
             const Obstacle obstacle{kind, kind == Sealed ? folder : log};

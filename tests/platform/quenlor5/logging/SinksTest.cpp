@@ -86,7 +86,8 @@ TEST_F(FileSink, RollsWithoutLosingWhatIsToBeKept)
          {{0, "record 1"}, {0, "record 2"}, {0, "record 3"}, {0, "4"}, {2, "5"}},
          {{"a.log", "4\n5\n"}, {"a.1.log", "record 3\n"}, {"a.2.log", "record 2\n"}}},
         {"none is kept", 0, {},
-         {{0, "1"}, {1, "second 1"}, {1, "second 2"}, {1, "second 3"}, {0, "2"}, {1, "3"}}, {{"a.log", "2\n3\n"}}},
+         {{0, "1"}, {1, "second 1"}, {1, "second 2"}, {1, "second 3"}, {0, "2"}, {1, "3"}}, {{"a.log", "2\n3\n"}},
+         "(cannot move aside .*\n)?"}, // under Wine, a file that is removed while it is open keeps its name
         {"two programs find it full", 3, {},
          {{0, "first 1"}, {1, "second 1"}, {0, "first 2"}, {1, "second 2"}},
          {{"a.log", "second 2\n"}, {"a.1.log", "first 2\n"}, {"a.2.log", "second 1\n"}, {"a.3.log", "first 1\n"}}},
