@@ -171,6 +171,9 @@ TEST(GetLongPathNameW, HasTheDisksLetterCaseAndTheCallersSeparators)
     EXPECT_EQ(::GetLongPathNameW(asked.c_str(), buffer.data(), length + 1), length);
     EXPECT_EQ(buffer, root + L"\\Pl\u00FCgIns/Plugins.ini");
     EXPECT_EQ(::GetShortPathNameW(buffer.c_str(), nullptr, 0), length + 1);
+    WriteFile(machine.Root() / "ab/file", "");
+    WriteFile(machine.Root() / "AB/other", "");
+    EXPECT_NE(::GetLongPathNameW((root + L"/ab/FILE").c_str(), nullptr, 0), 0U) << "the same letter case comes first";
     EXPECT_EQ(::GetLongPathNameW((L"C:" + buffer).c_str(), buffer.data(), length), 0U);
 }
 } // namespace

@@ -250,6 +250,10 @@ TEST_F(HiveTest, AnEditIsDoneWhollyOrNotAtAll)
     EXPECT_THROW(ChangeHive(HKEY_CURRENT_USER, fail), std::runtime_error);
     EXPECT_EQ(Get(HKEY_CURRENT_USER), 1U);
     EXPECT_EQ(ReadFile(m_user), before);
+
+    const auto race = [this](Key&) { return WriteFile(m_user, Header), ERROR_SUCCESS; };
+    EXPECT_EQ(ChangeHive(HKEY_CURRENT_USER, race), ERROR_REGISTRY_IO_FAILED) << "of a program that knows no lock";
+    EXPECT_EQ(ReadFile(m_user), Header);
 }
 
 TEST_F(HiveTest, ALinkIsWrittenThrough)

@@ -79,7 +79,7 @@ TEST(RegistryFileReader, ReadsValueLines)
         {"\"a\"=hex:1,\\\n[HKEY_CURRENT_USER\\k]\n\"c\"=\"\"", "!!"},
         {"\"a\"=hex:1,\\\n\n", R"( "a"=hex:01)"},
         {"\"a\"=hex(1):61,00,00,00\n\"b\"=hex(7):fc,00\n\"c\"=hex(1):", R"( "a"="a" "b"=hex(7):fc,00 "c"=hex(1):)"},
-        {"\"a\"=hex(1):3d,d8,00,de,00,d8,61,00,80,dc", R"( "a"=hex(1):3d,d8,00,de,fd,ff,61,00,80,dc)"},
+        {"\"a\"=hex(1):3d,d8,00,de,00,d8,61,00,80,dc,00,de", R"( "a"=hex(1):3d,d8,00,de,fd,ff,61,00,80,dc,fd,ff)"},
     };
     for (const auto& [text, expected] : rows)
     {

@@ -270,9 +270,9 @@ TEST_F(RegistryFunctions, DeleteTreeTakesTheKeyOrItsContent)
 TEST_F(RegistryFunctions, NamesMayHoldAlmostAnything)
 {
     // Neighbours of letters that a careless comparison takes for one another, and what a file format could trip over.
-    const std::vector<std::string> names = {"a[",         "a{",  "a@",   "a`",         "a/b",
-                                            "\"quoted\"", "a]b", ";a",   "trailing  ", " lead",
-                                            "a=b",        "@",   "a\tb", "...",        "Gr\u00F6\u00DFe"};
+    const std::vector<std::string> names = {
+        "a[",    "a{",  "a@", "a`",   "a/b", "\"quoted\"",      "a]b", ";a",    "trailing  ",
+        " lead", "a=b", "@",  "a\tb", "...", "Gr\u00F6\u00DFe", "I",   "\u0131"};
     const Key key = Create(m_key, "Names").key;
     for (const std::string& name : names)
     {
