@@ -150,10 +150,11 @@ TEST_F(HiveTest, MalformedLinesAreSavedBeforeAWrite)
 TEST_F(HiveTest, OneThatIsProtectedIsLeftAlone)
 {
     WriteFile(m_machines, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Key]\n\"n\"=dword:1\n");
-    fs::permissions(m_folder, fs::perms::all); // so that only the file itself is protected
-    for (const bool isReadable : {false, true})
+    fs::permissions(m_folder, fs::perms::all);
+    for (const unsigned mode : {0U, 0444U, 0666U}) // the last is protected only by the owner of its folder
     {
-        fs::permissions(m_machines, isReadable ? fs::perms{0444} : fs::perms::none);
+        const bool isReadable = mode != 0;
+        fs::permissions(m_machines, fs::perms{mode});
         const OrdinaryUser user{m_machine.Root()};
         RegistryKey key;
         EXPECT_EQ(Get(HKEY_LOCAL_MACHINE), isReadable ? 1 : None);
