@@ -205,7 +205,8 @@ int IniReader::GetSectionList(std::vector<std::string>& names) const
 
 int IniReader::GetKeyValuePairListBySection(const std::string& section, std::vector<IniKeyValue>& pairs) const
 {
-    const std::string name = section; // which may be one of the texts that go
+    // `section` may be one of the texts that go. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const std::string name = section;
     pairs.clear();
     const SortedLines* const values = m_values ? m_values->LinesOf(name) : nullptr;
     if (!values)

@@ -1,7 +1,7 @@
 #include "UserSettingsConfig.h"
 
 #include <algorithm>
-#include <ranges>
+#include <optional>
 #include <string>
 
 #include <Platform/Win32.h>
@@ -146,15 +146,15 @@ Utf8String UserSettingsConfig::GetApplicationFont()
 Utf8String LastVersionBefore(const Utf8String& release)
 {
     constexpr int oldestThatRecords = 22;
-    const auto ask = [](int earlier)
+    for (int earlier = std::max(LeadingNumber(release), oldestThatRecords) - 1; earlier >= oldestThatRecords; --earlier)
     {
+        const Attempt attempt;
         const Utf8String key = UserKeyOf(std::to_string(earlier) + ".00.00") + Version.subKey;
-        return RegistryHelper::GetStringValue(HKEY_CURRENT_USER, key, Version.name, {});
-    };
-    const int current = std::max(LeadingNumber(release), oldestThatRecords);
-    const Utf8String version = FirstAnswer(std::views::iota(oldestThatRecords, current) | std::views::reverse, ask);
-    if (!version.empty())
-        return version;
+        const Utf8String version = RegistryHelper::GetStringValue(HKEY_CURRENT_USER, key, Version.name, {});
+        if (!version.empty())
+            return version;
+        attempt.PassOver();
+    }
     // Release 21 never recorded its version: that it left settings has to do.
     return RegistryHelper::CheckIfKeyExists(HKEY_CURRENT_USER, UserKeyOf("21.00.00")) ? "21.00.00.00" : "";
 }
