@@ -1,10 +1,8 @@
 #include "Answer.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstdint>
 #include <exception>
+#include <type_traits>
 
 #include <Quenlor/QnFileName.h>
 
@@ -17,24 +15,6 @@ namespace FraxoInfo
 {
 namespace
 {
-/// Lets the library note what it asks for one answer.
-class Listening final
-{
-public:
-    explicit Listening(Trace& sources) { trace = &sources; }
-    ~Listening() { trace = nullptr; }
-    Listening(const Listening&) = delete;
-    Listening& operator=(const Listening&) = delete;
-};
-
-std::string Join(const std::vector<std::string>& items, std::string_view separator)
-{
-    std::string text;
-    for (const std::string& item : items)
-        text.append(text.empty() ? "" : separator).append(item);
-    return text;
-}
-
 /// Asks what providing the file asks, without making it.
 Value LookFor(const UserFile& file)
 {
@@ -42,6 +22,7 @@ Value LookFor(const UserFile& file)
         Exists(QnFileName{file.installedDefault});
     return file.path.ToStdString();
 }
+
 /// A stored value on one line: of a list, every text. The NULs that end it are not part of what it says.
 std::string OnOneLine(const std::string& held)
 {
@@ -58,13 +39,11 @@ std::string Shown(const Answer& answer)
     if (!answer.failure.empty())
         return Coloured("failed: " + Printable(answer.failure), Colour::Bad);
     const auto* const list = std::get_if<std::vector<std::string>>(&answer.value);
-    const std::string text = list ? Join(*list, " ") : ToText(answer.value);
+    const std::string text = list ? fmt::format("{}", fmt::join(*list, " ")) : ToText(answer.value);
     if (text.empty())
         return "(empty)";
-    std::string shown = Printable(text);
-    if (answer.exists)
-        shown += "  " + (*answer.exists ? "[exists]" : Coloured("[missing]", Colour::Warning));
-    return shown;
+    const std::string existence = answer.exists.value_or(true) ? "[exists]" : Coloured("[missing]", Colour::Warning);
+    return Printable(text) + (answer.exists ? "  " + existence : "");
 }
 
 std::string Shown(const Source& source)
@@ -81,15 +60,16 @@ std::string Shown(const Source& source)
 Answer AskFor(const Operation& operation, bool provide)
 {
     Answer answer{&operation, {}, {}, {}, {}};
+    trace = &answer.trace; // where the library notes what it asks
     try
     {
-        const Listening listening{answer.trace};
         answer.value = operation.userFile && !provide ? LookFor(operation.userFile()) : operation.ask();
     }
     catch (const std::exception& failure)
     {
         answer.failure = failure.what();
     }
+    trace = nullptr;
     if (answer.failure.empty() && (operation.kind == Kind::Directory || operation.kind == Kind::File))
         answer.exists = QnFileName::DoesPathExist(QnFileName{std::get<std::string>(answer.value)}.GetName());
     return answer;
@@ -105,18 +85,13 @@ std::vector<Answer> AskForEverything(bool provide)
 
 std::string ToText(const Value& value)
 {
-    struct
+    const auto toText = [](const auto& held)
     {
-        std::string operator()(const std::string& text) const { return text; }
-        std::string operator()(bool flag) const { return flag ? "true" : "false"; }
-        std::string operator()(std::int64_t number) const { return std::to_string(number); }
-        std::string operator()(double number) const // the fewest digits
-        {
-            std::array<char, 32> digits;
-            return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
-        }
-        std::string operator()(const std::vector<std::string>& list) const { return Join(list, "\n"); }
-    } toText;
+        if constexpr (std::is_same_v<decltype(held), const std::vector<std::string>&>)
+            return fmt::format("{}", fmt::join(held, "\n"));
+        else
+            return fmt::format("{}", held);
+    };
     return std::visit(toText, value);
 }
 
@@ -132,14 +107,9 @@ std::string Format(const std::vector<Answer>& answers)
     {
         const Operation& operation = *answer.operation;
         if (operation.className != className)
-        {
-            table.append(className.empty() ? "" : "\n")
-                .append(Coloured(operation.className, Colour::Heading))
-                .append("\n");
-            className = operation.className;
-        }
-        table.append("  ").append(operation.name).append(width - operation.name.length() + 2, ' ');
-        table.append(Shown(answer)).append("\n");
+            table += (table.empty() ? "" : "\n") + Coloured(operation.className, Colour::Heading) + "\n";
+        className = operation.className;
+        table += fmt::format("  {:<{}}  {}\n", operation.name, width, Shown(answer));
     }
     return table;
 }
@@ -150,22 +120,19 @@ std::string Format(const Trace& trace)
     for (const Source& source : trace)
     {
         const std::string shown = Shown(source);
-        text.append(source.decided ? "  " + Coloured("*", Colour::Good) + " " : "    ")
-            .append(Printable(source.place))
-            .append(shown.starts_with('=') ? " " : "  ")
-            .append(shown)
-            .append("\n");
+        text += fmt::format("  {} {}{}{}\n", source.decided ? Coloured("*", Colour::Good) : " ",
+                            Printable(source.place), shown.starts_with('=') ? " " : "  ", shown);
     }
     return text;
 }
 
 std::string Explain(const Answer& answer)
 {
-    const std::string text = Coloured(answer.operation->name, Colour::Heading) + ": " + Shown(answer) + "\n";
-    if (answer.trace.empty())
-        return text + "Fixed: nothing was asked.\n";
     const bool isDecided = std::ranges::any_of(answer.trace, &Source::decided);
-    return text + "Asked, in this order (" + (isDecided ? "* decided" : "none held anything: the default") + "):\n" +
+    return Coloured(answer.operation->name, Colour::Heading) + ": " + Shown(answer) +
+           (answer.trace.empty() ? "\nFixed: nothing was asked.\n"
+            : isDecided          ? "\nAsked, in this order (* decided):\n"
+                                 : "\nAsked, in this order (none held anything: the default):\n") +
            Format(answer.trace);
 }
 } // namespace FraxoInfo

@@ -26,11 +26,6 @@ constexpr struct
 };
 } // namespace
 
-bool Application::IsThere() const
-{
-    return !ToText(answer.value).empty() && answer.exists.value_or(true);
-}
-
 std::vector<Application> FindApplications()
 {
     std::vector<Application> applications;
@@ -45,11 +40,8 @@ std::string Format(const std::vector<Application>& applications)
     for (const auto& [name, answer] : applications)
     {
         const bool isFound = !answer.failure.empty() || !ToText(answer.value).empty();
-        text.append(Coloured(name, Colour::Heading))
-            .append(": ")
-            .append(isFound ? Shown(answer) : Coloured("not found", Colour::Warning))
-            .append("\n")
-            .append(Format(answer.trace));
+        text += fmt::format("{}: {}\n{}", Coloured(name, Colour::Heading),
+                            isFound ? Shown(answer) : Coloured("not found", Colour::Warning), Format(answer.trace));
     }
     return text;
 }

@@ -13,7 +13,7 @@ struct Application
     std::string name;
     Answer answer; ///< Where it is, or for Word its program id; empty when it was not found.
 
-    bool IsThere() const; ///< Found, and on the disk if the answer is a path.
+    const std::string& Failure() const { return answer.failure; }
 };
 
 std::vector<Application> FindApplications();

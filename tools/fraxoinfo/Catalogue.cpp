@@ -1,4 +1,4 @@
-#include "Catalogue.h"
+#include "Answer.h"
 
 #include <algorithm>
 #include <set>
@@ -10,6 +10,7 @@
 #include "LanguageHelper.h"
 #include "PerMonitorDPIHelper.h"
 #include "RegistryHelper.h"
+#include "Terminal.h"
 #include "UserSettingsConfig.h"
 #include "VersionConfig.h"
 #include "XmlConfig.h"
@@ -20,43 +21,23 @@ namespace FraxoInfo
 {
 namespace
 {
-Value ToValue(const Quenlor::Utf8String& text)
-{
-    return std::string{text.data(), text.length()};
-}
+using Languages = std::set<Quenlor::Utf8String>;
 
-Value ToValue(const Quenlor::QnFileName& path)
+template<class Result>
+Value ToValue(const Result& result)
 {
-    return ToValue(path.GetNameUtf8());
-}
-
-Value ToValue(bool flag)
-{
-    return flag;
-}
-
-Value ToValue(int number)
-{
-    return std::int64_t{number};
-}
-
-Value ToValue(const PlexoraExplorerVersion& version)
-{
-    return std::to_string(version.Major) + '.' + std::to_string(version.Minor) + '.' + std::to_string(version.Build);
-}
-
-Value ToValue(double number)
-{
-    return number;
-}
-
-Value ToValue(const std::set<Quenlor::Utf8String>& texts)
-{
-    std::vector<std::string> list;
-    list.reserve(texts.size());
-    for (const Quenlor::Utf8String& text : texts)
-        list.push_back(text.ToStdString());
-    return list;
+    if constexpr (std::is_same_v<Result, Quenlor::Utf8String>)
+        return std::string{result.data(), result.length()};
+    else if constexpr (std::is_same_v<Result, Quenlor::QnFileName>)
+        return ToValue(result.GetNameUtf8());
+    else if constexpr (std::is_same_v<Result, PlexoraExplorerVersion>)
+        return fmt::format("{}.{}.{}", result.Major, result.Minor, result.Build);
+    else if constexpr (std::is_same_v<Result, Languages>)
+        return std::vector<std::string>(result.begin(), result.end());
+    else if constexpr (std::is_same_v<Result, int>)
+        return std::int64_t{result};
+    else
+        return result;
 }
 
 /// What a text is, by the name of its getter.
@@ -76,7 +57,7 @@ constexpr Kind KindOf(std::string_view name)
         return Kind::Flag;
     if (std::is_arithmetic_v<Result>)
         return Kind::Number;
-    return std::is_same_v<Result, std::set<Quenlor::Utf8String>> ? Kind::List : KindOfText(name);
+    return std::is_same_v<Result, Languages> ? Kind::List : KindOfText(name);
 }
 
 using UserFileOf = UserFile (*)();
@@ -96,12 +77,8 @@ constexpr UserFileOf FindUserFile(std::string_view getter)
         {"GetUserQATFilePath", QuickAccessToolbarXml},
         {"GetUserConnectionTagLinkFilePath", ConnectionTagLinkXml},
     };
-    for (const auto& [name, file] : files)
-    {
-        if (name == getter)
-            return file;
-    }
-    return nullptr;
+    const auto* const found = std::ranges::find(files, getter, &std::pair<std::string_view, UserFileOf>::first);
+    return found == std::end(files) ? nullptr : found->second;
 }
 
 #define ROW(className, name, call)                                                                                     \
@@ -135,13 +112,9 @@ std::span<const Operation> Catalogue()
 
 const Operation* Find(std::string_view name)
 {
-    const std::size_t qualifier = name.find("::");
-    const std::string_view className = qualifier == std::string_view::npos ? "" : name.substr(0, qualifier);
-    const std::string_view plainName = className.empty() ? name : name.substr(qualifier + 2);
-    const auto found = std::ranges::find_if(Operations,
-                                            [&](const Operation& operation) {
-        return operation.name == plainName && (className.empty() || operation.className == className);
-    });
+    const auto isMeant = [name](const Operation& operation)
+    { return operation.name == name || fmt::format("{}::{}", operation.className, operation.name) == name; };
+    const auto found = std::ranges::find_if(Operations, isMeant);
     return found == std::end(Operations) ? nullptr : &*found;
 }
 } // namespace FraxoInfo

@@ -1,4 +1,4 @@
-#include "Diff.h"
+#include "Json.h"
 
 #include <algorithm>
 #include <map>
@@ -6,62 +6,55 @@
 #include <string_view>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
-#include "Json.h"
-
-using nlohmann::ordered_json;
-
 namespace FraxoInfo
 {
 namespace
 {
-bool IsObjectOfObjects(const ordered_json& json)
+bool IsObjectOfObjects(const Json& json)
 {
-    return json.is_object() &&
-           std::ranges::all_of(json, [](const ordered_json& element) { return element.is_object(); });
+    return json.is_object() && std::ranges::all_of(json, [](const Json& element) { return element.is_object(); });
 }
 
-ordered_json Read(const std::string& file)
+Json Read(const std::string& file)
 {
     const auto fail = [&]
     {
         throw std::runtime_error(Printable(file) +
                                  " is not a report: name a file that fraxoinfo report or --json has written");
     };
-    const auto limited = [&](int depth, ordered_json::parse_event_t, ordered_json&)
+    const auto limited = [&](int depth, Json::parse_event_t, Json&)
     {
         constexpr int deepest = 16;
-        if (depth > deepest) // no report is, and what reads it calls itself
+        if (depth > deepest) // no report is, and what reads it is recursive
             fail();
         return true;
     };
-    ordered_json json = ordered_json::parse(JsonOf(ReadWholeFile(file)), limited, false);
+    Json json = Json::parse(JsonOf(ReadWholeFile(file)), limited, false);
     if (json.is_object() && !json.contains("answers"))
-        json = ordered_json{{"answers", std::move(json)}};
+        json = Json{{"answers", std::move(json)}};
     if (!json.is_object() || !IsObjectOfObjects(json.at("answers")) ||
         !std::ranges::all_of(json.at("answers"), IsObjectOfObjects))
         fail();
     return json;
 }
 
-std::string Text(const ordered_json& value)
+std::string Text(const Json& value)
 {
     if (value.is_null())
         return "(none)";
     if (!value.is_string())
-        return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+        return value.dump(-1, ' ', false, Json::error_handler_t::replace);
     return value.get_ref<const std::string&>().empty() ? "(empty)" : value.get<std::string>();
 }
 
 /// An entry of an answer, a feature or an application on one line.
-std::string Summary(const ordered_json& entry)
+std::string Summary(const Json& entry)
 {
     if (!entry.is_object())
         return Text(entry);
     if (entry.contains("error"))
         return "failed: " + Text(entry.at("error"));
-    std::string text = Text(entry.contains("answer") ? entry.at("answer") : entry.value("value", ordered_json{}));
+    std::string text = Text(entry.contains("answer") ? entry.at("answer") : entry.value("value", Json{}));
     if (entry.contains("source"))
         text += " (" + Text(entry.at("source")) + ")";
     if (entry.contains("exists"))
@@ -71,50 +64,17 @@ std::string Summary(const ordered_json& entry)
 
 using Rows = std::vector<std::pair<std::string, std::string>>;
 
-/// Every thing that a report says, by name.
-Rows Flatten(const ordered_json& report)
-{
-    Rows rows;
-    for (const auto& [part, content] : report.items())
-    {
-        if (part == "answers")
-        {
-            for (const auto& [className, operations] : content.items())
-            {
-                for (const auto& [name, entry] : operations.items())
-                    rows.emplace_back(className + "::" + name, Summary(entry));
-            }
-        }
-        else if (part == "findings" && content.is_array())
-        {
-            for (const ordered_json& finding : content)
-                rows.emplace_back("finding: " +
-                                      Text(finding.is_object() ? finding.value("problem", ordered_json{}) : finding),
-                                  "found");
-        }
-        else if (content.is_structured() && part != "folders")
-        {
-            for (const auto& [name, entry] : content.items())
-                rows.emplace_back(part + " " + name, Summary(entry));
-        }
-        else if (part != "time" && part != "folders")
-            rows.emplace_back(part, Text(content));
-    }
-    return rows;
-}
-
 /// The folders that most answers begin with, under the names that they are folded to.
-Rows FoldersOf(const ordered_json& report)
+Rows FoldersOf(const Json& report)
 {
     Rows folders;
-    const ordered_json answers = report.at("answers").value("DirectoryConfig", ordered_json::object());
     for (const auto& [name, operation] : {std::pair{"<root>", "GetFRAXOProRoot"},
                                           {"<machine data>", "GetProgramDataDirectory"},
                                           {"<user data>", "GetLocalAppDataDirectory"},
                                           {"<program>", "GetCurrentExeDirectory"}})
     {
-        const ordered_json entry = answers.value(operation, ordered_json::object());
-        const ordered_json value = entry.value("value", ordered_json{});
+        const Json::json_pointer place{fmt::format("/answers/DirectoryConfig/{}/value", operation)};
+        const Json value = report.value(place, Json{});
         std::string folder = value.is_string() ? value.get<std::string>() : "";
         folder.erase(folder.find_last_not_of("\\/") + 1);
         folders.emplace_back(name, folder);
@@ -122,7 +82,7 @@ Rows FoldersOf(const ordered_json& report)
     return folders;
 }
 
-void Fold(std::string& text, const Rows& folders)
+std::string Folded(std::string text, const Rows& folders)
 {
     for (const auto& [name, folder] : folders)
     {
@@ -130,20 +90,37 @@ void Fold(std::string& text, const Rows& folders)
              at += name.length())
             text.replace(at, folder.length(), name);
     }
+    return text;
 }
 
-std::string Dumped(const ordered_json& json)
+/// Everything that a report says, by name.
+Rows RowsOf(const Json& report)
 {
-    return json.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
-}
-
-ordered_json Json(const std::vector<Compared>& compared, bool all)
-{
-    ordered_json rows = ordered_json::array();
-    for (const auto& [name, first, second] : compared)
+    Rows rows = FoldersOf(report);
+    Rows folders = rows; // the longest first: one may be in another
+    std::ranges::stable_sort(folders, std::ranges::greater{},
+                             [](const auto& folder) { return folder.second.length(); });
+    const auto add = [&](const std::string& name, const std::string& text)
+    { rows.emplace_back(Folded(name, folders), Folded(text, folders)); };
+    for (const auto& [part, content] : report.items())
     {
-        if (all || first != second)
-            rows.push_back({{"name", name}, {"first", first}, {"second", second}});
+        if (part == "time" || part == "folders")
+            continue;
+        if (!content.is_structured())
+        {
+            add(part, Text(content));
+            continue;
+        }
+        for (const auto& [name, entry] : content.items())
+        {
+            if (part == "findings")
+                add("finding: " + Text(entry.is_object() ? entry.value("problem", Json{}) : entry), "found");
+            else if (part != "answers")
+                add(part + " " + name, Summary(entry));
+            else
+                for (const auto& [operation, answer] : entry.items())
+                    add(name + "::" + operation, Summary(answer));
+        }
     }
     return rows;
 }
@@ -151,30 +128,20 @@ ordered_json Json(const std::vector<Compared>& compared, bool all)
 
 std::vector<Compared> Compare(const std::string& firstFile, const std::string& secondFile)
 {
-    const ordered_json reports[] = {Read(firstFile), Read(secondFile)};
     std::vector<Compared> compared;
     std::map<std::string, std::size_t> places;
-    for (std::string Compared::*const side : {&Compared::first, &Compared::second})
+    const auto add = [&](const std::string& file, std::string Compared::*side)
     {
-        const ordered_json& report = reports[side == &Compared::first ? 0 : 1];
-        Rows folders = FoldersOf(report);
-        Rows rows = folders;
-        std::ranges::stable_sort(folders, std::ranges::greater{},
-                                 [](const auto& folder) { return folder.second.length(); });
-        for (auto& row : Flatten(report))
-        {
-            Fold(row.first, folders);
-            Fold(row.second, folders);
-            rows.push_back(std::move(row));
-        }
-        for (const auto& [name, text] : rows)
+        for (const auto& [name, text] : RowsOf(Read(file)))
         {
             const auto [place, isNew] = places.emplace(name, compared.size());
             if (isNew)
                 compared.push_back({name, "(not there)", "(not there)"});
             compared[place->second].*side = text;
         }
-    }
+    };
+    add(firstFile, &Compared::first);
+    add(secondFile, &Compared::second);
     return compared;
 }
 
@@ -186,16 +153,6 @@ std::string Format(const std::vector<Compared>& compared)
         if (first != second)
             text += Printable(name) + "\n  - " + Printable(first) + "\n  + " + Printable(second) + "\n";
     }
-    return text;
-}
-
-std::string ToJson(const std::vector<Compared>& compared)
-{
-    return Dumped(Json(compared, false));
-}
-
-std::string MakePage(const std::vector<Compared>& compared)
-{
-    return MakePage(Dumped({{"compared", Json(compared, true)}}));
+    return text.empty() ? "No differences.\n" : text;
 }
 } // namespace FraxoInfo

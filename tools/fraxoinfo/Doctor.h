@@ -2,9 +2,11 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Answer.h"
+#include "Terminal.h"
 
 namespace FraxoInfo
 {
@@ -15,21 +17,18 @@ struct Finding
     std::string remedy;
 };
 
-/// Examines the installation that this process would use. Only looks: no file of the product is created or
-/// changed.
+/// Adds a finding, for which the caller sets the remedy.
+template<class... Values>
+Finding& Add(std::vector<Finding>& findings, fmt::format_string<Values...> problem, Values&&... values)
+{
+    return findings.emplace_back(Finding{fmt::format(problem, std::forward<Values>(values)...), {}});
+}
+
+/// Examines the installation that this process would use. No file of the product is created or changed.
 std::vector<Finding> Examine();
-
-/// What the places that the library asked for these answers say about the machine: settings of another type, and
-/// settings that are stored where this release does not look.
-void ExamineStoredSettings(std::vector<Finding>& findings, const std::vector<Answer>& answers);
-
-/// Variables that override what is installed, and switches that are unusable or unknown.
-/// @param missing what is missing in the installation, which a variable may explain
-void ExamineVariables(std::vector<Finding>& findings, const std::vector<Finding>& missing);
-void ExamineFeatures(std::vector<Finding>& findings);
 
 std::string Format(const std::vector<Finding>& findings);
 
-/// Whether this user may write a file, or else make it in the nearest folder that exists.
+/// Whether this user may write a file or, if it is missing, make it in the nearest folder that exists.
 bool CanWriteOrMake(const std::filesystem::path& file);
 } // namespace FraxoInfo

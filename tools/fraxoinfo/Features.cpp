@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include <Quenlor/QnFileName.h>
-
 #include "CoreUtilities.h"
 #include "ForTools.h"
 #include "Terminal.h"
@@ -15,48 +13,34 @@ namespace FraxoInfo
 {
 namespace
 {
-std::string Describe(FeatureSwitch::Source source)
-{
-    switch (source)
-    {
-    case FeatureSwitch::Source::Environment:
-        return "environment";
-    case FeatureSwitch::Source::IniFile:
-        return "INI file " + ProductIniToRead();
-    case FeatureSwitch::Source::None:
-        break;
-    }
-    return "off by default";
-}
-
 Feature ReadFeature(const std::string& flag)
 {
+    const bool isInEnvironment = !GetEnvironmentVariableValue(flag).empty();
+    Feature feature{flag, 0, isInEnvironment ? "environment" : "INI file " + ProductIniToRead(), {}};
     try
     {
         const FeatureSwitch found = ReadFeatureSwitch(flag, ProductIniToRead);
-        return {flag, found.value, Describe(found.source), {}};
+        feature.value = found.value;
+        if (found.source == FeatureSwitch::Source::None)
+            feature.source = "off by default";
     }
-    catch (const std::logic_error& failure) // a value that is no number, or too large a one
+    catch (const std::logic_error& failure) // a value that is not a number, or too large
     {
-        const bool isInEnvironment = !GetEnvironmentVariableValue(flag).empty();
-        const auto source = isInEnvironment ? FeatureSwitch::Source::Environment : FeatureSwitch::Source::IniFile;
-        return {flag, 0, Describe(source), failure.what()};
+        feature.failure = failure.what();
     }
+    return feature;
 }
 } // namespace
 
 std::string ProductIniToRead()
+try
 {
-    try
-    {
-        const UserFile file = FraxoProIni();
-        const bool exists = Quenlor::QnFileName::DoesPathExist(Quenlor::QnFileName{file.path}.GetName());
-        return (exists ? file.path : file.installedDefault).ToStdString();
-    }
-    catch (const std::runtime_error&)
-    {
-        return {}; // no folder for it: then the switches are off
-    }
+    const UserFile file = FraxoProIni();
+    return (Exists(Quenlor::QnFileName{file.path}) ? file.path : file.installedDefault).ToStdString();
+}
+catch (const std::runtime_error&)
+{
+    return {}; // without a folder for it the switches are off
 }
 
 std::vector<Feature> ReadFeatures()
@@ -68,24 +52,16 @@ std::vector<Feature> ReadFeatures()
 
 std::string Format(const std::vector<Feature>& features)
 {
-    std::size_t width = 0;
-    for (const Feature& feature : features)
-        width = std::max(width, feature.flag.length());
+    const std::size_t width = std::ranges::max(FeatureFlags, {}, &std::string::length).length();
     std::string table;
     for (const Feature& feature : features)
     {
-        table.append(feature.flag).append(width - feature.flag.length() + 2, ' ');
-        if (!feature.failure.empty())
-            table.append(Coloured("unusable", Colour::Bad))
-                .append(" value in the ")
-                .append(feature.source)
-                .append(": ")
-                .append(feature.failure);
-        else
-            table.append(feature.value == 0 ? "off" : Coloured("on ", Colour::Good))
-                .append("  ")
-                .append(feature.source);
-        table.append("\n");
+        const std::string state = feature.value == 0 ? "off" : Coloured("on ", Colour::Good);
+        table += fmt::format("{:<{}}  {}\n", feature.flag, width,
+                             feature.failure.empty()
+                                 ? state + "  " + feature.source
+                                 : fmt::format("{} value in the {}: {}", Coloured("unusable", Colour::Bad),
+                                               feature.source, feature.failure));
     }
     return table;
 }

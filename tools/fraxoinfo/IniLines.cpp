@@ -18,85 +18,78 @@ using Tools::Printable;
 
 namespace
 {
-std::string Name(std::string_view section)
-{
-    return "\"" + std::string{section} + "\"";
-}
-
-/// What is wrong with a header, as far as people can see; empty when nothing is.
+/// How a header differs from what people expect; empty when it does not.
 std::string SurpriseOfHeader(std::string_view line, std::string_view name)
 {
     if (line.front() == '[' && line.back() == ']')
         return {};
-    const std::string effect = ": a header of section " + Name(name);
-    if (line.front() == '[')
-        return "no closing bracket" + effect;
-    return (line.find('=') == line.npos ? "no opening bracket" : "a value that ends in a bracket") + effect;
+    return fmt::format(R"({}: read as the header of section "{}")",
+                       line.front() == '['           ? "no closing bracket"
+                       : line.find('=') == line.npos ? "no opening bracket"
+                                                     : "a value that ends in a bracket",
+                       name);
 }
 
 std::string SurpriseOfValue(const IniLine& line, const IniReader& reader)
 {
     if (line.key.empty())
-        return "no key before the \"=\"";
+        return R"(no key before the "=")";
     if (reader.GetStringValue(line.section, line.key, line.value) != line.value)
-        return "a later line of this section has another value, which is used";
+        return "not used: a later line of this section has another value";
     if (line.section.empty())
-        return "before the first header: in the section without a name";
+        return "before the first header: in a section without a name";
     for (const char* const comment : {" ;", "\t;", " #", "\t#"})
     {
         if (line.value.find(comment) != std::string::npos)
-            return "the comment is part of the value";
+            return "the comment is read as part of the value";
     }
     return {};
 }
 
-/// Takes a trimmed line apart. @return whether it is one to show
-bool Parse(IniLine& line, std::string_view text, const IniReader& reader)
+/// Splits a trimmed line into its parts.
+void Parse(IniLine& line, std::string_view text, const IniReader& reader)
 {
-    if (text.find('\0') != text.npos)
+    const std::string_view header = Ini::HeaderName(text);
+    line.isDamage = text.find('\0') != text.npos;
+    if (line.isDamage)
+        line.surprise = "has NUL bytes: is the file UTF-16, or damaged?";
+    else if (!header.empty())
     {
-        line.surprise = "holds NUL bytes: is the file UTF-16, or damaged?";
-        line.isDamage = true;
-        return true;
-    }
-    if (Ini::IsComment(text))
-        return false;
-    if (const std::string_view name = Ini::HeaderName(text); !name.empty())
-    {
-        line.section = name;
+        line.section = header;
         line.isHeader = true;
-        line.surprise = SurpriseOfHeader(text, name);
+        line.surprise = SurpriseOfHeader(text, header);
         line.isDamage = !line.surprise.empty();
-        return true;
     }
-    if (!Ini::IsKeyValue(text))
+    else if (Ini::IsKeyValue(text))
+    {
+        line.key = Ini::KeyOf(text);
+        line.value = Ini::ValueOf(text);
+        line.surprise = SurpriseOfValue(line, reader);
+    }
+    else
     {
         line.key = text;
-        line.surprise = "ignored: neither a header nor a key with \"=\"";
-        return true;
+        line.surprise = R"(ignored: neither a header nor a key with "=")";
     }
-    line.key = Ini::KeyOf(text);
-    line.value = Ini::ValueOf(text);
-    line.surprise = SurpriseOfValue(line, reader);
-    return true;
 }
 } // namespace
 
 std::string ReadWholeFile(const std::filesystem::path& file)
 {
     std::error_code error;
-    const std::string name = Printable(file.string());
-    if (!std::filesystem::exists(file, error))
-        throw std::runtime_error("cannot read " + name + ": there is no such file");
-    if (!std::filesystem::is_regular_file(file, error))
-        throw std::runtime_error("cannot read " + name + ": it is not a file");
-    std::ifstream stream{file, std::ios::binary};
+    const auto status = std::filesystem::status(file, error);
+    std::ifstream stream;
+    if (is_regular_file(status))
+        stream.open(file, std::ios::binary);
     std::ostringstream contents;
     if (stream.peek() != std::ifstream::traits_type::eof())
         contents << stream.rdbuf();
-    if (!stream.is_open() || stream.bad() || !contents)
-        throw std::runtime_error("cannot read " + name + ": check that this user may read it");
-    return contents.str();
+    if (stream.is_open() && !stream.bad() && contents)
+        return contents.str();
+    throw std::runtime_error(fmt::format("cannot read {}: {}", Printable(file.string()),
+                                         !exists(status)            ? "it does not exist"
+                                         : !is_regular_file(status) ? "it is not a file"
+                                                                    : "check that this user may read it"));
 }
 
 std::vector<IniLine> ReadIniLines(const std::filesystem::path& file)
@@ -109,15 +102,14 @@ std::vector<IniLine> ReadIniLines(const std::filesystem::path& file)
     std::size_t number = 0;
     for (std::string_view rest = contents; !rest.empty();)
     {
-        const std::string_view text = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(text.length() < rest.length() ? text.length() + 1 : rest.length());
+        const std::string_view text = Ini::TakeLine(rest);
         IniLine line{.number = ++number, .section = section, .key = {}, .value = {}, .surprise = {}};
-        const bool isMarked = number == 1 && (text.starts_with("\xEF\xBB\xBF") || text.starts_with("\xFF\xFE"));
-        if (!Parse(line, Ini::Trim(text), reader) && !isMarked)
+        if (Ini::IsComment(text) && text.find('\0') == text.npos)
             continue;
-        if (isMarked)
+        Parse(line, text, reader);
+        if (number == 1 && (text.starts_with("\xEF\xBB\xBF") || text.starts_with("\xFF\xFE")))
         {
-            line.surprise = "starts with a byte-order mark, which is taken as part of the line";
+            line.surprise = "starts with a byte-order mark, which is read as part of the line";
             line.isDamage = true;
         }
         section = line.section;
@@ -131,13 +123,13 @@ std::string Format(const std::vector<IniLine>& lines)
     std::string text;
     for (const IniLine& line : lines)
     {
-        std::string number = std::to_string(line.number);
-        number.insert(0, number.length() < 5 ? 5 - number.length() : 0, ' ');
-        const bool hasValue = !line.isHeader && (!line.value.empty() || line.surprise.empty());
-        text.append(line.surprise.empty() ? "  " : Coloured("!", Colour::Bad) + " ").append(number).append("  ");
-        text.append(line.isHeader ? Coloured("[" + Printable(line.section) + "]", Colour::Heading)
-                                  : Printable(line.key) + (hasValue ? " = " + Printable(line.value) : ""));
-        text.append("\n").append(line.surprise.empty() ? "" : "         " + Printable(line.surprise) + "\n");
+        const bool isSurprise = !line.surprise.empty();
+        const bool hasValue = !line.value.empty() || !isSurprise;
+        text += fmt::format("{} {:>5}  {}\n", isSurprise ? Coloured("!", Colour::Bad) : " ", line.number,
+                            line.isHeader ? Coloured("[" + Printable(line.section) + "]", Colour::Heading)
+                                          : Printable(line.key) + (hasValue ? " = " + Printable(line.value) : ""));
+        if (isSurprise)
+            text += fmt::format("         {}\n", Printable(line.surprise));
     }
     return text;
 }

@@ -20,13 +20,12 @@ std::string Text(const QnFileName& path)
     return path.GetNameUtf8().ToStdString();
 }
 
-std::string Row(std::string label, const std::string& text)
+std::string Row(const char* label, std::string_view text)
 {
-    label.resize(15, ' ');
-    return label + text;
+    return fmt::format("{:<15}{}", label, text);
 }
 
-/// Values of environment variables may be private, and reports are sent away.
+/// Values of environment variables may be private: reports have only the variables' names.
 std::string FileName(const AppenderSettings& appender, const QnFileName& file, bool expand)
 {
     return expand || appender.path.find("${env:") == std::string::npos ? NativeName(file) : appender.path;
@@ -41,8 +40,7 @@ std::string Target(const AppenderSettings& appender, const std::string& file)
     case AppenderType::File:
         return file;
     case AppenderType::RollingFile:
-        return file + ", " + std::to_string(appender.maxSize) + " bytes, and " + std::to_string(appender.count) +
-               " older ones";
+        return fmt::format("{}, {} bytes, and {} older ones", file, appender.maxSize, appender.count);
     case AppenderType::Debugger:
         return "the debugger";
     case AppenderType::Null:
@@ -53,16 +51,16 @@ std::string Target(const AppenderSettings& appender, const std::string& file)
 
 void Describe(LogSetup& setup, const Configuration& configuration, const LoggerPlan& plan, bool expand)
 {
-    setup.lines.push_back(Row("Level", std::string{NameOf(plan.level)}));
+    setup.lines.push_back(Row("Level", NameOf(plan.level)));
     setup.isSilent = true;
     for (const PlannedAppender& planned : plan.appenders)
     {
         const AppenderSettings& appender = configuration.appenders[planned.position];
         const std::string file = FileName(appender, planned.file, expand);
-        std::string line = "\"" + appender.name + "\" to " + Target(appender, file);
-        if (appender.threshold != LogLevel::Trace)
-            line += ", from level " + std::string{NameOf(appender.threshold)};
-        setup.lines.push_back(Row("Appender", line));
+        const std::string from =
+            appender.threshold == LogLevel::Trace ? "" : fmt::format(", from level {}", NameOf(appender.threshold));
+        setup.lines.push_back(
+            Row("Appender", fmt::format(R"("{}" to {}{})", appender.name, Target(appender, file), from)));
         const bool isFile = appender.type == AppenderType::File || appender.type == AppenderType::RollingFile;
         if (isFile && !CanWriteOrMake(planned.file.ToNativePath()))
             setup.notWritable.push_back(file);
@@ -73,9 +71,8 @@ void Describe(LogSetup& setup, const Configuration& configuration, const LoggerP
 
 Variables VariablesFor(const Quenlor::WString& logger)
 {
-    QnFileName name;
-    name.SetName(logger.c_str());
-    Variables variables{.logger = Text(name), .process = "${pid}", .named = {}}; // each process has its own number
+    Variables variables{
+        .logger = Text(QnFileName{logger}), .process = "${pid}", .named = {}}; // each process has its own number
     for (const LogFolderVariable& variable : LogFolderVariables)
         variables.named[variable.name] = variable.folder;
     return variables;
@@ -98,17 +95,13 @@ LogSetup ExamineLog(const QnFileName& executable, bool expand)
     const Variables variables = VariablesFor(setup.choice.loggerName);
     std::vector<Fault> faults;
     const Configuration configuration = ReadConfiguration(file, faults).value_or(DefaultConfiguration());
-    for (const AppenderSettings& appender : configuration.appenders) // also those that this logger does not use
+    for (const AppenderSettings& appender : configuration.appenders) // including those that this logger does not use
         FileOf(appender, configuration, variables, faults);
-    for (const Fault& fault : faults)
-        setup.faults.push_back(FormatFault(file, fault));
-
-    faults.clear();
     Describe(setup, configuration, PlanLogger(configuration, variables, faults), expand);
-    for (const Fault& fault : faults)
+    for (const Fault& fault : faults) // some are found in both ways
     {
-        if (const std::string line = FormatFault(file, fault);
-            std::ranges::find(setup.faults, line) == setup.faults.end())
+        const std::string line = FormatFault(file, fault);
+        if (std::ranges::find(setup.faults, line) == setup.faults.end())
             setup.faults.push_back(line);
     }
     return setup;
@@ -119,17 +112,15 @@ std::string Format(const LogSetup& setup)
     const LogConfigurationChoice& choice = setup.choice;
     const std::string reason = choice.isBesideExecutable
                                    ? "it is beside the executable, and wins over " + Text(choice.inProgramData)
-                                   : "there is none beside the executable, " + Text(choice.besideExecutable);
-    QnFileName name;
-    name.SetName(choice.loggerName.c_str());
-    std::string text = Row("Logger", Printable(Text(name))) + "\n";
-    text += Row("Configuration", Printable(Text(choice.File()))) +
-            (setup.exists ? "  [exists]" : "  " + Coloured("[missing]", Colour::Warning)) + "\n";
+                                   : "this is missing beside the executable: " + Text(choice.besideExecutable);
+    std::string text = Row("Logger", Printable(Text(QnFileName{choice.loggerName}))) + "\n";
+    text += fmt::format("{}  {}\n", Row("Configuration", Printable(Text(choice.File()))),
+                        setup.exists ? "[exists]" : Coloured("[missing]", Colour::Warning));
     text += Row("Chosen because", Printable(reason)) + "\n";
     for (const std::string& line : setup.lines)
         text += Printable(line) + "\n";
     for (const std::string& fault : setup.faults)
-        text += Coloured("!", Colour::Bad) + " " + Printable(fault) + "\n";
+        text += fmt::format("{} {}\n", Coloured("!", Colour::Bad), Printable(fault));
     return text;
 }
 } // namespace FraxoInfo

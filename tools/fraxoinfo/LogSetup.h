@@ -11,7 +11,7 @@ namespace FraxoInfo
 struct LogSetup
 {
     Quenlor::Fraxo::SharedUtilities::Native::LogConfigurationChoice choice;
-    bool exists = false;            ///< Whether the chosen configuration file does.
+    bool exists = false;            ///< Whether the chosen configuration file exists.
     std::vector<std::string> lines; ///< The level, and each appender with where it writes.
     std::vector<std::string> faults;
     std::vector<std::string> notWritable; ///< Its files that this user cannot write, as `lines` shows them.
@@ -21,9 +21,9 @@ struct LogSetup
 /// The executable of this process.
 Quenlor::QnFileName ThisProgram();
 
-/// Looks at the configuration as the program would, and validates all of it. No log file is opened.
+/// Reads the configuration as the program would, and checks all of it. No log file is opened.
 /// @param executable the full path of the program's executable
-/// @param expand whether paths with `${env:...}` are shown with what the variable holds, which may be secret
+/// @param expand whether paths with `${env:...}` are shown with the variable's value, which may be secret
 LogSetup ExamineLog(const Quenlor::QnFileName& executable, bool expand);
 
 std::string Format(const LogSetup& setup);

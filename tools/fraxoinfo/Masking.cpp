@@ -2,39 +2,34 @@
 
 #include <algorithm>
 #include <cctype>
+#include <sstream>
+
+#include <nlohmann/json.hpp>
 
 #include "CoreUtilities.h"
 #include "RegistryHelper.h"
 #include "UserSettingsConfig.h"
+#include "common/StoredText.h"
 
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
+using nlohmann::ordered_json;
+using Tools::Lower;
 
 namespace FraxoInfo
 {
 namespace
 {
-/// Of ASCII and of the letters with accents that share a lead byte with it in UTF-8, so that lengths stay.
-std::string Lower(std::string_view text)
+/// Whether a word starts or ends at this place, or none is there.
+bool IsBoundary(std::string_view text, std::size_t place)
 {
-    std::string lower{text};
-    for (std::size_t i = 0; i < lower.length(); ++i)
-    {
-        const auto byte = static_cast<unsigned char>(lower[i]);
-        const bool isCapital = (byte >= 'A' && byte <= 'Z') ||
-                               (i > 0 && lower[i - 1] == '\xC3' && byte >= 0x80 && byte <= 0x9E && byte != 0x97);
-        if (isCapital)
-            lower[i] = static_cast<char>(byte + 0x20);
-    }
-    return lower;
+    const auto isInWord = [](unsigned char byte)
+    { return std::isalnum(byte) != 0 || byte == '_' || byte >= 0x80; }; // letters beyond ASCII are several such bytes
+    return place == 0 || place == text.length() ||
+           !(isInWord(static_cast<unsigned char>(text[place - 1])) &&
+             isInWord(static_cast<unsigned char>(text[place])));
 }
 
-bool IsWordCharacter(char character)
-{
-    const auto byte = static_cast<unsigned char>(character);
-    return std::isalnum(byte) != 0 || byte == '_' || byte >= 0x80; // letters beyond ASCII are several such bytes
-}
-
-/// Whether a stored text says nothing of a person or a project by its form.
+/// Whether the form of a stored text shows that it says nothing about a person or a project.
 bool IsHarmless(std::string_view text)
 {
     const bool isRooted =
@@ -47,102 +42,108 @@ bool IsHarmless(std::string_view text)
            std::ranges::count(words, text) != 0;
 }
 
-/// The names of folders of this user's; they are part of many paths.
+/// The names of this user and of this user's folders, which are part of many paths.
 std::vector<std::string> Accounts()
 {
     std::vector<std::string> accounts;
     for (const char* const name : {"USER", "LOGNAME", "USERNAME"})
         accounts.push_back(GetEnvironmentVariableValue(name));
-    for (const char* const name : {"HOME", "USERPROFILE"})
+    for (const char* const name :
+         {"HOME", "USERPROFILE", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "LOCALAPPDATA", "QUENLOR_REGISTRY_DIR"})
     {
-        std::string home = GetEnvironmentVariableValue(name);
-        home.erase(home.find_last_not_of("/\\") + 1);
-        accounts.push_back(home.substr(home.find_last_of("/\\") + 1));
-    }
-    for (const char* const name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "LOCALAPPDATA", "QUENLOR_REGISTRY_DIR"})
-    {
-        const std::string folder = GetEnvironmentVariableValue(name);
+        std::string folder = GetEnvironmentVariableValue(name);
+        folder.erase(folder.find_last_not_of("/\\") + 1);
         for (const std::string_view parent : {"/home/", "\\users\\", "/users/"})
         {
             const std::size_t at = Lower(folder).find(parent);
             const std::size_t start = at == std::string::npos ? folder.length() : at + parent.length();
             accounts.push_back(folder.substr(start, folder.find_first_of("/\\", start) - start));
         }
+        if (std::string_view{name} == "HOME" || std::string_view{name} == "USERPROFILE") // wherever it is
+            accounts.push_back(folder.substr(folder.find_last_of("/\\") + 1));
     }
-    std::erase(accounts, "root"); // says nothing, and is a word of many answers
+    std::erase(accounts, "root"); // not personal, and a word in many answers
     return accounts;
 }
-} // namespace
-
-Masking::Masking(const std::vector<Answer>& answers)
+struct Personal
 {
-    Add(UserSettingsConfig::GetUserNameString().ToStdString(), "<user name>");
-    Add(UserSettingsConfig::GetUserEmail().ToStdString(), "<e-mail address>");
-    Add(UserSettingsConfig::GetDefaultConnectedProjectId().ToStdString(), "<project id>");
-    Add(UserSettingsConfig::GetDefaultConnectedProjectName().ToStdString(), "<project name>");
-    for (const std::string& account : Accounts())
-        Add(account, "<account>");
-    for (const LanguageChoice& place : LanguageChoices) // not asked for while a variable hides them
+    std::string text; // in small letters
+    const char* placeholder;
+};
+
+/// The longest first.
+std::vector<Personal> FindPersonal(const std::vector<Answer>& answers)
+{
+    std::vector<Personal> personal;
+    const auto add = [&](std::string_view text, const char* placeholder)
     {
-        const std::string choice =
-            RegistryHelper::GetStringValue(place.root, LanguageChoiceKey(), place.name, {}).ToStdString();
-        if (!IsHarmless(choice))
-            Add(choice, "<text>");
-    }
+        const std::string lower = Lower(text);
+        if (!lower.empty() && std::ranges::find(personal, lower, &Personal::text) == personal.end())
+            personal.push_back({lower, placeholder});
+    };
+    const auto addStored = [&](const std::string& held) // which may be a list
+    {
+        std::istringstream texts{held};
+        for (std::string text; std::getline(texts, text, '\0');)
+        {
+            if (!IsHarmless(text))
+                add(text, "<text>");
+        }
+    };
+    add(UserSettingsConfig::GetUserNameString(), "<user name>");
+    add(UserSettingsConfig::GetUserEmail(), "<e-mail address>");
+    add(UserSettingsConfig::GetDefaultConnectedProjectId(), "<project id>");
+    add(UserSettingsConfig::GetDefaultConnectedProjectName(), "<project name>");
+    for (const std::string& account : Accounts())
+        add(account, "<account>");
+    for (const LanguageChoice& place : LanguageChoices) // which are not asked while a variable hides them
+        addStored(RegistryHelper::GetStringValue(place.root, LanguageChoiceKey(), place.name, {}).ToStdString());
     for (const Answer& answer : answers)
     {
         for (const Source& source : answer.trace)
         {
-            const bool isStored =
-                source.kind == Source::Kind::RegistryValue || source.kind == Source::Kind::Environment;
-            const std::string_view all = isStored && source.held ? std::string_view{*source.held} : std::string_view{};
-            for (std::string_view held = all; !held.empty();)
-            {
-                const std::string_view text = held.substr(0, held.find('\0'));
-                if (!IsHarmless(text))
-                    Add(text, "<text>");
-                held.remove_prefix(std::min(text.length() + 1, held.length()));
-            }
+            if (source.kind == Source::Kind::RegistryValue || source.kind == Source::Kind::Environment)
+                addStored(source.held.value_or(""));
         }
     }
-    // Stable: of two equal ones the first says more.
-    std::ranges::stable_sort(m_personal, std::ranges::greater{},
-                             [](const Personal& personal) { return personal.text.length(); });
+    std::ranges::sort(personal, std::ranges::greater{}, [](const Personal& item) { return item.text.length(); });
+    return personal;
 }
 
-void Masking::Add(std::string_view text, const char* placeholder)
-{
-    const std::string lower = Lower(text);
-    if (!lower.empty() && std::ranges::find(m_personal, lower, &Personal::text) == m_personal.end())
-        m_personal.push_back({lower, placeholder});
-}
-
-std::string Masking::Apply(std::string_view text) const
+std::string Masked(std::string_view text, const std::vector<Personal>& personal)
 {
     const std::string lower = Lower(text);
     std::string result;
     for (std::size_t at = 0; at < text.length();)
     {
-        const auto isHere = [&](const Personal& personal)
+        const auto isHere = [&](const Personal& item)
         {
-            const std::size_t length = personal.text.length();
-            const auto isBoundary = [&](std::size_t place) {
-                return place == 0 || place == text.length() || !IsWordCharacter(text[place - 1]) ||
-                       !IsWordCharacter(text[place]);
-            };
-            constexpr std::size_t longestWord = 8; // what is longer is not part of a word by chance
-            return lower.compare(at, length, personal.text) == 0 &&
-                   (length > longestWord || (isBoundary(at) && isBoundary(at + length)));
+            constexpr std::size_t longestWord = 8; // longer texts are not part of a word by chance
+            const std::size_t end = at + item.text.length();
+            return lower.compare(at, item.text.length(), item.text) == 0 &&
+                   (end - at > longestWord || (IsBoundary(text, at) && IsBoundary(text, end)));
         };
-        const auto found = std::ranges::find_if(m_personal, isHere);
-        if (found == m_personal.end())
-            result += text[at++];
-        else
-        {
-            result += found->placeholder;
-            at += found->text.length();
-        }
+        const auto found = std::ranges::find_if(personal, isHere);
+        result += found == personal.end() ? std::string{text[at]} : found->placeholder;
+        at += found == personal.end() ? 1 : found->text.length();
     }
     return result;
+}
+
+void Mask(ordered_json& json, const std::vector<Personal>& personal)
+{
+    if (json.is_structured())
+    {
+        for (ordered_json& element : json)
+            Mask(element, personal);
+    }
+    else if (json.is_string())
+        json = Masked(json.get_ref<const std::string&>(), personal);
+}
+} // namespace
+
+void Mask(ordered_json& report, const std::vector<Answer>& answers)
+{
+    Mask(report, FindPersonal(answers));
 }
 } // namespace FraxoInfo

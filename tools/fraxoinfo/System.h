@@ -7,7 +7,7 @@
 
 #include "Doctor.h"
 
-// What differs between systems. One source per system.
+// What differs between systems: one source each.
 
 namespace FraxoInfo
 {
@@ -23,7 +23,7 @@ bool CanWrite(const std::filesystem::path& path);
 /// Whether this process has the rights of an administrator.
 bool IsAdministrator();
 
-/// From now on new files can be read by their owner only, where the system does not see to that by itself.
+/// From now on only their owner can read new files. On Windows the folders of a user see to that.
 void KeepFilesPrivate();
 
 /// Where the registry is kept, for people.

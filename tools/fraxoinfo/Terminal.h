@@ -4,22 +4,32 @@
 #include <string_view>
 #include <vector>
 
-namespace FraxoInfo
+#include <Quenlor/Utf8String.h>
+#include <fmt/ranges.h>
+
+/// The library's texts are formatted like any other.
+template<>
+struct fmt::formatter<Quenlor::Utf8String> : fmt::formatter<std::string_view>
 {
-enum class Colour
-{
-    Heading,
-    Good,
-    Warning,
-    Bad,
 };
 
-/// Whether Coloured colours. Off at the start: what is piped is plain text.
+namespace FraxoInfo
+{
+/// With the number of the terminal's code for it.
+enum class Colour
+{
+    Heading = 1,
+    Bad = 31,
+    Good = 32,
+    Warning = 33,
+};
+
+/// Whether Coloured adds colours. Off at the start: what is piped is plain text.
 void UseColours(bool use);
 
-/// The text between the terminal's codes for the colour; the bare text while colours are off.
+/// The text in that colour; the bare text while colours are off.
 std::string Coloured(std::string_view text, Colour colour);
 
-/// Those of `names` that somebody who typed `typed` may have meant, the nearest first; at most three.
+/// Up to three of `names` that `typed` may have been meant to be, the nearest first.
 std::vector<std::string> NearestNames(std::string_view typed, const std::vector<std::string>& names);
 } // namespace FraxoInfo

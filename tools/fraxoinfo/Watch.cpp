@@ -1,42 +1,17 @@
 #include "Watch.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <thread>
 
+#include <fmt/chrono.h>
+
 #include "Terminal.h"
 
 namespace FraxoInfo
 {
-namespace
-{
-std::vector<Answer> Ask(const std::vector<const Operation*>& operations)
-{
-    Quenlor::Fraxo::SharedUtilities::Native::ForgetLanguages();
-    std::vector<Answer> answers;
-    answers.reserve(operations.size());
-    for (const Operation* const operation : operations)
-        answers.push_back(AskFor(*operation, false));
-    return answers;
-}
-
-std::string TimeOfDay()
-{
-    const std::time_t now = std::time(nullptr);
-    std::array<char, 16> text{};
-    std::strftime(text.data(), text.size(), "%H:%M:%S", std::localtime(&now));
-    return text.data();
-}
-
-bool IsSame(const Source& one, const Source& other)
-{
-    return one.place == other.place && one.held == other.held && one.problem == other.problem;
-}
-} // namespace
-
 std::string Changes(const std::vector<Answer>& before, const std::vector<Answer>& after, const std::string& time)
 {
     std::string text;
@@ -46,12 +21,13 @@ std::string Changes(const std::vector<Answer>& before, const std::vector<Answer>
         const std::string now = Shown(after[i]);
         if (old == now)
             continue;
-        text += time + "  " + Coloured(after[i].operation->name, Colour::Heading) + ": " + old + " -> " + now + "\n";
+        text += fmt::format("{}  {}: {} -> {}\n", time, Coloured(after[i].operation->name, Colour::Heading), old, now);
         for (const Source& source : after[i].trace)
         {
-            const auto isSame = [&](const Source& other) { return IsSame(source, other); };
+            const auto isSame = [&](const Source& other)
+            { return source.place == other.place && source.held == other.held && source.problem == other.problem; };
             if (std::ranges::none_of(before[i].trace, isSame))
-                text += "          " + Printable(source.place) + " " + Shown(source) + "\n";
+                text += fmt::format("          {} {}\n", Printable(source.place), Shown(source));
         }
     }
     return text;
@@ -60,13 +36,15 @@ std::string Changes(const std::vector<Answer>& before, const std::vector<Answer>
 void Watch(const std::vector<const Operation*>& operations)
 {
     using Clock = std::chrono::steady_clock;
-    std::vector<Answer> before = Ask(operations);
-    for (;;)
+    for (std::vector<Answer> before;;)
     {
         const Clock::time_point start = Clock::now();
-        std::vector<Answer> after = Ask(operations);
-        const std::string changes = Changes(before, after, TimeOfDay());
-        std::fwrite(changes.data(), 1, changes.size(), stdout);
+        Quenlor::Fraxo::SharedUtilities::Native::ForgetLanguages();
+        std::vector<Answer> after;
+        for (const Operation* const operation : operations)
+            after.push_back(AskFor(*operation, false));
+        if (!before.empty())
+            fmt::print("{}", Changes(before, after, fmt::format("{:%H:%M:%S}", fmt::localtime(std::time(nullptr)))));
         before = std::move(after);
         if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
             return;

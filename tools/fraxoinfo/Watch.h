@@ -7,10 +7,10 @@
 
 namespace FraxoInfo
 {
-/// A line for each answer that is another one now, with the time, the old and the new value, and one for each source
-/// that moved. Empty when nothing has changed.
+/// For each answer that has changed a line with the time, the old and the new value, and one for each source that has.
+/// Empty when nothing has changed.
 std::string Changes(const std::vector<Answer>& before, const std::vector<Answer>& after, const std::string& time);
 
-/// Prints the changes of these answers as they happen, until the process is ended or its output cannot be written.
+/// Prints these answers as they change, until the process is ended or its output cannot be written.
 void Watch(const std::vector<const Operation*>& operations);
 } // namespace FraxoInfo

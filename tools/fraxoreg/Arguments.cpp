@@ -1,74 +1,50 @@
-#include "Arguments.h"
-
-#include <algorithm>
-
 #include "Operations.h"
+
+#include <sstream>
+
+#include "common/StoredText.h"
 
 namespace FraxoReg
 {
 namespace
 {
-constexpr char Lower(char character) noexcept
-{
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
-
-/// A switch may start with either sign of Windows, or with two hyphens.
-std::string_view WithoutSign(std::string_view name) noexcept
+/// The name of a switch, which may start with either sign of Windows or with two hyphens; empty for anything else.
+std::string NameOfSwitch(std::string_view argument)
 {
     for (const std::string_view sign : {"/", "--", "-"})
     {
-        if (name.starts_with(sign))
-            return name.substr(sign.size());
+        if (argument.starts_with(sign))
+            return Tools::Lower(argument.substr(sign.size()));
     }
     return {};
 }
 
-struct Definition
-{
-    std::string_view name;
-    bool takesText;
-};
-
 struct Definitions
 {
-    std::vector<std::string_view> operands;
-    std::vector<Definition> switches;
+    std::vector<std::string> operands;
+    std::map<std::string, bool> switches; // whether each takes text
 
     explicit Definitions(std::string_view help)
     {
-        for (; !help.empty(); help.remove_prefix(std::min(help.find('\n'), help.size() - 1) + 1))
+        std::istringstream lines{std::string{help}};
+        for (std::string line; std::getline(lines, line);)
         {
-            if (!help.starts_with("  ") || help[2] == ' ')
+            if (!line.starts_with("  ") || line[2] == ' ')
                 continue;
-            const std::size_t end = help.find(' ', 2);
-            const std::string_view name = help.substr(2, end - 2);
-            if (WithoutSign(name).empty())
-                operands.push_back(name);
+            const std::size_t end = line.find(' ', 2);
+            const std::string name = line.substr(2, end - 2);
+            if (const std::string switchName = NameOfSwitch(name); !switchName.empty())
+                switches[switchName] = line[end + 1] != ' ';
             else
-                switches.push_back({name, help[end + 1] != ' '});
+                operands.push_back(name);
         }
     }
-
-    const Definition* FindSwitch(std::string_view argument) const noexcept
-    {
-        const auto found = std::find_if(switches.begin(), switches.end(),
-                                        [name = WithoutSign(argument)](const Definition& candidate)
-                                        { return EqualIgnoringCase(WithoutSign(candidate.name), name); });
-        return found == switches.end() ? nullptr : &*found;
-    }
 };
-
-std::string Quoted(std::string_view name)
-{
-    return "'" + std::string{name} + "'";
-}
 } // namespace
 
-bool EqualIgnoringCase(std::string_view left, std::string_view right) noexcept
+bool EqualIgnoringCase(std::string_view left, std::string_view right)
 {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return Lower(a) == Lower(b); });
+    return Tools::Lower(left) == Tools::Lower(right);
 }
 
 bool IsHelpSwitch(std::string_view argument) noexcept
@@ -82,44 +58,49 @@ Arguments::Arguments(std::string_view help, std::span<const std::string> argumen
     for (std::size_t i = 0; i < arguments.size(); ++i)
     {
         const std::string& argument = arguments[i];
+        const std::string name = NameOfSwitch(argument);
+        const auto known = definitions.switches.find(name);
         if (IsHelpSwitch(argument))
         {
             m_wantsHelp = true;
             return;
         }
-        if (const Definition* const known = definitions.FindSwitch(argument))
+        if (known != definitions.switches.end())
         {
-            if (Has(known->name))
-                throw InvalidSyntax(Quoted(known->name) + " is given more than once.");
-            if (known->takesText && i + 1 == arguments.size())
-                throw InvalidSyntax("Value expected for " + Quoted(known->name) + ".");
-            m_switches[known->name] = known->takesText ? arguments[++i] : std::string{};
+            if (Has(argument))
+                throw InvalidSyntax("'" + argument + "' is given more than once.");
+            if (known->second && i + 1 == arguments.size())
+                throw InvalidSyntax("Value expected for '" + argument + "'.");
+            m_switches[name] = known->second ? arguments[++i] : std::string{};
         }
-        else if (const std::string_view name = WithoutSign(argument);
-                 EqualIgnoringCase(name, "reg:32") || EqualIgnoringCase(name, "reg:64"))
+        else if (name == "reg:32" || name == "reg:64")
             continue; // as on Windows, but there is one view of the registry
         else if (m_operands.size() == definitions.operands.size())
-            throw InvalidSyntax(Quoted(argument) + " is not expected here.");
+            throw InvalidSyntax("'" + argument + "' is not expected here.");
         else
             m_operands.push_back(argument);
     }
     if (m_operands.size() < definitions.operands.size())
-        throw InvalidSyntax(std::string{definitions.operands[m_operands.size()]} + " is missing.");
+        throw InvalidSyntax(definitions.operands[m_operands.size()] + " is missing.");
+}
+
+bool Arguments::Has(std::string_view name) const
+{
+    return m_switches.contains(NameOfSwitch(name));
 }
 
 std::optional<std::string> Arguments::Text(std::string_view name) const
 {
-    const auto found = m_switches.find(name);
-    return found == m_switches.end() ? std::nullopt : std::optional{found->second};
+    return Has(name) ? std::optional{m_switches.at(NameOfSwitch(name))} : std::nullopt;
 }
 
-void Arguments::RefuseTogether(std::initializer_list<std::string_view> names) const
+void Arguments::RefuseTogether(std::initializer_list<const char*> names) const
 {
-    std::string_view first;
-    for (const std::string_view name : names)
+    std::string first;
+    for (const char* const name : names)
     {
         if (Has(name) && !first.empty())
-            throw InvalidSyntax(Quoted(first) + " and " + Quoted(name) + " exclude each other.");
+            throw InvalidSyntax("'" + first + "' and '" + name + "' exclude each other.");
         if (Has(name))
             first = name;
     }

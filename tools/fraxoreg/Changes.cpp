@@ -17,23 +17,6 @@ bool HasValue(const KeyName& name, std::string_view valueName)
     ReadKey(name, [&](const Key& key) { hasValue = key.FindValue(valueName) != nullptr; });
     return hasValue;
 }
-
-LSTATUS DeleteValue(const KeyName& name, const std::string& valueName)
-{
-    HKEY key = nullptr;
-    LSTATUS status = ::RegOpenKeyExA(name.root, name.path.c_str(), 0, KEY_SET_VALUE, &key);
-    if (status == ERROR_SUCCESS)
-        status = ::RegDeleteValueA(key, valueName.c_str());
-    ::RegCloseKey(key);
-    return status;
-}
-
-LSTATUS DeleteAllValues(Key* key)
-{
-    while (key && !key->Values().empty())
-        key->DeleteValue(std::string{key->Values().begin()->second.name});
-    return key ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
-}
 } // namespace
 
 ExitStatus Add(const Arguments& arguments, const Console& console)
@@ -77,19 +60,25 @@ ExitStatus Delete(const Arguments& arguments, const Console& console)
     const std::string question = isValue       ? "Permanently delete the registry value " + ShownName(name)
                                  : isAllValues ? "Delete all values under the registry key " + key.FullName()
                                                : "Permanently delete the registry key " + key.FullName();
-    if (isValue ? !HasValue(key, name) : !ReadKey(key, [](const Key&) {}))
+    if (isValue ? !HasValue(key, name) : !ReadKey(key))
         throw NotFound();
     if (!arguments.Has("/f") && !Confirm(console, question + ' '))
         return Success;
-    if (isValue)
-        Require(key, DeleteValue(key, name));
-    else if (isAllValues)
+    KeyName place = PlaceOf(key);
+    if (isValue && !HasValue(place, name)) // of HKEY_CLASSES_ROOT the machine's value shows
+        place.root = HKEY_LOCAL_MACHINE;
+    const auto edit = [&](Key& hive) -> LSTATUS
     {
-        const KeyName place = PlaceOf(key);
-        ChangeHive(place.root, [&](Key& hive) { return DeleteAllValues(hive.Find(place.path)); });
-    }
-    else
-        Require(key, ::RegDeleteTreeA(key.root, key.path.c_str()));
+        Key* const found = hive.Find(place.path);
+        if (!found || (isValue && !found->DeleteValue(name)))
+            return ERROR_FILE_NOT_FOUND;
+        while (isAllValues && !found->Values().empty())
+            found->DeleteValue(std::string{found->Values().begin()->second.name});
+        if (!isValue && !isAllValues)
+            hive.Delete(place.path);
+        return ERROR_SUCCESS;
+    };
+    ChangeHive(place.root, edit);
     console.out << Completed;
     return Success;
 }

@@ -14,11 +14,10 @@ namespace Registry = Quenlor::StandIn::Registry;
 
 HKEY RootOf(std::string_view name)
 {
-    if (EqualIgnoringCase(name, "HKLM"))
-        return HKEY_LOCAL_MACHINE;
-    if (EqualIgnoringCase(name, "HKCU"))
-        return HKEY_CURRENT_USER;
-    return EqualIgnoringCase(name, "HKCR") ? HKEY_CLASSES_ROOT : Registry::RootOfName(name);
+    return EqualIgnoringCase(name, "HKLM")   ? HKEY_LOCAL_MACHINE
+           : EqualIgnoringCase(name, "HKCU") ? HKEY_CURRENT_USER
+           : EqualIgnoringCase(name, "HKCR") ? HKEY_CLASSES_ROOT
+                                             : Registry::RootOfName(name);
 }
 
 KeyName InClassesOf(HKEY root, std::string_view path)
@@ -28,26 +27,24 @@ KeyName InClassesOf(HKEY root, std::string_view path)
     return name;
 }
 
-std::string Explain(HKEY root, LSTATUS status)
+/// Throws unless a call for the hive succeeded.
+void Require(HKEY root, LSTATUS status)
 {
     const std::string file = Registry::HivePath(root);
-    switch (status)
-    {
-    case ERROR_FILE_NOT_FOUND:
-        return NotFound().what();
-    case ERROR_ACCESS_DENIED:
-        return file.empty() ? "Access is denied.\nThere is no folder for this part of the registry: set HOME or "
-                              "QUENLOR_REGISTRY_DIR."
-                            : "Access is denied.\nThis user has no permission for " + file + '.';
-    case ERROR_REGISTRY_IO_FAILED:
-        return "Error accessing the registry.\n" + file +
-               " cannot be read or written. The disk may be full, or it is not a file.";
-    case ERROR_BADDB:
-        return "Error accessing the registry.\n" + file +
-               " is not a registry file.\nIts first line has to be: Windows Registry Editor Version 5.00";
-    default:
-        return "Error accessing the registry.\n" + file + " gave the error " + std::to_string(status) + '.';
-    }
+    if (status == ERROR_SUCCESS)
+        return;
+    if (status == ERROR_FILE_NOT_FOUND)
+        throw NotFound();
+    if (status == ERROR_ACCESS_DENIED)
+        throw Failure{"Access is denied.\n" +
+                      (file.empty() ? "This part of the registry has no folder: set HOME or QUENLOR_REGISTRY_DIR."
+                                    : "This user has no permission for " + file + '.')};
+    throw Failure{"Error accessing the registry.\n" + file +
+                  (status == ERROR_REGISTRY_IO_FAILED
+                       ? " cannot be read or written. The disk may be full, or it is not a file."
+                   : status == ERROR_BADDB
+                       ? " is not a registry file.\nIts first line has to be: Windows Registry Editor Version 5.00"
+                       : " gave the error " + std::to_string(status) + '.')};
 }
 
 void CopyMissing(Key& target, const Key& source)
@@ -92,26 +89,24 @@ KeyName PlaceOf(const KeyName& name)
     if (name.root != HKEY_CLASSES_ROOT)
         return name;
     KeyName inUser = InClassesOf(HKEY_CURRENT_USER, name.path);
-    return ReadKey(inUser, [](const Key&) {}) ? inUser : InClassesOf(HKEY_LOCAL_MACHINE, name.path);
+    return ReadKey(inUser) ? inUser : InClassesOf(HKEY_LOCAL_MACHINE, name.path);
 }
 
 bool ReadKey(const KeyName& name, const std::function<void(const Key&)>& read)
 {
-    bool exists = false;
+    bool exists = name.root == HKEY_CLASSES_ROOT && name.path.empty();
+    const auto readFound = [&](const Key& hive)
+    {
+        const Key* const key = hive.Find(name.path);
+        exists = key != nullptr;
+        if (key)
+            read(*key);
+    };
     if (name.root != HKEY_CLASSES_ROOT)
     {
-        const auto readFound = [&](const Key& hive)
-        {
-            if (const Key* const key = hive.Find(name.path))
-            {
-                exists = true;
-                read(*key);
-            }
-        };
-        Require(name, Registry::ReadHive(name.root, readFound));
+        Require(name.root, Registry::ReadHive(name.root, readFound));
         return exists;
     }
-    exists = name.path.empty();
     Key merged;
     for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE})
         exists |= ReadKey(InClassesOf(root, name.path), [&](const Key& key) { CopyMissing(merged, key); });
@@ -122,12 +117,6 @@ bool ReadKey(const KeyName& name, const std::function<void(const Key&)>& read)
 
 void ChangeHive(HKEY root, const std::function<LSTATUS(Key&)>& edit)
 {
-    Require({root, {}}, Registry::ChangeHive(root, edit));
-}
-
-void Require(const KeyName& name, LSTATUS status)
-{
-    if (status != ERROR_SUCCESS)
-        throw Failure{Explain(PlaceOf(name).root, status)};
+    Require(root, Registry::ChangeHive(root, edit));
 }
 } // namespace FraxoReg

@@ -29,12 +29,10 @@ KeyName PlaceOf(const KeyName& name);
 // The functions below throw Failure with the words for an administrator when the registry refuses.
 
 /// Hands the key to `read`, which must not use the registry; false when it is missing. A key of HKEY_CLASSES_ROOT is
-/// shown as Windows merges it: what is in the user's classes, and what only the machine's have.
-bool ReadKey(const KeyName& name, const std::function<void(const Key&)>& read);
+/// merged as on Windows: what is in the user's classes, and what only the machine's have.
+bool ReadKey(
+    const KeyName& name, const std::function<void(const Key&)>& read = [](const Key&) {});
 
 /// Makes all changes of `edit` in a hive or, if it returns another code than 0, none.
 void ChangeHive(HKEY root, const std::function<LSTATUS(Key&)>& edit);
-
-/// Throws unless a call for the hive of this key succeeded.
-void Require(const KeyName& name, LSTATUS status);
 } // namespace FraxoReg

@@ -4,6 +4,9 @@
 #include <charconv>
 #include <cstdint>
 #include <limits>
+#include <utility>
+
+#include <fmt/format.h>
 
 #include "Operations.h"
 #include "registry/RegistryText.h"
@@ -12,69 +15,43 @@ namespace FraxoReg
 {
 namespace
 {
-struct TypeName
-{
-    std::string_view name;
-    DWORD type;
-};
-
-constexpr TypeName TypeNames[] = {
+constexpr std::pair<std::string_view, DWORD> TypeNames[] = {
     {"REG_SZ", REG_SZ},       {"REG_MULTI_SZ", REG_MULTI_SZ}, {"REG_EXPAND_SZ", REG_EXPAND_SZ},
     {"REG_DWORD", REG_DWORD}, {"REG_QWORD", REG_QWORD},       {"REG_BINARY", REG_BINARY},
     {"REG_NONE", REG_NONE},
 };
 
-std::string HexNumber(std::uint64_t number)
-{
-    char digits[16];
-    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, number, 16);
-    return "0x" + std::string(digits, end.ptr);
-}
-
 std::string HexNumber(std::string_view littleEndian)
 {
     std::uint64_t number = 0;
-    for (std::size_t i = littleEndian.size(); i-- > 0;)
-        number = number << 8 | static_cast<unsigned char>(littleEndian[i]);
-    return HexNumber(number);
+    for (auto byte = littleEndian.rbegin(); byte != littleEndian.rend(); ++byte)
+        number = number << 8 | static_cast<unsigned char>(*byte);
+    return fmt::format("{:#x}", number);
 }
 
 std::string HexBytes(std::string_view data)
 {
-    constexpr char digits[] = "0123456789ABCDEF";
     std::string text;
     for (const char character : data)
-    {
-        const auto byte = static_cast<unsigned char>(character);
-        text += digits[byte >> 4];
-        text += digits[byte & 0xF];
-    }
+        text += fmt::format("{:02X}", static_cast<unsigned char>(character));
     return text;
 }
 
 std::string JoinTexts(std::string_view data, std::string_view separator)
 {
     std::string joined;
-    for (const char character : data.substr(0, data.find_last_not_of('\0') + 1))
-    {
-        if (character == '\0')
-            joined += separator;
-        else
-            joined += character;
-    }
+    for (const char& character : data.substr(0, data.find_last_not_of('\0') + 1))
+        joined += character == '\0' ? separator : std::string_view{&character, 1};
     return joined;
 }
 
 /// Decimal, even with zeros before it, or hexadecimal after `0x`.
 std::string ParseNumber(std::string_view text, std::size_t size)
 {
-    std::string_view digits = text;
-    const bool isHex = digits.starts_with("0x") || digits.starts_with("0X");
-    if (isHex)
-        digits.remove_prefix(2);
+    const bool isHex = text.starts_with("0x") || text.starts_with("0X");
     std::uint64_t number = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [rest, error] = std::from_chars(digits.data(), end, number, isHex ? 16 : 10);
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data() + (isHex ? 2 : 0), end, number, isHex ? 16 : 10);
     const std::uint64_t most = std::numeric_limits<std::uint64_t>::max() >> (64 - 8 * size);
     if (error != std::errc{} || rest != end || number > most)
         throw InvalidSyntax("'" + std::string{text} + "' is not a number of this type.");
@@ -84,7 +61,7 @@ std::string ParseNumber(std::string_view text, std::size_t size)
     return data;
 }
 
-/// An odd number of digits stands for one with a zero before it.
+/// An odd number of digits gets a zero before it.
 std::string ParseBytes(const std::string& text)
 {
     const std::string digits = (text.size() % 2 != 0 ? "0" : "") + text;
@@ -106,7 +83,7 @@ std::string SplitTexts(std::string_view text, std::string_view separator)
     for (std::string_view rest = text; !rest.empty();)
     {
         const std::size_t end = std::min(rest.find(separator), rest.size());
-        // An empty text would end the list for every reader. One separator at the end, or alone, does no harm.
+        // An empty text would end the list for every reader. One separator at the end, or nothing else, does no harm.
         if (end == 0 && (rest != separator || !data.empty()))
             throw InvalidSyntax("'" + std::string{text} + "' is not a list: it has an empty string.");
         if (end != 0)
@@ -127,22 +104,18 @@ std::string SeparatorOf(const Arguments& arguments, std::string_view switchName)
 
 DWORD TypeOfName(std::string_view name)
 {
-    for (const TypeName& candidate : TypeNames)
+    for (const auto& [known, type] : TypeNames)
     {
-        if (EqualIgnoringCase(candidate.name, name))
-            return candidate.type;
+        if (EqualIgnoringCase(known, name))
+            return type;
     }
     throw InvalidSyntax("'" + std::string{name} + "' is not a type.");
 }
 
 std::string NameOfType(DWORD type)
 {
-    for (const TypeName& candidate : TypeNames)
-    {
-        if (candidate.type == type)
-            return std::string{candidate.name};
-    }
-    return HexNumber(std::uint64_t{type});
+    const auto* const found = std::ranges::find(TypeNames, type, &std::pair<std::string_view, DWORD>::second);
+    return found == std::end(TypeNames) ? fmt::format("{:#x}", type) : std::string{found->first};
 }
 
 std::string FormatData(DWORD type, std::string_view data, std::string_view separator)
@@ -158,20 +131,13 @@ std::string FormatData(DWORD type, std::string_view data, std::string_view separ
 
 std::string ParseData(DWORD type, const std::string& text, std::string_view separator)
 {
-    switch (type)
-    {
-    case REG_DWORD:
-        return ParseNumber(text, sizeof(DWORD));
-    case REG_QWORD:
-        return ParseNumber(text, sizeof(std::uint64_t));
-    case REG_BINARY:
+    if (type == REG_DWORD || type == REG_QWORD)
+        return ParseNumber(text, type == REG_DWORD ? sizeof(DWORD) : sizeof(std::uint64_t));
+    if (type == REG_BINARY)
         return ParseBytes(text);
-    case REG_MULTI_SZ:
+    if (type == REG_MULTI_SZ)
         return SplitTexts(text, separator);
-    case REG_NONE: // UTF-16 text, as on Windows, where only the text types are converted
-        return Quenlor::StandIn::Registry::ToUtf16Le(text + '\0');
-    default:
-        return text + '\0';
-    }
+    // REG_NONE is UTF-16 as on Windows, where only the text types are converted.
+    return type == REG_NONE ? Quenlor::StandIn::Registry::ToUtf16Le(text + '\0') : text + '\0';
 }
 } // namespace FraxoReg

@@ -5,7 +5,7 @@
 
 #include <Platform/Win32.h>
 
-#include "Arguments.h"
+#include "Operations.h"
 
 // Values as an administrator types and reads them.
 

@@ -3,7 +3,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "FraxoReg.h"
+#include "Operations.h"
 
 int main(int argc, char** argv)
 {

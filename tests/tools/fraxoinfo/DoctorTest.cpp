@@ -1,6 +1,5 @@
 #include "Doctor.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -8,54 +7,17 @@
 #include <gmock/gmock.h>
 
 #include "Features.h"
+#include "Installation.h"
+#include "LogSetup.h"
 #include "SettledOperations.h"
-#include "support/Files.h"
-#include "support/InstallationTest.h"
 
 namespace
 {
 using namespace FraxoInfo;
 using namespace std::string_literals;
 using std::filesystem::path;
-using ::testing::AllOf;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::Not;
-
-/// A small installation that lacks nothing: two languages, and the defaults of all files that users get copies of.
-class Installation : public InstallationTest
-{
-public:
-    using InstallationTest::Install; // damage is done from outside
-    using InstallationTest::m_machine;
-    using InstallationTest::RunFromOutput;
-
-    Installation()
-    {
-        m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", REG_MULTI_SZ,
-                            "de\0en\0\0"s);
-        Choose(HKEY_LOCAL_MACHINE, "DefaultLanguage", "en");
-        for (const char* const language : {"de", "en"})
-            WriteFile(Root() / "Resource/Language" / language / "Offices.xml", "default");
-        for (const Operation& operation : Catalogue())
-        {
-            if (operation.userFile)
-                WriteFile(NativePath(operation.userFile().installedDefault.ToStdString()), "[SECTION]\nkey=value\n");
-        }
-        WriteFile(MachineData() / "FraxoPro.log.xml", "<logging><appender name='n' type='console'/><root level='info'>"
-                                                      "<appender-ref ref='n'/></root></logging>");
-    }
-
-    path Root() const { return NativePath(m_bases.root); }
-    path MachineData() const { return NativePath(m_bases.machineData); }
-    path UserDefaults() const { return NativePath(m_bases.userData) / "Default"; }
-
-    void Choose(HKEY root, const char* name, const char* language) const
-    {
-        m_machine.WriteText(root, VendorKey + R"(\Language)", name, language);
-    }
-
-    const Bases m_bases = Install();
-};
 
 using Doctor = Installation;
 
@@ -67,7 +29,11 @@ TEST_F(Doctor, FindsNothingInAHealthyInstallation)
     WriteFile(MachineData() / "Sections/Custom.ini", ""); // an empty default has an empty copy
     AskForEverything(true);
     Choose(HKEY_CURRENT_USER, "CurrentLanguage", "de");
+    for (const char* const older : {R"(Software\Quenlor Systems\FraxoPro\1.00.00\Configurations)",
+                                    R"(Software\Quenlor\Fraxo Pro\9.50\Configurations)"})
+        m_machine.WriteText(HKEY_CURRENT_USER, older, "ThemeColor", "Dark"); // as an upgrade leaves them
     EXPECT_EQ(Format(Examine()), Healthy);
+    EXPECT_EQ(Format({{"P.", "R."}}), "! P.\n  R.\n\n1 problem needs attention.\n");
 }
 
 struct Damage
@@ -93,7 +59,7 @@ TEST_P(DamagedInstallation, GivesOneFindingThatNamesTheDamage)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
-    Damage{"Record", [](Installation& it) { it.m_machine.DeleteKey(HKEY_CLASSES_ROOT, InstallationKey); }, R"(no installation record: HKEY_CLASSES_ROOT\)" + InstallationKey},
+    Damage{"Record", [](Installation& it) { it.m_machine.DeleteKey(HKEY_CLASSES_ROOT, InstallationKey); }, R"("RootDir" of HKEY_CLASSES_ROOT\)" + InstallationKey + " is missing"},
     Damage{"Root", [](Installation& it) { remove_all(it.Root()); }, "root does not exist"},
     Damage{"RelativeRoot", [](Installation& it) { it.Install("relative"); }, R"(root is not an absolute path: relative\)"},
     Damage{"DefaultBelowTheRoot", [](Installation& it) { remove(it.Root() / "FRAXO/default.stp"); }, "GetStWizardDefaultStpPath"},
@@ -104,64 +70,28 @@ INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
     Damage{"LanguageFolder", [](Installation& it) { remove_all(it.Root() / "Resource/Language/de"); }, R"(language "de" has no resource folder)"},
     Damage{"UnusableFeature", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "yes"); }, "FPRO_FEATURE_REVULYTICS has an unusable value in the environment"},
     Damage{"OverriddenFeature", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "1"); }, "FPRO_FEATURE_REVULYTICS=1 overrides the INI file, which says nothing"},
-    Damage{"UnknownFeatureVariable", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULITICS", "1"); }, "FPRO_FEATURE_REVULITICS names no feature", "FPRO_FEATURE_REVULYTICS"},
+    Damage{"UnknownFeatureVariable", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULITICS", "1"); }, "FPRO_FEATURE_REVULITICS does not belong to a feature", "mean FPRO_FEATURE_REVULYTICS?"},
     Damage{"UnknownFeature", [](Installation& it) { WriteFile(it.MachineData() / ProductIni, "[DEV_FEATURES]\nFPRO_FEATURE_REVULITICS=1\n"); }, "FPRO_FEATURE_REVULITICS\" in section DEV_FEATURES", "FPRO_FEATURE_REVULYTICS"},
-    Damage{"ForcedLanguage", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "en"); it.Choose(HKEY_CURRENT_USER, "CurrentLanguage", "fr"); }, "FRAXO_PRO_LANGUAGE=en sets the language, and hides what was chosen (the user's language: fr"},
+    Damage{"ForcedLanguage", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "en"); it.Choose(HKEY_CURRENT_USER, "CurrentLanguage", "fr"); }, "FRAXO_PRO_LANGUAGE=en overrides the chosen language (the user's language: fr, the"},
     Damage{"SectionsVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", it.m_bases.machineData + "Sections\\"); }, "replaces the installed section database"},
     Damage{"RootVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_ROOT_DIRECTORY", "/nowhere"); }, "this program is not in it"},
     Damage{"RunningFromOutput", [](Installation& it) { it.RunFromOutput(); }, "Files missing there: 1", "Remove the variable"},
-    Damage{"OtherRelease", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\1.00.00\Configurations)", "ThemeColor", "Dark"); }, R"(Quenlor Systems\FraxoPro\1.00.00\Configurations, where this release does not look: ThemeColor)"},
+    Damage{"NewerRelease", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor Systems\FraxoPro\99.00.00\Configurations)", "ThemeColor", "Dark"); }, R"(Quenlor Systems\FraxoPro\99.00.00\Configurations, where this release does not look: ThemeColor)"},
     Damage{"OtherSpelling", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Fraxo Pro\)" + Release + R"(\Configurations)", "ThemeColor", "Dark"); }, "where this release does not look", R"(HKEY_CURRENT_USER\)" + SettingsKey + R"(\Configurations)"},
     Damage{"OtherType", [](Installation& it) { it.m_machine.WriteNumber(HKEY_CURRENT_USER, SettingsKey + R"(\Configurations)", "ThemeColor", 1); }, "ThemeColor is not used: REG_DWORD, text expected"},
     Damage{"ByteOrderMark", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "\xEF\xBB\xBF[SECTION]\nkey=1\n"); }, "starts with a byte-order mark"},
     Damage{"Utf16", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "\xFF\xFE[\0S\0]\0"s); }, "starts with a byte-order mark"},
     Damage{"Nuls", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "[SECTION]\nkey=\0\n"s); }, "Line 2 of this user's file"},
-    Damage{"NoSection", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "; nothing\n"); }, "has no section, although its default has"},
-    Damage{"NoBracket", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "[SECTION\nkey=1\n"); }, "no closing bracket: a header of section \"SECTIO\""},
-    Damage{"NoLogConfiguration", [](Installation& it) { remove(it.MachineData() / "FraxoPro.log.xml"); }, "There is no log configuration"},
+    Damage{"NoSection", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "; nothing\n"); }, "has no sections, unlike its default"},
+    Damage{"NoBracket", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "[SECTION\nkey=1\n"); }, R"(no closing bracket: read as the header of section "SECTIO")"},
+    Damage{"NoLogConfiguration", [](Installation& it) { remove(it.MachineData() / "FraxoPro.log.xml"); }, "The log configuration is missing"},
     Damage{"SilentLog", [](Installation& it) { WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging><appender name='n' type='null'/><root level='info'><appender-ref ref='n'/></root></logging>"); }, "sends no record anywhere"},
     Damage{"LogFolderIsAFile", [](Installation& it) { WriteFile(it.MachineData() / "Logs", ""); WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging><appender name='f' type='file' path='Logs/a.log'/><root level='info'><appender-ref ref='f'/></root></logging>"); }, "The log file cannot be written"},
     Damage{"LogConfiguration", [](Installation& it) { WriteFile(it.MachineData() / "FraxoPro.log.xml", "<logging>\n<rot/></logging>"); }, "FraxoPro.log.xml:2: <rot>"},
-    Damage{"UsersClasses", [](Installation& it) { for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) it.m_machine.WriteText(root, R"(Software\Classes\)" + InstallationKey, "RootDir", it.m_bases.root); }, "hide the machine's installation record"},
+    Damage{"UsersClasses", [](Installation& it) { for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) it.m_machine.WriteText(root, R"(Software\Classes\)" + InstallationKey, "RootDir", it.m_bases.root); }, "hides the machine's installation record"},
     Damage{"MachinesShellFolder", [](Installation& it) { it.m_machine.BreakShellFolder(ShellFolder::ProgramData); }, "Could not get ProgramData folder"}),
     [](const auto& row) { return std::string{row.param.name}; });
 // clang-format on
-
-TEST_F(Doctor, FindsFaultsOfRegistryFilesWithoutQuotingTheirData)
-{
-    if (!std::getenv("QUENLOR_REGISTRY_DIR"))
-        GTEST_SKIP() << "This system keeps its registry itself.";
-    const path registry = m_machine.Root() / "Registry";
-    const auto problems = [&]
-    {
-        std::string all;
-        for (const Finding& finding : Examine())
-            all += finding.problem + '|' + finding.remedy + '\n';
-        return all;
-    };
-    const std::string healthy = ReadFile(registry / "HKEY_LOCAL_MACHINE.reg");
-    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg", healthy + "\"Mail\"=\"kim@example.com\n");
-    EXPECT_THAT(problems(), AllOf(HasSubstr("HKEY_LOCAL_MACHINE.reg is skipped"), HasSubstr("\"Mail\"=..."),
-                                  Not(HasSubstr("kim@"))));
-
-    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg", healthy);
-    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg.skipped", "\"Mail\"=\"kim@example.com\n");
-    EXPECT_THAT(problems(), AllOf(HasSubstr("were skipped when it was last written"), Not(HasSubstr("kim@"))));
-
-    WriteFile(registry / "HKEY_LOCAL_MACHINE.reg", healthy.substr(healthy.find('\n') + 1));
-    EXPECT_THAT(problems(),
-                AllOf(HasSubstr("is not read at all"), HasSubstr("has to be: Windows Registry Editor Version 5.00"),
-                      Not(HasSubstr("RootDir="))));
-
-    remove(registry / "HKEY_CURRENT_USER.reg");
-    create_directory(registry / "HKEY_CURRENT_USER.reg");
-    EXPECT_THAT(problems(), HasSubstr("HKEY_CURRENT_USER.reg cannot be read"));
-}
-
-TEST(Findings, AreCountedBelowThem)
-{
-    EXPECT_EQ(Format(std::vector<Finding>{{"P.", "R."}}), "! P.\n  R.\n\n1 problem needs attention.\n");
-}
 
 TEST_F(Doctor, CreatesNothingUnlessFilesAreToBeProvided)
 {
@@ -172,15 +102,10 @@ TEST_F(Doctor, CreatesNothingUnlessFilesAreToBeProvided)
     EXPECT_FALSE(m_machine.HasKey(HKEY_CURRENT_USER, R"(Software\Quenlor Systems)"));
 
     const auto provided = AskForEverything(true);
-    for (std::size_t i = 0; i < answers.size(); ++i)
-    {
-        SCOPED_TRACE(answers[i].operation->name);
-        EXPECT_EQ(provided[i].failure, "") << "A getter that provides a file needs a row in Catalogue.cpp.";
-        EXPECT_TRUE(!IsSettled(*answers[i].operation) || provided[i].value == answers[i].value)
-            << Shown(provided[i]) << '\n'
-            << Shown(answers[i]);
-        EXPECT_TRUE(!answers[i].operation->userFile || provided[i].exists == true);
-    }
+    ExpectSameValues(answers, provided);
+    for (const Answer& answer : provided)
+        EXPECT_TRUE(answer.failure.empty() && (!answer.operation->userFile || answer.exists == true))
+            << answer.operation->name << Shown(answer);
 }
 
 TEST_F(Doctor, SaysWhatDecidedAFeature)
@@ -198,5 +123,60 @@ TEST_F(Doctor, SaysWhatDecidedAFeature)
     const auto features = ReadFeatures();
     EXPECT_EQ(features[2].source, "INI file " + m_bases.userData + R"(Default\)" + ProductIni);
     EXPECT_EQ(features[1].source, "off by default"); // the installed default is not read any more
+}
+class LogOfAProgram : public Installation
+{
+public:
+    LogSetup Examine(bool expand = false) const
+    {
+        return ExamineLog(Quenlor::QnFileName{m_programs + "Editor.exe"}, expand);
+    }
+
+    void Write(const std::string& xml) const { WriteFile(MachineData() / "FraxoPro.log.xml", xml); }
+
+    const std::string m_programs = m_machine.Folder("Programs");
+};
+
+TEST_F(LogOfAProgram, IsSetUpByTheFileThatApplies)
+{
+    const std::string beside = m_programs + "FraxoPro.log.xml", machines = m_bases.machineData + "FraxoPro.log.xml";
+    remove(NativePath(machines));
+    EXPECT_EQ(Format(Examine()), "Logger         Editor\nConfiguration  " + machines +
+                                     "  [missing]\nChosen because this is missing beside the executable: " + beside +
+                                     R"(
+Level          warning
+Appender       "console" to standard error
+Appender       "debugger" to the debugger
+)");
+    WriteFile(NativePath(beside), "<logging/>");
+    EXPECT_THAT(Format(Examine()),
+                HasSubstr("Configuration  " + beside +
+                          "  [exists]\nChosen because it is beside the executable, and wins over " + machines + "\n"));
+}
+
+TEST_F(LogOfAProgram, HasEveryFaultListedAndIsNotOpened)
+{
+    Write(R"(<logging>
+        <appender name="r" type="rolling-file" path="${LocalAppData}Logs/${logger}-${pid}.log" threshold="error" count="7"/>
+        <appender name="unused" type="file" path="${env:FRAXO_PRO_UNSET}/a.log"/>
+        <root level="info"><appender-ref ref="r"/></root>
+        <logger name="Editor" level="debug"><appender-ref ref="unknown"/></logger>
+        </logging>)");
+    const std::string file = (NativePath(m_bases.userData) / "Logs" / "Editor-${pid}.log").string();
+    EXPECT_THAT(Examine().lines,
+                ElementsAre("Level          debug", "Appender       \"r\" to " + file +
+                                                        ", 10485760 bytes, and 7 older ones, from level error"));
+    EXPECT_THAT(Examine().faults, ElementsAre(HasSubstr("FraxoPro.log.xml:5: <appender-ref>: unknown appender"),
+                                              HasSubstr("FraxoPro.log.xml:3: <appender>: \"unused\" is ignored")));
+    EXPECT_FALSE(exists(NativePath(m_bases.userData)));
+}
+
+TEST_F(LogOfAProgram, ShowsValuesOfTheEnvironmentOnlyWhenAsked)
+{
+    m_machine.SetEnvironment("FRAXO_PRO_SECRET", "secret");
+    Write(R"(<logging><appender name="a" type="file" path="${env:FRAXO_PRO_SECRET}/${logger}.log"/>
+        <root><appender-ref ref="a"/></root></logging>)");
+    EXPECT_THAT(Examine().lines, ElementsAre(HasSubstr("warning"), HasSubstr("${env:FRAXO_PRO_SECRET}/${logger}.log")));
+    EXPECT_THAT(Examine(true).lines, ElementsAre(HasSubstr("warning"), HasSubstr("secret")));
 }
 } // namespace

@@ -19,7 +19,7 @@ namespace
 {
 using namespace FraxoInfo;
 
-/// Alone in its process, so that the first calls of all are among these.
+// In a process of their own, so that the first calls of all are among these.
 using Threads = InstallationTest;
 
 TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
@@ -28,11 +28,10 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
     WriteFile(NativePath(bases.root + R"(Default\Plugins\Plugins.ini)"), "[USER-TOOLS]\n");
     m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", REG_MULTI_SZ,
                         {"de\0en\0", 7});
-    // Text that the first of them turns into numbers, other ones than the defaults.
-    const char* const flags[][2] = {
-        {"EnableFeed", "0"}, {"FEEDCategory0", "1"}, {"FEEDZone0", "1"}, {"ShowOnStartup", "1"}};
-    for (const auto& [name, text] : flags)
-        m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\RSSSettings)", name, text);
+    // Text that the first of them turns into a number, which is not the default.
+    for (const char* const name : {"FEEDCategory0", "FEEDZone0", "ShowOnStartup"})
+        m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\RSSSettings)", name, "1");
+    m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\RSSSettings)", "EnableFeed", "0");
 
     constexpr int count = 8;
     std::vector<std::vector<std::string>> answers(count);
@@ -46,17 +45,17 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
             ++arrived;
             while (arrived < expected) // so that all ask at once; std::barrier of mingw's GCC 12 loses wake-ups
                 std::this_thread::yield();
-            std::string answer = std::string{operation.name} + ": ";
+            std::string answer;
             try
             {
-                answer += ToText(operation.ask());
+                answer = ToText(operation.ask());
             }
             catch (const std::runtime_error& failure) // a default is missing
             {
-                answer += failure.what();
+                answer = failure.what();
             }
             if (IsSettled(operation))
-                mine.push_back(answer);
+                mine.push_back(std::string{operation.name} + ": " + answer);
         }
     };
     // Meanwhile the environment changes, in which the answers are looked for as well.
@@ -77,10 +76,7 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
     }
     answered = true;
     for (const std::vector<std::string>& mine : answers)
-    {
-        for (std::size_t i = 0; i < mine.size(); ++i)
-            EXPECT_EQ(mine[i], answers.front()[i]);
-    }
+        EXPECT_EQ(mine, answers.front());
     EXPECT_THAT(answers.front(), ::testing::IsSupersetOf({"IsRssFeedEnabled: false", "GetInstalledLanguages: de\nen"}));
 }
 } // namespace

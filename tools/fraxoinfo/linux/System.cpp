@@ -15,19 +15,15 @@ using namespace Quenlor::StandIn::Registry;
 
 namespace
 {
-/// What shows people which line is meant: a section, or the name of a value. The data may be anything of the user's.
+/// Shows people which line is meant: a section, or the name of a value. Its data may be personal.
 std::string Quoted(const RegistryFileProblem& problem)
 {
     constexpr std::size_t longest = 60;
     const std::string& text = problem.text;
-    std::size_t length = 0;
-    if (text.starts_with('['))
-        length = text.find_first_of("]\n");
-    else if (text.starts_with('"'))
-        length = text.find_first_of("=\n");
-    if (length == 0 || length == std::string::npos || length > longest)
-        return "";
-    return ": " + Tools::Printable(text.substr(0, length + 1)) + "...";
+    const std::size_t length = text.starts_with('[')   ? text.find_first_of("]\n")
+                               : text.starts_with('"') ? text.find_first_of("=\n")
+                                                       : text.npos;
+    return length > longest ? "" : ": " + Tools::Printable(text.substr(0, length + 1)) + "...";
 }
 
 void ExamineLines(std::vector<Finding>& findings, HKEY root, const std::string& path)
@@ -35,22 +31,18 @@ void ExamineLines(std::vector<Finding>& findings, HKEY root, const std::string& 
     std::vector<RegistryFileProblem> problems;
     const LSTATUS status = HiveProblems(root, problems);
     if (status == ERROR_BADDB)
-        findings.push_back({"The registry file " + path + " is not read at all: it is not a registry file.",
-                            "Its first line has to be: Windows Registry Editor Version 5.00"});
+        Add(findings, "The registry file {} is not read at all: it is not a registry file.", path).remedy =
+            "Its first line has to be: Windows Registry Editor Version 5.00";
     else if (status != ERROR_SUCCESS)
-        findings.push_back({"The registry file " + path + " cannot be read.",
-                            "Check that it is a file and that this user may read it."});
+        Add(findings, "The registry file {} cannot be read.", path).remedy =
+            "Check that it is a file and that this user may read it.";
     for (const RegistryFileProblem& problem : problems)
-        findings.push_back({"Line " + std::to_string(problem.line) + " of the registry file " + path +
-                                " is skipped: " + problem.reason + ".",
-                            "Correct or delete the line" + Quoted(problem)});
-    struct stat saved
-    {
-    };
-    if (::stat((path + ".skipped").c_str(), &saved) == 0 && saved.st_size != 0)
-        findings.push_back({"Lines of the registry file " + path +
-                                " were skipped when it was last written; they are in " + path + ".skipped.",
-                            "Import what is still needed with fraxoreg, then delete that file."});
+        Add(findings, "Line {} of the registry file {} is skipped: {}.", problem.line, path, problem.reason).remedy =
+            "Correct or delete the line" + Quoted(problem);
+    if (std::error_code error; std::filesystem::file_size(path + ".skipped", error) != 0 && !error)
+        Add(findings, "Lines of the registry file {0} were skipped when it was last written; they are in {0}.skipped.",
+            path)
+            .remedy = "Import what is still needed with fraxoreg, then delete that file.";
 }
 } // namespace
 
@@ -101,12 +93,12 @@ std::vector<Finding> ExamineRegistryFiles()
         if (!path.empty())
             ExamineLines(findings, root, path);
         else
-            findings.push_back({"There is no place for this user's registry.", "Set HOME to the user's folder."});
+            Add(findings, "This user's registry has no folder.").remedy = "Set HOME to the user's folder.";
     }
     const std::string users = HivePath(HKEY_CURRENT_USER);
     if (!users.empty() && !CanWriteOrMake(users))
-        findings.push_back({"This user cannot write the registry file " + users + ": no setting can be stored.",
-                            "Make the file and its folder writable for this user."});
+        Add(findings, "This user cannot write the registry file {}: no setting can be stored.", users).remedy =
+            "Make the file and its folder writable for this user.";
     return findings;
 }
 } // namespace FraxoInfo

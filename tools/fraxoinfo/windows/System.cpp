@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include <Platform/Win32.h>
+#include <shlobj.h>
 
 namespace FraxoInfo
 {
@@ -36,17 +37,10 @@ bool CanWrite(const std::filesystem::path& path)
 
 bool IsAdministrator()
 {
-    HANDLE token = nullptr;
-    if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &token) == 0)
-        return false;
-    TOKEN_ELEVATION elevation{};
-    DWORD size = sizeof elevation;
-    const bool isKnown = ::GetTokenInformation(token, TokenElevation, &elevation, size, &size) != 0;
-    ::CloseHandle(token);
-    return isKnown && elevation.TokenIsElevated != 0;
+    return ::IsUserAnAdmin() != 0;
 }
 
-void KeepFilesPrivate() {} // a user's folders are
+void KeepFilesPrivate() {} // as their folders are
 
 std::vector<std::string> RegistryPlaces()
 {
