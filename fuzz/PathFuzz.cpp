@@ -1,4 +1,4 @@
-// Any text for a path: what the operations on paths promise holds.
+// Any text as a path: the operations on paths keep their promises.
 
 #include <Quenlor/QnFileName.h>
 

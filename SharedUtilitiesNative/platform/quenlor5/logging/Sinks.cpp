@@ -36,7 +36,7 @@ private:
 
 constexpr std::string_view LineEndOfFiles = SPDLOG_EOL;
 
-/// A file that other programs may write, move aside and remove as well.
+/// A file that other programs may write, move aside and remove too.
 ///
 /// One that rolls is moved aside when it is full: Editor.log becomes Editor.1.log, the former Editor.1.log becomes
 /// Editor.2.log, and so on.
@@ -109,7 +109,7 @@ private:
     bool Roll(std::size_t length)
     {
         std::error_code error;
-        // Opened anew, because a forked process shares the lock of an opening.
+        // Opened again, because a forked process shares the lock of an opening.
         const LogFile file{m_path, error};
         if (error || !file.TryLock()) // another program is moving it: this record goes along
             return false;

@@ -55,12 +55,12 @@ TEST_F(FileSink, TriesAgainAfterASecondAndSaysHowManyRecordsAreLost)
     ::testing::internal::CaptureStderr();
     Log(sink, "1", 5000ms);
     Log(sink, "2", 5500ms);
-    Log(sink, "3", 6000ms);
+    Log(sink, "3", 6500ms);
     remove(m_folder);
-    Log(sink, "4", 6999ms);
+    Log(sink, "4", 7499ms);
     EXPECT_FALSE(exists(m_path));
-    Log(sink, "5", 7000ms);
-    Log(sink, "6", 7001ms);
+    Log(sink, "5", 7500ms);
+    Log(sink, "6", 7501ms);
     EXPECT_THAT(::testing::internal::GetCapturedStderr(), LooksLike("cannot open .*a.log: .*\n"));
     EXPECT_THAT(LinesOf(m_path), LooksLike("lost records: 4 \\(cannot open .*\\)\n5\n6\n"));
 }

@@ -16,7 +16,7 @@ namespace Quenlor
 {
 namespace
 {
-/// Folders must leave room for an 8.3 name, so their limit is the smaller one; it is safe for files as well.
+/// Folders must leave room for an 8.3 name, so their limit is the smaller one; it is safe for files too.
 constexpr std::size_t ClassicLimit = MAX_PATH - 12;
 
 std::wstring Native(const wchar_t* path)

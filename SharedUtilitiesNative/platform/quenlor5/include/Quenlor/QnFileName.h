@@ -90,8 +90,8 @@ public:
     /// @return Success when it was created, AlreadyExists when it was there, otherwise why it is missing
     static QnFileNameStatus CreateNewDirectory(const wchar_t* path);
 
-    /// Copies one file. The destination appears whole or not at all, belongs to this user alone and is writable,
-    /// whatever the source's permissions are.
+    /// Copies one file. The destination appears whole or not at all, and is writable whatever the source's permissions
+    /// are. It belongs to this user; on Linux, only this user can read it.
     /// @param overwrite false leaves an existing destination as it is, which is not a failure: callers copy what they
     ///        found missing, and another process may have put a file there since, and changed it
     static QnFileNameStatus QnCopyFile(const wchar_t* source, const wchar_t* destination, bool overwrite);
