@@ -1,5 +1,8 @@
 #include "support/KnownDifferences.h"
 
+#include <filesystem>
+#include <string>
+
 #include <Platform/Win32.h>
 #include <gtest/gtest.h>
 
@@ -11,26 +14,75 @@ bool IsWine()
     return system && ::GetProcAddress(system, "wine_get_version");
 }
 
+bool MakesKey(const char* path, HKEY lookedForIn, const char* lookedFor)
+{
+    HKEY key = nullptr;
+    ::RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    ::RegCloseKey(key);
+    key = nullptr;
+    const bool isFound = ::RegOpenKeyExA(lookedForIn, lookedFor, 0, KEY_READ, &key) == ERROR_SUCCESS;
+    ::RegCloseKey(key);
+    ::RegDeleteTreeA(HKEY_CURRENT_USER, path);
+    return isFound;
+}
+
+bool MakesLongKeys()
+{
+    const std::string name(256, 'n');
+    return MakesKey(name.c_str(), HKEY_CURRENT_USER, name.c_str());
+}
+
+bool HidesTheUsersClasses()
+{
+    return !MakesKey(R"(Software\Classes\Probe)", HKEY_CLASSES_ROOT, "Probe");
+}
+
+bool ReplacesReadOnlyFiles()
+{
+    const std::filesystem::path folder = std::filesystem::temp_directory_path();
+    const std::wstring kept = folder / "probe of a file", other = folder / "probe of another file";
+    for (const std::wstring& file : {kept, other})
+        ::CloseHandle(::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    ::SetFileAttributesW(kept.c_str(), FILE_ATTRIBUTE_READONLY);
+    const bool isReplaced = ::MoveFileExW(other.c_str(), kept.c_str(), MOVEFILE_REPLACE_EXISTING);
+    ::SetFileAttributesW(kept.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ::DeleteFileW(kept.c_str());
+    ::DeleteFileW(other.c_str());
+    return isReplaced;
+}
+
+/// Of a process that has set its awareness.
+bool TakesOpenedProcessesForUnaware()
+{
+    PROCESS_DPI_AWARENESS opened = PROCESS_DPI_UNAWARE, current = PROCESS_DPI_UNAWARE;
+    const HANDLE process = ::OpenProcess(PROCESS_ALL_ACCESS, FALSE, ::GetCurrentProcessId());
+    ::GetProcessDpiAwareness(process, &opened);
+    ::GetProcessDpiAwareness(nullptr, &current);
+    ::CloseHandle(process);
+    return opened != current;
+}
+
 struct Difference
 {
     std::string_view test;
     std::string_view row;
     const char* answer;
+    bool (*isThere)(); ///< Asks the system where that is possible without a crash.
 };
 
 // Real Windows answers as the tests say.
 constexpr Difference OfWine[] = {
-    {"ReturnCodes", "open: no result", "writes through the null pointer"},
-    {"ReturnCodes", "create: no result", "writes through the null pointer"},
-    {"ReturnCodes", "create: too long a name", "creates the key"},
-    {"IsWhatTheProcessSet", "", "takes the process of any real handle for unaware"},
-    {"ShowsTheUsersItemsThenTheMachines", "", "shows only the classes of the machine"},
-    {"ChangesTheUsersCopyIfThereIsOne", "", "shows only the classes of the machine"},
-    {"GetTheSameAnswersWhenAllAskAtOnce", "changed variables", "reads the environment without a lock"},
-    {"LeaveNoCopyAndNoHandle", "read-only", "replaces the file, as root"},
-    {"LeaveNoCopyAndNoHandle", "sealed", "makes the file, as root"},
-    {"AreCountedInTheLogLater", "read-only", "writes the file, as root"},
-    {"AreCountedInTheLogLater", "sealed", "makes the file, as root"},
+    {"ReturnCodes", "open: no result", "writes through the null pointer", IsWine},
+    {"ReturnCodes", "create: no result", "writes through the null pointer", IsWine},
+    {"ReturnCodes", "create: too long a name", "creates the key", MakesLongKeys},
+    {"IsWhatTheProcessSet", "", "takes the process of any real handle for unaware", TakesOpenedProcessesForUnaware},
+    {"ShowsTheUsersItemsThenTheMachines", "", "shows only the classes of the machine", HidesTheUsersClasses},
+    {"ChangesTheUsersCopyIfThereIsOne", "", "shows only the classes of the machine", HidesTheUsersClasses},
+    {"GetTheSameAnswersWhenAllAskAtOnce", "changed variables", "reads the environment without a lock", IsWine},
+    {"LeaveNoCopyAndNoHandle", "read-only", "replaces the file, as root", ReplacesReadOnlyFiles},
+    {"LeaveNoCopyAndNoHandle", "sealed", "makes the file, as root", ReplacesReadOnlyFiles},
+    {"AreCountedInTheLogLater", "read-only", "writes the file, as root", ReplacesReadOnlyFiles},
+    {"AreCountedInTheLogLater", "sealed", "makes the file, as root", ReplacesReadOnlyFiles},
 };
 } // namespace
 
@@ -39,7 +91,7 @@ const char* KnownDifference(std::string_view row)
     const std::string_view test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
     for (const Difference& difference : OfWine)
     {
-        if (test == difference.test && row == difference.row && IsWine())
+        if (test == difference.test && row == difference.row && difference.isThere())
             return difference.answer;
     }
     return nullptr;

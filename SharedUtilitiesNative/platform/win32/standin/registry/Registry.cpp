@@ -97,6 +97,7 @@ public:
             path.remove_prefix(1); // tolerated only there
         if (path.starts_with('\\'))
             throw Refusal{ERROR_BAD_PATHNAME};
+        m_parentLength = m_key.path.size();
         AppendToPath(m_key.path, path);
     }
 
@@ -122,6 +123,12 @@ public:
     const Key* KeyIn(const Hive& hive) const { return hive.Root().Find(m_key.path); }
     const std::string& Path() const noexcept { return m_key.path; }
     bool IsPredefined() const noexcept { return m_key.isPredefined; }
+    /// Whether the key of the handle is still there: another process may have deleted it meanwhile.
+    bool HasParent(const Key& hive) const
+    {
+        return m_key.isPredefined || m_key.root == HKEY_CLASSES_ROOT ||
+               hive.Find(std::string_view{m_key.path}.substr(0, m_parentLength));
+    }
 
     /// The value in the first hive that has one of that name, which becomes `home`; null when none has.
     const Value* FindValue(std::string_view name, Hive** home = nullptr) const
@@ -214,6 +221,7 @@ private:
     std::lock_guard<std::mutex> m_lock{m_hives.mutex};
     OpenKey m_key;             // what is worked on
     OpenKey* m_open = nullptr; // the handle; null for a predefined key
+    std::size_t m_parentLength = 0;
 };
 
 /// Hands a value's data to the caller, whose buffer has `room` bytes; `type` and `size` may name the same variable.
@@ -285,6 +293,8 @@ try
             return ERROR_INVALID_PARAMETER;
         const auto create = [&](Key& hive)
         {
+            if (!session.HasParent(hive))
+                return LSTATUS{ERROR_KEY_DELETED};
             isNew = !hive.Find(session.Path()); // another process may have created it meanwhile
             hive.Create(session.Path());
             return ERROR_SUCCESS;
