@@ -13,7 +13,7 @@ if(NOT BUILD_SHARED_LIBS)
         list(APPEND libraries Posix)
     endif()
 elseif(NOT WIN32)
-    set_target_properties(SharedUtilitiesNative PROPERTIES INSTALL_RPATH $ORIGIN) # Quenlor5 lies beside it
+    set_target_properties(SharedUtilitiesNative PROPERTIES INSTALL_RPATH $ORIGIN) # Quenlor5 is beside it
 endif()
 install(TARGETS ${libraries} EXPORT SharedUtilitiesNativeTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime

@@ -1,8 +1,8 @@
 # What `cpack` makes: Debian packages, one for each component; for Windows one .zip with everything.
 set(CPACK_PACKAGE_VENDOR "Quenlor Systems")
-# A Debian package names who made it: whoever distributes one gives `cpack -D CPACK_PACKAGE_CONTACT="Name <address>"`.
+# A Debian package names who made it: to distribute one, give `cpack -D CPACK_PACKAGE_CONTACT="Name <address>"`.
 set(CPACK_PACKAGE_CONTACT "The developers of ${PROJECT_NAME}")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # else it stands before the summary of each component
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # otherwise it precedes the summary of each component
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 

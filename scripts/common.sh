@@ -42,7 +42,7 @@ install_for_sanitizers() {
 
 install_for_windows() {
     install_for_linux
-    # Without its preloader, Wine ends at once and silently when the random heap lies where Windows keeps its shared data.
+    # Without its preloader, Wine ends at once and silently when the random heap covers the address of Windows' shared data.
     require_packages g++-mingw-w64-x86-64-posix googletest wine wine64 wine64-preloader
 }
 

@@ -30,7 +30,7 @@ struct PlexoraExplorerVersion
 /// ```
 /// Open files with ToNativePath(path): Windows' narrow functions do not take UTF-8, and Linux has no backslashes.
 ///
-/// Nothing here throws for an ordinary failure, and every call asks anew. No shared state: any thread may call; of two
+/// Nothing here throws for an ordinary failure, and every call asks again. No shared state: any thread may call; of two
 /// writers the last wins.
 class SHAREDUTILITIES_EXPORT UserSettingsConfig final
 {

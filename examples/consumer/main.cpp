@@ -33,7 +33,7 @@ int main()
             logger->Info("read " + settings);
         return 0;
     }
-    catch (const std::exception& error) // no installation, or a setting that is no number
+    catch (const std::exception& error) // no installation, or a setting that is not a number
     {
         std::cerr << "consumer: " << error.what() << '\n';
         return 1;

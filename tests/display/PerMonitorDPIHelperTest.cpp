@@ -1,4 +1,4 @@
-#include <Platform/Win32.h> // before the public header, which has to bear that order as well
+#include <Platform/Win32.h> // before the public header, to test that order as well
 
 #include "PerMonitorDPIHelper.h"
 

@@ -33,7 +33,7 @@ struct Place
     fs::path copy = user / "folder" / "User.ini";
 };
 
-/// @return whether a registry function succeeded; it may fail only with the code that the fault stands for
+/// @return whether a registry function succeeded; it may fail only with the code of the fault
 inline bool Succeeded(const Place& place, LSTATUS status)
 {
     EXPECT_THAT(status, ::testing::AnyOf(ERROR_SUCCESS,

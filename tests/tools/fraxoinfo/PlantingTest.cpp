@@ -12,7 +12,7 @@
 #include "support/Files.h"
 #include "support/InstallationTest.h"
 
-// What the library must not answer, whoever writes a folder or sets a variable.
+// What the library must not answer, even when others write a folder or set a variable.
 
 namespace
 {

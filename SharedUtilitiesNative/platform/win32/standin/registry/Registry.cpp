@@ -77,7 +77,7 @@ std::map<HKEY, OpenKey>& OpenKeys()
 }
 
 /// One call: it has the registry to itself, and one key to work on. Below HKEY_CLASSES_ROOT that key may be in the
-/// user's hive, in the machine's or in both; which of them applies is decided anew by each call.
+/// user's hive, in the machine's or in both; each call decides which of them applies.
 class Session final
 {
 public:

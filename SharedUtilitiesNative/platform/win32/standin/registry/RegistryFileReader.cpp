@@ -303,7 +303,7 @@ private:
 
     std::string_view m_rest;
     const char* m_lineEnd = nullptr; // of the last line
-    std::size_t m_lineNumber = 0;    // likewise
+    std::size_t m_lineNumber = 0;    // of the last line
     RegistryFileHandler& m_handler;
     RegistryFileResult m_result;
     bool m_isUnicode = false; // hexadecimal text consists of UTF-16 units
