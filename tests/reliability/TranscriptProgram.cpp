@@ -14,6 +14,7 @@
 #include <Quenlor/QnStringUtilities.h>
 
 #include "CoreUtilities.h"
+#include "DevFeaturesConfig.h"
 #include "IniReader.h"
 #include "RegistryHelper.h"
 #include "VersionConfig.h"
@@ -202,6 +203,33 @@ void UseHandle(Call& call, World& world)
         ::RegCloseKey(std::exchange(world.handles[target], result));
 }
 
+void ReadIni(Call& call, World& world)
+{
+    constexpr const char* pieces[] = {"[A]",      "[a]", "[B",          "]",  "\n", "\r\n", "\r",
+                                      "k",        "K=",  "=",           "1",  "0",  "-2",   "true",
+                                      "1.5e3",    ";",   "#",           " ",  "\t", "\"",   "\xEF\xBB\xBF",
+                                      "\xC3\xA9", "nan", "99999999999", "\\", "A"};
+    constexpr const char* names[] = {"A", "a", "B", "", "k", "K", "1"};
+    const std::string text = call.SomeOf(pieces, 25), section = call.OneOf(names), key = call.OneOf(names);
+    const bool isWhole = call.Below(2) != 0;
+    call.Say(text, section, key, isWhole, "->");
+    const fs::path file = world.root + "t.ini";
+    WriteFile(file, text);
+    IniReader reader;
+    call.Say(isWhole ? reader.LoadFile(file.wstring()) : reader.LoadSection(file.wstring(), section));
+    std::vector<std::string> sections;
+    call.Say(reader.GetSectionList(sections));
+    for (const std::string& found : sections)
+        call.Say(found);
+    std::vector<IniKeyValue> pairs;
+    call.Say(reader.GetKeyValuePairListBySection(section, pairs));
+    for (const IniKeyValue& pair : pairs)
+        call.Say(pair.Key, pair.Value);
+    call.Say(reader.GetStringValue(section, key, "none"), reader.GetBoolValue(section, key, true));
+    call.Say(reader.GetIntegerValue(section, key, 7)); // the first that may throw
+    call.Say(reader.GetFloatValue(section, key, 7));
+}
+
 void ConvertPath(Call& call, World&)
 {
     constexpr const char* starts[] = {"", "C:", "c:\\", "C:/", "\\\\server\\share", "\\\\server", "\\\\?\\C:\\", "x"};
@@ -224,19 +252,13 @@ void ConvertPath(Call& call, World&)
     call.Say(path.GetNameUtf8());
 }
 
-void ConvertText(Call& call, World& world)
+void ConvertText(Call& call, World&)
 {
     constexpr const char* pieces[] = {"1", "22",       ".",    "00", "-",  "+",  " ",  "x", ",",
                                       "=", "\xC3\xA9", "\xFF", "0x", "e9", "\t", "\n", ";"};
     std::string text = call.SomeOf(pieces, 6), copy = text;
     const std::string other = call.SomeOf(pieces, 6);
     call.Say(text, other, "->");
-    const fs::path ini = world.root + "t.ini";
-    WriteFile(ini, "[A]\nk=" + text);
-    IniReader reader;
-    call.Say(reader.LoadFile(ini.wstring()), reader.GetStringValue("A", "k", "none"),
-             reader.GetBoolValue("A", "k", true));
-    call.Say(reader.GetIntegerValue("A", "k", 7), reader.GetFloatValue("A", "k", 7));
     WString wide;
     call.Say(static_cast<int>(QnStringUtilities::Utf8ToWChar(wide, text.c_str())), wide);
     call.Say(QnStringUtilities::Wtoi(wide.c_str()), VersionConfig::CompareVersions(text, other));
@@ -272,7 +294,19 @@ void ProvideFile(Call& call, World& world)
              ReadFile(folder / "Own.ini"));
 }
 
-constexpr void (*Kinds[])(Call&, World&) = {UseHelper, UseHandle, UseHandle, ConvertPath, ConvertText, ProvideFile};
+void AskForFeature(Call& call, World& world)
+{
+    constexpr const char* values[] = {"", "0", "1", "2", "-1", " 1", "1x", "x", "99999999999", "0x1"};
+    constexpr const char* flags[] = {"FPRO_FEATURE_REVULYTICS", "FPRO_FEATURE_MASS_MODEL_GENERATOR"};
+    const std::string name = call.OneOf(flags), value = call.OneOf(values);
+    const auto id = static_cast<int>(call.Below(8)) - 1;
+    world.machine.SetEnvironment(name, value);
+    call.Say(name, value, id, "->");
+    call.Say(DevFeaturesConfig::IsDevFeatureEnabled(static_cast<DevFeatureId>(id)));
+}
+
+constexpr void (*Kinds[])(Call&, World&) = {UseHelper,   UseHandle,   UseHandle,   ReadIni,
+                                            ConvertPath, ConvertText, ProvideFile, AskForFeature};
 } // namespace
 
 int main(int argc, char** argv)
