@@ -41,6 +41,7 @@ void Watch(const std::vector<const Operation*>& operations)
         const Clock::time_point start = Clock::now();
         Quenlor::Fraxo::SharedUtilities::Native::ForgetLanguages();
         std::vector<Answer> after;
+        after.reserve(operations.size());
         for (const Operation* const operation : operations)
             after.push_back(AskFor(*operation, false));
         if (!before.empty())

@@ -24,8 +24,8 @@ constexpr std::pair<std::string_view, DWORD> TypeNames[] = {
 std::string HexNumber(std::string_view littleEndian)
 {
     std::uint64_t number = 0;
-    for (auto byte = littleEndian.rbegin(); byte != littleEndian.rend(); ++byte)
-        number = number << 8 | static_cast<unsigned char>(*byte);
+    for (std::size_t i = littleEndian.size(); i-- > 0;)
+        number = number << 8 | static_cast<unsigned char>(littleEndian[i]);
     return fmt::format("{:#x}", number);
 }
 
