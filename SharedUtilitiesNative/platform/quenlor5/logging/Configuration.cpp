@@ -148,6 +148,7 @@ public:
             return Refuse(0, "the file is larger than 16 MB");
         if (QnStringUtilities::Utf8ToWChar(unused, text.data(), text.length()) != QuenlorStatus::Success)
             return Refuse(0, "the file is not in UTF-8");
+        m_text = text;
         for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', end + 1))
             m_lineEnds.push_back(end);
         pugi::xml_document document;
@@ -155,7 +156,7 @@ public:
         const auto result = document.load_buffer(text.data(), text.size(), pugi::parse_default | pugi::parse_fragment,
                                                  pugi::encoding_utf8);
         if (!result)
-            return Refuse(LineAt(result.offset), result.description());
+            return Refuse(LineAt(static_cast<std::size_t>(result.offset)), result.description());
         const pugi::xml_node top = document.document_element();
         if (std::string_view{top.name()} != "logging")
             return Refuse(LineOf(top), "the outermost element must be <logging>");
@@ -188,17 +189,16 @@ public:
     }
 
 private:
-    std::size_t LineAt(std::ptrdiff_t offset) const
+    std::size_t LineAt(std::size_t position) const
     {
-        const auto position = static_cast<std::size_t>(std::max<std::ptrdiff_t>(offset, 0));
         return static_cast<std::size_t>(std::ranges::lower_bound(m_lineEnds, position) - m_lineEnds.begin()) + 1;
     }
 
+    /// The line of its first character that is not blank. Not counted in its value, where each CR is a line end.
     std::size_t LineOf(pugi::xml_node node) const
     {
-        const std::string_view text = node.value(); // of an element: empty
-        const auto blank = text.substr(0, text.find_first_not_of(" \t\r\n"));
-        return LineAt(node.offset_debug()) + static_cast<std::size_t>(std::ranges::count(blank, '\n'));
+        const auto start = static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
+        return LineAt(m_text.find_first_not_of(" \t\r\n", start));
     }
 
     void AddFault(std::size_t line, std::string text)
@@ -322,6 +322,7 @@ private:
     }
 
     std::vector<Fault>& m_faults;
+    std::string_view m_text; // the contents of the file
     std::vector<std::size_t> m_lineEnds;
     Configuration m_configuration;
     std::map<std::string, std::optional<std::size_t>, std::less<>> m_appenders; // positions; none after a complaint

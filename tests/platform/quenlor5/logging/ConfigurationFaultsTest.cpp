@@ -85,6 +85,7 @@ constexpr Broken BrokenOnes[] = {
     {"<logging><appender name='a' type='file' path='b/../p/x'/>\n<appender name='b' type='file' path='./p//x'/></logging>", "\"a\" writes the same file"},
     {"<logging/>\nrest", "unexpected content outside <logging>"},
     {"\nrest<logging/>", "unexpected content outside <logging>"},
+    {"\n\r\rrest<logging/>", "unexpected content outside <logging>"},
     {"<logging/>\n<logging><root level='info'/></logging>", "unexpected content outside <logging>"},
 };
 // clang-format on
