@@ -11,6 +11,10 @@
 template<>
 struct fmt::formatter<Quenlor::Utf8String> : fmt::formatter<std::string_view>
 {
+    auto format(const Quenlor::Utf8String& text, format_context& context) const
+    {
+        return formatter<std::string_view>::format(std::string_view{text}, context);
+    }
 };
 
 namespace FraxoInfo
