@@ -51,6 +51,21 @@ bool ReplacesReadOnlyFiles()
     return isReplaced;
 }
 
+bool WritesReadOnlyFiles()
+{
+    const std::wstring file = std::filesystem::temp_directory_path() / "probe of a read-only file";
+    const auto open = [&](DWORD how)
+    { return ::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, how, FILE_ATTRIBUTE_READONLY, nullptr); };
+    ::CloseHandle(open(CREATE_ALWAYS));
+    const HANDLE again = open(OPEN_EXISTING);
+    const bool isWritten = again != INVALID_HANDLE_VALUE;
+    if (isWritten)
+        ::CloseHandle(again);
+    ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ::DeleteFileW(file.c_str());
+    return isWritten;
+}
+
 /// Of a process that has set its awareness.
 bool TakesOpenedProcessesForUnaware()
 {
@@ -80,9 +95,9 @@ constexpr Difference OfWine[] = {
     {"ChangesTheUsersCopyIfThereIsOne", "", "shows only the classes of the machine", HidesTheUsersClasses},
     {"GetTheSameAnswersWhenAllAskAtOnce", "changed variables", "reads the environment without a lock", IsWine},
     {"LeaveNoCopyAndNoHandle", "read-only", "replaces the file, as root", ReplacesReadOnlyFiles},
-    {"LeaveNoCopyAndNoHandle", "sealed", "makes the file, as root", ReplacesReadOnlyFiles},
-    {"AreCountedInTheLogLater", "read-only", "writes the file, as root", ReplacesReadOnlyFiles},
-    {"AreCountedInTheLogLater", "sealed", "makes the file, as root", ReplacesReadOnlyFiles},
+    {"LeaveNoCopyAndNoHandle", "sealed", "makes the file, as root", WritesReadOnlyFiles},
+    {"AreCountedInTheLogLater", "read-only", "writes the file, as root", WritesReadOnlyFiles},
+    {"AreCountedInTheLogLater", "sealed", "makes the file, as root", WritesReadOnlyFiles},
 };
 } // namespace
 
