@@ -37,32 +37,39 @@ bool HidesTheUsersClasses()
     return !MakesKey(R"(Software\Classes\Probe)", HKEY_CLASSES_ROOT, "Probe");
 }
 
+/// A new file for a probe. Tests that run at the same time each have their own.
+std::wstring MakeFile(const char* name, DWORD attributes)
+{
+    const std::string ofThisProcess = name + std::to_string(::GetCurrentProcessId());
+    const std::wstring file = std::filesystem::temp_directory_path() / ofThisProcess;
+    ::CloseHandle(::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, attributes, nullptr));
+    return file;
+}
+
+void RemoveFile(const std::wstring& file)
+{
+    ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ::DeleteFileW(file.c_str());
+}
+
 bool ReplacesReadOnlyFiles()
 {
-    const std::filesystem::path folder = std::filesystem::temp_directory_path();
-    const std::wstring kept = folder / "probe of a file", other = folder / "probe of another file";
-    for (const std::wstring& file : {kept, other})
-        ::CloseHandle(::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-    ::SetFileAttributesW(kept.c_str(), FILE_ATTRIBUTE_READONLY);
+    const std::wstring kept = MakeFile("kept probe ", FILE_ATTRIBUTE_READONLY);
+    const std::wstring other = MakeFile("other probe ", FILE_ATTRIBUTE_NORMAL);
     const bool isReplaced = ::MoveFileExW(other.c_str(), kept.c_str(), MOVEFILE_REPLACE_EXISTING);
-    ::SetFileAttributesW(kept.c_str(), FILE_ATTRIBUTE_NORMAL);
-    ::DeleteFileW(kept.c_str());
-    ::DeleteFileW(other.c_str());
+    RemoveFile(kept);
+    RemoveFile(other);
     return isReplaced;
 }
 
 bool WritesReadOnlyFiles()
 {
-    const std::wstring file = std::filesystem::temp_directory_path() / "probe of a read-only file";
-    const auto open = [&](DWORD how)
-    { return ::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, how, FILE_ATTRIBUTE_READONLY, nullptr); };
-    ::CloseHandle(open(CREATE_ALWAYS));
-    const HANDLE again = open(OPEN_EXISTING);
+    const std::wstring file = MakeFile("written probe ", FILE_ATTRIBUTE_READONLY);
+    const HANDLE again = ::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     const bool isWritten = again != INVALID_HANDLE_VALUE;
     if (isWritten)
         ::CloseHandle(again);
-    ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-    ::DeleteFileW(file.c_str());
+    RemoveFile(file);
     return isWritten;
 }
 
