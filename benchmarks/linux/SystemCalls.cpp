@@ -1,6 +1,8 @@
-#include <array>
+#include <cstdlib>
+#include <memory>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "IniFiles.h"
@@ -9,16 +11,22 @@ namespace Benchmarks
 {
 namespace
 {
+/// The bytes of a file in memory.
 struct Bytes
 {
     explicit Bytes(const std::string& path)
     {
-        static std::array<char, std::size_t{64} * 1024> buffer;
         const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-        while (::read(file, buffer.data(), buffer.size()) > 0)
-            benchmark::DoNotOptimize(buffer.data());
+        struct stat status = {};
+        ::fstat(file, &status);
+        const auto size = static_cast<std::size_t>(status.st_size);
+        bytes = std::make_unique_for_overwrite<char[]>(size);
+        if (::read(file, bytes.get(), size) != status.st_size)
+            std::abort();
         ::close(file);
     }
+
+    std::unique_ptr<char[]> bytes;
 };
 
 const bool added = AddLoading<Bytes>("system calls");

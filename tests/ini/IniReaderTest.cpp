@@ -145,7 +145,7 @@ TEST_F(IniReaderTest, CtrlZEndsTheTextAsInTheRuntime)
 TEST_F(IniReaderTest, ReadsFilesWhoseSizeIsNotKnown)
 {
     const std::string content(10'000, 'x');
-    for (const std::int64_t guess : {0, 1, 9'999, 10'000, 20'000})
+    for (const std::int64_t guess : {0, 9'999, 10'000, 20'000})
     {
         std::size_t taken = 0;
         const auto read = [&](char* place, std::size_t count)

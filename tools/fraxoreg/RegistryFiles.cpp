@@ -104,7 +104,7 @@ private:
 
 std::string ReadFile(const std::string& path)
 {
-    const Quenlor::Posix::FileDescriptor file = Quenlor::Posix::OpenFile(path);
+    const Quenlor::Posix::RegularFile file = Quenlor::Posix::OpenFile(path);
     std::optional<std::string> text;
     if (file)
         text = Quenlor::Posix::ReadAll(file);

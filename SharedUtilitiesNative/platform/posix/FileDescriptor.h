@@ -6,7 +6,7 @@
 namespace Quenlor::Posix
 {
 /// An open file descriptor, closed at the end of its scope; negative when none is open.
-class FileDescriptor final
+class FileDescriptor
 {
 public:
     FileDescriptor() noexcept = default;

@@ -9,7 +9,6 @@
 #include <sys/stat.h>
 
 #include "posix/CaseFolding.h"
-#include "posix/ReadFile.h"
 
 namespace Quenlor::Posix
 {
@@ -93,10 +92,10 @@ std::string NativePath(std::string_view path, bool& exists)
     return !exists && errno == ENOENT ? LookUp(native, exists) : native;
 }
 
-FileDescriptor OpenForReading(std::string_view path)
+RegularFile OpenForReading(std::string_view path)
 {
     const std::string native = Spelled(path);
-    FileDescriptor file = OpenFile(native);
+    RegularFile file = OpenFile(native);
     if (file || errno != ENOENT)
         return file;
     bool exists = false;

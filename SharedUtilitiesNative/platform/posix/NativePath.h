@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "posix/FileDescriptor.h"
+#include "posix/ReadFile.h"
 
 namespace Quenlor::Posix
 {
@@ -13,5 +13,5 @@ std::string NativePath(std::string_view path, bool& exists);
 
 /// Opens the file that NativePath would name, as OpenFile does. No other call comes before the open, which itself shows
 /// whether the exact spelling is there.
-FileDescriptor OpenForReading(std::string_view path);
+RegularFile OpenForReading(std::string_view path);
 } // namespace Quenlor::Posix

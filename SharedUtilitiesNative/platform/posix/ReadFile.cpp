@@ -10,27 +10,25 @@
 
 namespace Quenlor::Posix
 {
-FileDescriptor OpenFile(const std::string& path, int flags, int folder)
+RegularFile OpenFile(const std::string& path, int flags, int folder)
 {
-    FileDescriptor file{RetryInterrupted(
-        [&] { return ::openat(folder, path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | flags); })};
-    struct stat status;
-    if (!file || ::fstat(file.get(), &status) != 0)
+    RegularFile file{FileDescriptor{RetryInterrupted(
+        [&] { return ::openat(folder, path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | flags); })}};
+    if (!file || ::fstat(file.get(), &file.status) != 0)
         return {};
-    if (S_ISREG(status.st_mode))
+    if (S_ISREG(file.status.st_mode))
         return file;
+    const int error = S_ISDIR(file.status.st_mode) ? EISDIR : EINVAL;
     file = {};
-    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    errno = error;
     return file;
 }
 
-std::optional<std::string> ReadAll(const FileDescriptor& file, std::size_t limit)
+std::optional<std::string> ReadAll(const RegularFile& file)
 {
     std::string text;
     std::array<char, 65536> part;
-    struct stat status = {};
-    ::fstat(file.get(), &status); // what cannot fit need not be read
-    while (text.size() <= limit && static_cast<std::size_t>(status.st_size) <= limit)
+    while (text.size() <= LargestFile && file.status.st_size <= off_t{LargestFile}) // what cannot fit need not be read
     {
         const ssize_t count = RetryInterrupted([&] { return ::read(file.get(), part.data(), part.size()); });
         if (count <= 0)

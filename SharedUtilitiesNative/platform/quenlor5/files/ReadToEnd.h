@@ -9,8 +9,8 @@
 
 namespace Quenlor
 {
-/// @param size how long the text is as far as the system knows, negative if it is not that of a file; any length is
-/// read
+/// @param size how long the text is as far as the system knows: 0 if it does not know, negative if it is not that of a
+/// file. One that turns out longer is read as well.
 /// @param read puts at most `count` bytes at a place: read(place, count) returns how many, 0 or less at the end
 /// @return false, with the reason in errno, for what is not a file or longer than 256 MB
 template<class Read>
@@ -21,12 +21,11 @@ bool ReadToEnd(TextFile& text, std::int64_t size, Read read)
         errno = size < 0 ? EINVAL : EFBIG;
         return false;
     }
-    std::size_t room = std::max<std::size_t>(static_cast<std::size_t>(size), 4095) + 1; // finds the end without growing
+    const auto expected = static_cast<std::size_t>(size);
+    std::size_t room = std::max<std::size_t>(expected, 4095) + 1; // finds the end without growing
     TextFile file{std::make_unique_for_overwrite<char[]>(room)};
-    for (auto count = read(file.bytes.get(), room); count > 0;
-         count = read(file.bytes.get() + file.length, room - file.length))
+    do
     {
-        file.length += static_cast<std::size_t>(count);
         if (file.length == room)
         {
             room *= 2;
@@ -34,7 +33,11 @@ bool ReadToEnd(TextFile& text, std::int64_t size, Read read)
             std::copy_n(file.bytes.get(), file.length, larger.get());
             file.bytes = std::move(larger);
         }
-    }
+        const auto count = read(file.bytes.get() + file.length, room - file.length);
+        if (count <= 0)
+            break;
+        file.length += static_cast<std::size_t>(count);
+    } while (file.length == room || file.length < expected || expected == 0);
     text = std::move(file);
     return true;
 }

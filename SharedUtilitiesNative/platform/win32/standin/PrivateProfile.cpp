@@ -67,7 +67,7 @@ DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR name, LPCSTR whenMissing, 
     buffer[0] = '\0';
     if (!section || !name || !path)
         return 0;
-    const Quenlor::Posix::FileDescriptor file = Quenlor::Posix::OpenForReading(path);
+    const Quenlor::Posix::RegularFile file = Quenlor::Posix::OpenForReading(path);
     const std::string content = file ? Quenlor::Posix::ReadAll(file).value_or("") : "";
     const std::string_view value =
         FindValue(content, Trimmed(section), Trimmed(name)).value_or(TrimmedRight(whenMissing ? whenMissing : ""));

@@ -48,7 +48,7 @@ ProcessList* ListOf(HANDLE snapshot) noexcept
 /// The text of a system file up to its first NUL or line feed; empty when it cannot be read.
 std::string FirstWord(const fs::path& file)
 {
-    const Quenlor::Posix::FileDescriptor opened = Quenlor::Posix::OpenFile(file);
+    const Quenlor::Posix::RegularFile opened = Quenlor::Posix::OpenFile(file);
     const std::string text = opened ? Quenlor::Posix::ReadAll(opened).value_or("") : "";
     return text.substr(0, std::min(text.find('\0'), text.find('\n')));
 }

@@ -1,6 +1,5 @@
 #include <Quenlor/TextFile.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <Quenlor/QnFileName.h>
@@ -11,11 +10,10 @@
 
 bool Quenlor::ReadTextFile(TextFile& text, const wchar_t* path)
 {
-    const Posix::FileDescriptor file = Posix::OpenForReading(QnFileName{path}.GetNameUtf8());
-    struct stat status;
-    if (!file || ::fstat(file.get(), &status) != 0)
+    const Posix::RegularFile file = Posix::OpenForReading(QnFileName{path}.GetNameUtf8());
+    if (!file)
         return false;
     const auto read = [&](char* place, std::size_t count)
     { return Posix::RetryInterrupted([&] { return ::read(file.get(), place, count); }); };
-    return ReadToEnd(text, status.st_size, read);
+    return ReadToEnd(text, file.status.st_size, read);
 }
