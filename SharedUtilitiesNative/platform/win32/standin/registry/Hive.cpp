@@ -47,9 +47,9 @@ FileVersion VersionAt(const std::string& path, int folder = AT_FDCWD)
 }
 
 /// None when it is missing.
-FileDescriptor OpenHive(const std::string& path, int flags = 0, int folder = AT_FDCWD)
+Posix::RegularFile OpenHive(const std::string& path, int flags = 0, int folder = AT_FDCWD)
 {
-    FileDescriptor file = Posix::OpenFile(path, flags, folder);
+    Posix::RegularFile file = Posix::OpenFile(path, flags, folder);
     Require(file || errno == ENOENT || errno == ENOTDIR);
     return file;
 }
@@ -115,6 +115,16 @@ LSTATUS Hive::RefreshOncePerTick()
     return m_isLoaded && m_tick == Tick() ? ERROR_SUCCESS : Refresh();
 }
 
+const Key* Hive::Find(const std::string& path)
+{
+    if (!m_found || path != m_foundPath)
+    {
+        m_foundPath = path;
+        m_found = m_root.Find(path);
+    }
+    return m_found;
+}
+
 LSTATUS Hive::CheckWritable() const
 try
 {
@@ -138,6 +148,7 @@ try
     const FileLock lock{folder, name + LockSuffix};
     Load(OpenHive(name, O_NOFOLLOW, folder.get()));
     m_isLoaded = false; // whatever fails from now on
+    m_found = nullptr;
     status = edit(m_root);
     if (status == ERROR_SUCCESS)
         Commit(folder, name);
@@ -161,20 +172,19 @@ catch (const std::system_error& error)
     return CodeOf(error);
 }
 
-void Hive::Load(const FileDescriptor& file)
+void Hive::Load(const Posix::RegularFile& file)
 {
-    // Before the text is read: what is written in between is another version then, and is read by the next call.
-    struct stat status = {};
-    if (file)
-        status = StatusOf(file);
-    if (m_isLoaded && VersionOf(status) == m_version)
+    // Older than the text: what is written in between is another version then, and is read by the next call.
+    const FileVersion version = VersionOf(file.status);
+    if (m_isLoaded && version == m_version)
         return;
     m_isLoaded = m_isSynced = false;
+    m_found = nullptr;
     m_root.Clear();
     m_content = {};
-    m_version = VersionOf(status);
-    m_mode = status.st_mode & 0777;
-    m_group = status.st_gid;
+    m_version = version;
+    m_mode = file.status.st_mode & 0777;
+    m_group = file.status.st_gid;
     const std::optional<std::string> text = file ? Posix::ReadAll(file) : "";
     Require(text.has_value());
     if (text->find_first_not_of(" \t\r\n") != std::string::npos)

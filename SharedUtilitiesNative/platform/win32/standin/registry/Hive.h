@@ -16,7 +16,8 @@
 namespace Quenlor::Posix
 {
 class FileDescriptor;
-}
+struct RegularFile;
+} // namespace Quenlor::Posix
 
 namespace Quenlor::StandIn::Registry
 {
@@ -51,6 +52,7 @@ public:
 
     // Of the last Refresh or Change, if it returned 0.
     const Key& Root() const noexcept { return m_root; }
+    const Key* Find(const std::string& path); ///< As Key::Find; at once for the path of the time before.
     const std::vector<RegistryFileProblem>& Problems() const noexcept { return m_content.problems; }
 
     LSTATUS CheckWritable() const; ///< 0 if this process has the right to change it.
@@ -64,7 +66,7 @@ public:
     LSTATUS Sync();
 
 private:
-    void Load(const Posix::FileDescriptor& file);
+    void Load(const Posix::RegularFile& file);
     void Commit(const Posix::FileDescriptor& folder, const std::string& name);
     bool IsPrivate() const noexcept { return m_rootKey == HKEY_CURRENT_USER; }
 
@@ -72,6 +74,8 @@ private:
     std::string m_path;
 
     Key m_root;
+    std::string m_foundPath;      // programs read several settings of one key
+    const Key* m_found = nullptr; // null when its key may be gone
     RegistryFileResult m_content; // what could not be read of it
     FileVersion m_version;        // the one that the keys are from
     mode_t m_mode = 0;            // of that version

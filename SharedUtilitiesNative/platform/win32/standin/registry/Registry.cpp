@@ -120,7 +120,7 @@ public:
         return existing ? *existing : m_hives.Of(m_key.root).back();
     }
 
-    const Key* KeyIn(const Hive& hive) const { return hive.Root().Find(m_key.path); }
+    const Key* KeyIn(Hive& hive) const { return hive.Find(m_key.path); }
     const std::string& Path() const noexcept { return m_key.path; }
     bool IsPredefined() const noexcept { return m_key.isPredefined; }
     /// Whether the key of the handle is still there: another process may have deleted it meanwhile.
@@ -149,7 +149,7 @@ public:
     const Item* ItemAt(DWORD index, const std::map<std::string, Item, std::less<>>& (Key::*items)() const noexcept)
     {
         const Key* earlier = nullptr;
-        for (const Hive& hive : m_hives.Of(m_key.root))
+        for (Hive& hive : m_hives.Of(m_key.root))
         {
             const Key* const key = KeyIn(hive);
             if (!key)
