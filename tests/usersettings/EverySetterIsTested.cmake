@@ -1,4 +1,4 @@
-# cmake -DHEADER=UserSettingsConfig.h -DTESTS=FOLDER -P: fails for a setting that no table of the tests has a row for.
+# cmake -DHEADER=UserSettingsConfig.h -DTESTS=FOLDER -P: fails for a setting that no test of the folder calls.
 file(GLOB sources ${TESTS}/*.cpp)
 set(text)
 foreach(source IN LISTS sources)
@@ -12,6 +12,6 @@ endif()
 foreach(line IN LISTS lines)
     string(REGEX REPLACE ".* ((Set|Enable)[A-Za-z0-9_]+)\\(.*" "\\1" setter "${line}")
     if(NOT text MATCHES "::${setter}[^A-Za-z0-9_]")
-        message(SEND_ERROR "${setter} needs a row in ${TESTS}/RegistrySettingsTest.cpp")
+        message(SEND_ERROR "${setter} needs a line in ${TESTS}/RegistrySettingsTest.cpp")
     endif()
 endforeach()

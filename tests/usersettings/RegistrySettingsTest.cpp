@@ -3,9 +3,10 @@
 #include <cstdlib>
 #include <string>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "VersionConfig.h"
+#include "language/LanguageChoice.h"
 #include "support/InstallationTest.h"
 #include "support/Printers.h"
 #include "usersettings/InstalledVersion.h"
@@ -19,80 +20,47 @@ using Settings = UserSettingsConfig;
 const std::string Configurations = SettingsKey + R"(\Configurations)";
 const std::string RssSettings = SettingsKey + R"(\RSSSettings)";
 const std::string LicenseConfig = SettingsKey + R"(\LicenseConfig)";
-const std::string Build = SettingsKey + R"(\Build)";
 
-class UserSettings : public InstallationTest
-{
-protected:
-    std::optional<StoredValue> Stored(const std::string& key, const char* name) const
-    {
-        return m_machine.ReadData(HKEY_CURRENT_USER, key, name);
-    }
-
-    /// An earlier release records its version, or only leaves settings.
-    void Run(const std::string& release, const char* version) const
-    {
-        const std::string key = R"(Software\Quenlor Systems\FraxoPro\)" + release;
-        m_machine.WriteText(HKEY_CURRENT_USER, version ? key + R"(\Build)" : key, "ProductVersion",
-                            version ? version : "");
-    }
-};
+using UserSettings = InstallationTest;
 
 TEST_F(UserSettings, AreWhereInstallersLookForThem)
 {
-    const struct
-    {
-        void (*set)(bool);
-        bool (*get)();
-        std::string key;
-        const char* name;
-        bool whenMissing; // similar switches differ on purpose
-    } flags[] = {
-        // clang-format off
-        {Settings::SetUseRoamingProjectConfig, Settings::UseRoamingProjectConfig, Configurations, "UseRoamingProjectConfig", true},
-        {Settings::SetUseDefaultProjectForLogging, Settings::UseDefaultProjectForLogging, Configurations, "UseDefaultProjectForLogging", true},
-        {Settings::EnableRssFeed, Settings::IsRssFeedEnabled, RssSettings, "EnableFeed", true},
-        {Settings::SetShowPreviewerOnStartup, Settings::GetShowPreviewerOnStartup, RssSettings, "ShowOnStartup", false},
-        {Settings::SetIsNewVersionInstallFlag, Settings::GetIsNewVersionInstallFlag, Build, "IsNewVersionInstall", true},
-        {Settings::EnableNuclearDesignCode, Settings::IsNuclearDesignCodeEnabled, LicenseConfig, "NuclearDesignCodes", false},
-        {Settings::EnableLumConnection, Settings::IsLumConnectionEnabled, LicenseConfig, "LUMConnection", false},
-        {[](bool on) { Settings::SetRssFeedCategory(-1, on); }, [] { return Settings::GetRssFeedCategory(-1); }, RssSettings, "FEEDCategory-1", false},
-        {[](bool on) { Settings::SetRssFeedZone(12, on); }, [] { return Settings::GetRssFeedZone(12); }, RssSettings, "FEEDZone12", false},
-        // clang-format on
-    };
-    for (const auto& [set, get, key, name, whenMissing] : flags)
+    const auto isFlag = [&](auto set, auto get, const std::string& key, const char* name, bool whenMissing)
     {
         SCOPED_TRACE(name);
         EXPECT_EQ(get(), whenMissing);
         set(true);
-        EXPECT_EQ(Stored(key, name), (StoredValue{REG_DWORD, "\1\0\0\0"s}));
+        EXPECT_EQ(m_machine.ReadData(HKEY_CURRENT_USER, key, name), (StoredValue{REG_DWORD, "\1\0\0\0"s}));
         set(false);
         EXPECT_FALSE(get());
         m_machine.WriteNumber(HKEY_CURRENT_USER, key, name, 7); // nothing is cached
         EXPECT_TRUE(get());
-    }
-    const struct
-    {
-        void (*set)(const Quenlor::Utf8String&);
-        Quenlor::Utf8String (*get)();
-        std::string key;
-        const char* name;
-    } texts[] = {
-        // clang-format off
-        {Settings::SetDefaultConnectedProjectId, Settings::GetDefaultConnectedProjectId, Configurations, "DefaultProjectID"},
-        {Settings::SetDefaultConnectedProjectName, Settings::GetDefaultConnectedProjectName, Configurations, "DefaultProjectName"},
-        {Settings::SetApplicationTheme, Settings::GetApplicationTheme, Configurations, "ThemeColor"},
-        {Settings::SetRssFeedLastReadInfo, Settings::GetRssFeedLastReadInfo, RssSettings, "LastRead"},
-        {Settings::SetRssFeedUrl, nullptr, RssSettings, "FEEDUrl"},
-        // clang-format on
     };
-    for (const auto& [set, get, key, name] : texts)
+    const auto isText = [&](auto set, auto get, const std::string& key, const char* name)
     {
-        EXPECT_TRUE(!get || get().empty()) << name;
+        EXPECT_EQ(get(), "") << name;
         set("text");
-        EXPECT_EQ(Stored(key, name), (StoredValue{REG_SZ, "text\0"s}));
-        EXPECT_TRUE(!get || get() == "text") << name;
-    }
+        EXPECT_EQ(m_machine.ReadData(HKEY_CURRENT_USER, key, name), (StoredValue{REG_SZ, "text\0"s}));
+        EXPECT_EQ(get(), "text") << name;
+    };
+    // Similar switches have different defaults on purpose.
+    // clang-format off
+    isFlag(Settings::SetUseRoamingProjectConfig, Settings::UseRoamingProjectConfig, Configurations, "UseRoamingProjectConfig", true);
+    isFlag(Settings::SetUseDefaultProjectForLogging, Settings::UseDefaultProjectForLogging, Configurations, "UseDefaultProjectForLogging", true);
+    isFlag(Settings::EnableRssFeed, Settings::IsRssFeedEnabled, RssSettings, "EnableFeed", true);
+    isFlag(Settings::SetShowPreviewerOnStartup, Settings::GetShowPreviewerOnStartup, RssSettings, "ShowOnStartup", false);
+    isFlag(Settings::SetIsNewVersionInstallFlag, Settings::GetIsNewVersionInstallFlag, SettingsKey + R"(\Build)", "IsNewVersionInstall", true);
+    isFlag(Settings::EnableNuclearDesignCode, Settings::IsNuclearDesignCodeEnabled, LicenseConfig, "NuclearDesignCodes", false);
+    isFlag(Settings::EnableLumConnection, Settings::IsLumConnectionEnabled, LicenseConfig, "LUMConnection", false);
+    isFlag([](bool on) { Settings::SetRssFeedCategory(-1, on); }, [] { return Settings::GetRssFeedCategory(-1); }, RssSettings, "FEEDCategory-1", false);
+    isFlag([](bool on) { Settings::SetRssFeedZone(12, on); }, [] { return Settings::GetRssFeedZone(12); }, RssSettings, "FEEDZone12", false);
+    isText(Settings::SetDefaultConnectedProjectId, Settings::GetDefaultConnectedProjectId, Configurations, "DefaultProjectID");
+    isText(Settings::SetDefaultConnectedProjectName, Settings::GetDefaultConnectedProjectName, Configurations, "DefaultProjectName");
+    isText(Settings::SetApplicationTheme, Settings::GetApplicationTheme, Configurations, "ThemeColor");
+    isText(Settings::SetRssFeedLastReadInfo, Settings::GetRssFeedLastReadInfo, RssSettings, "LastRead");
+    // clang-format on
+    Settings::SetRssFeedUrl("text"); // which has no getter
+    EXPECT_EQ(m_machine.ReadData(HKEY_CURRENT_USER, RssSettings, "FEEDUrl"), (StoredValue{REG_SZ, "text\0"s}));
 }
 
 TEST_F(UserSettings, OfInstallersAndSupportAreOutsideTheUsersKey)
@@ -117,40 +85,34 @@ TEST_F(UserSettings, KeepTheDocumentServiceInTheEnvironment)
     EXPECT_STREQ(std::getenv(Variable), "1");
 }
 
-// A process has one language, so each of these needs one of its own.
-
-TEST_F(UserSettings, HaveAFontForChinese)
+TEST_F(UserSettings, IncludeAFontForChinese)
 {
+    m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "zh-CN"); // letter case matters
+    EXPECT_EQ(Settings::GetApplicationFont(), "Segoi UI");   // spelled so
+    ForgetLanguages();
     m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "zh-cn");
     EXPECT_EQ(Settings::GetApplicationFont(), "Microsoft YaHei");
     m_machine.WriteText(HKEY_CURRENT_USER, Configurations, "ThemeFont", ""); // empty, but stored
     EXPECT_EQ(Settings::GetApplicationFont(), "");
 }
 
-TEST_F(UserSettings, HaveOneFontForAllOtherLanguages)
-{
-    m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "zh-CN"); // letter case matters
-    EXPECT_EQ(Settings::GetApplicationFont(), "Segoi UI");   // spelled so
-}
-
 TEST_F(UserSettings, IncludeTheVersionThatRanLast)
 {
-    Run("20.00.00", nullptr);
-    Run("19.00.00", "19.00.00.01");
+    const auto record = [this](const std::string& release, const char* version)
+    {
+        const std::string key = R"(Software\Quenlor Systems\FraxoPro\)" + release + R"(\Build)";
+        m_machine.WriteText(HKEY_CURRENT_USER, key, "ProductVersion", version);
+    };
+    record("20.00.00", "20.05.00.09");
     EXPECT_EQ(LastVersionBefore("24.00.00"), "") << "nothing below 21 is considered";
-    Run("21.00.00", nullptr);
-    Run("21.00.00", "21.05.00.09"); // only the key matters
-    EXPECT_EQ(LastVersionBefore("24.00.00"), "21.00.00.00");
+    record("21.00.00", "21.05.00.09"); // only the key matters
     EXPECT_EQ(Settings::GetLastInstalledProductVersion(), "21.00.00.00");
-    Run("22.00.00", "22.05.00.41");
-    Run("23.00.00", "");
+    record("22.00.00", "22.05.00.41");
+    record("23.00.00", "");
     EXPECT_EQ(LastVersionBefore("24.00.00"), "22.05.00.41");
     EXPECT_EQ(LastVersionBefore("22.00.00"), "21.00.00.00") << "only what came before";
-    EXPECT_EQ(LastVersionBefore("unknown"), "21.00.00.00");
-    Run("100.00.00", "100.01.00.00");
-    EXPECT_EQ(LastVersionBefore("101.00.00"), "100.01.00.00");
 
-    Run(Release, "1.01.00.07"); // of an earlier build of this release
+    record(Release, "1.01.00.07"); // of an earlier build of this release
     EXPECT_EQ(Settings::GetLastInstalledProductVersion(), "1.01.00.07");
     Settings::SetIsNewVersionInstallFlag(false);
     Settings::SetCurrentInstalledProductVersion();

@@ -1,5 +1,7 @@
 #include "VersionConfig.h"
 
+#include <tuple>
+
 #include <gtest/gtest.h>
 
 #include "support/Printers.h"
@@ -10,19 +12,11 @@ using Quenlor::Fraxo::SharedUtilities::Native::VersionConfig;
 
 TEST(CompareVersions, ComparesPartsAsNumbersOfSixteenBits)
 {
-    const struct
-    {
-        const char* first;
-        const char* second;
-        int result;
-    } rows[] = {
-        {"7.10.0.0", "7.9.0.115", 1}, // numbers, not text
-        {"1.0", "1.0.0.0", 0},        {"1.0.0.1", "1.0.0.2", -1}, {"4294967298.0.0.0", "2.0.0.0", 0}, // beyond int
-        {"1.-1.0.0", "1.2.0.0", 1},                                                                   // unsigned
-        {"abc", "0.0.0.1", -1},       {"2 .9", "2.1", -1}, // what does not fit ends the reading
-        {"1.2.3.4.5", "1.2.3.4", 0},
-    };
-    for (const auto& [first, second, result] : rows)
+    for (const auto& [first, second, result] :
+         {std::tuple{"7.10.0.0", "7.9.0.115", 1},                                        // numbers, not text
+          std::tuple{"1.0", "1.0.0.0", 0}, std::tuple{"4294967298.0.0.0", "2.0.0.0", 0}, // beyond int
+          std::tuple{"1.-1.0.0", "1.2.0.0", 1},                                          // unsigned
+          std::tuple{"2 .9", "2.1", -1}})                                                // what does not fit ends it
     {
         EXPECT_EQ(VersionConfig::CompareVersions(first, second), result) << first << ", " << second;
         EXPECT_EQ(VersionConfig::CompareVersions(second, first), -result);

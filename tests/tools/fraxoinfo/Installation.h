@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "Answer.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
@@ -24,8 +26,7 @@ public:
             if (operation.userFile)
                 WriteFile(NativePath(operation.userFile().installedDefault.ToStdString()), "[SECTION]\nkey=value\n");
         }
-        WriteFile(MachineData() / "FraxoPro.log.xml", "<logging><appender name='n' type='console'/><root level='info'>"
-                                                      "<appender-ref ref='n'/></root></logging>");
+        WriteLogSetup("type='console'");
     }
 
     std::filesystem::path Root() const { return NativePath(m_bases.root); }
@@ -37,5 +38,21 @@ public:
         m_machine.WriteText(root, VendorKey + R"(\Language)", name, language);
     }
 
+    void WriteLogSetup(const std::string& appender) const
+    {
+        WriteFile(MachineData() / "FraxoPro.log.xml",
+                  "<logging><appender name='a' " + appender +
+                      "/><root level='info'><appender-ref ref='a'/></root></logging>");
+    }
+
     const Bases m_bases = Install();
 };
+
+/// All answers, with whether what they name exists. Without whether a program is running: another test may be running
+/// fraxoinfo.
+inline std::string SettledAnswers(bool provide)
+{
+    std::vector<FraxoInfo::Answer> answers = FraxoInfo::AskForEverything(provide);
+    std::erase_if(answers, [](const auto& answer) { return answer.operation->name.starts_with("IsExeRunning"); });
+    return Format(answers);
+}

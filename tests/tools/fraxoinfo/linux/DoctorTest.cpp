@@ -18,7 +18,7 @@ using ::testing::Not;
 
 class DoctorOnLinux : public Installation
 {
-public:
+protected:
     static std::string Problems()
     {
         std::string all;
@@ -28,64 +28,50 @@ public:
     }
 
     const fs::path m_registry = m_machine.Root() / "Registry";
-    const fs::path m_machinesHive = m_registry / "HKEY_LOCAL_MACHINE.reg";
-    const fs::path m_usersHive = m_registry / "HKEY_CURRENT_USER.reg";
 };
 
 TEST_F(DoctorOnLinux, FindsFaultsOfRegistryFilesWithoutQuotingTheirData)
 {
-    const std::string healthy = ReadFile(m_machinesHive);
-    WriteFile(m_machinesHive, healthy + "\"Mail\"=\"kim@example.com\n");
+    const fs::path hive = m_registry / "HKEY_LOCAL_MACHINE.reg";
+    const std::string healthy = ReadFile(hive), mail = "\"Mail\"=\"kim@example.com\n";
+    WriteFile(hive, healthy + mail);
+    WriteFile(hive.string() + ".skipped", mail);
     EXPECT_THAT(Problems(), AllOf(HasSubstr("HKEY_LOCAL_MACHINE.reg is skipped"), HasSubstr("\"Mail\"=..."),
-                                  Not(HasSubstr("kim@"))));
+                                  HasSubstr("were skipped when it was last written"), Not(HasSubstr("kim@"))));
 
-    WriteFile(m_machinesHive, healthy);
-    WriteFile(m_machinesHive.string() + ".skipped", "\"Mail\"=\"kim@example.com\n");
-    EXPECT_THAT(Problems(), AllOf(HasSubstr("were skipped when it was last written"), Not(HasSubstr("kim@"))));
-
-    WriteFile(m_machinesHive, healthy.substr(healthy.find('\n') + 1));
-    EXPECT_THAT(Problems(),
-                AllOf(HasSubstr("is not read at all"), HasSubstr("has to be: Windows Registry Editor Version 5.00"),
-                      Not(HasSubstr("RootDir="))));
-
-    remove(m_usersHive);
-    create_directory(m_usersHive);
-    EXPECT_THAT(Problems(), HasSubstr("HKEY_CURRENT_USER.reg cannot be read"));
+    WriteFile(hive, healthy.substr(healthy.find('\n') + 1));
+    EXPECT_THAT(Problems(), AllOf(HasSubstr("is not read at all"), Not(HasSubstr("RootDir="))));
+    remove(hive);
+    create_directory(hive);
+    EXPECT_THAT(Problems(), HasSubstr("HKEY_LOCAL_MACHINE.reg cannot be read"));
 }
 
 TEST_F(DoctorOnLinux, NamesWhatThisUserCannotWrite)
 {
-    const fs::path data = m_machine.Root() / "LocalAppData", log = MachineData() / "Logs/a.log";
-    WriteFile(MachineData() / "FraxoPro.log.xml", "<logging><appender name='f' type='file' path='Logs/a.log'/><root "
-                                                  "level='info'><appender-ref ref='f'/></root></logging>");
-    const auto allow = [&](fs::perms writing)
+    WriteLogSetup("type='file' path='Logs/a.log'");
+    const auto setModes = [this](fs::perms mode)
     {
-        for (const fs::path& folder : {m_registry, data, MachineData()})
-            permissions(folder, fs::perms{0555} | writing);
+        for (const fs::path& folder : {m_registry, m_machine.Root() / "LocalAppData", MachineData()})
+            permissions(folder, mode);
     };
-    allow(fs::perms::none);
+    setModes(fs::perms{0555});
     {
         const OrdinaryUser user{m_machine.Root()};
-        EXPECT_THAT(Problems(), AllOf(HasSubstr("cannot write the registry file " + m_usersHive.string()),
-                                      HasSubstr("cannot write to the data folder " + m_bases.userData),
-                                      HasSubstr("log file cannot be written: " + log.string())));
+        EXPECT_THAT(Problems(),
+                    AllOf(HasSubstr("cannot write the registry file " + m_registry.string()),
+                          HasSubstr("cannot write to the data folder " + m_bases.userData),
+                          HasSubstr("log file cannot be written: " + (MachineData() / "Logs/a.log").string())));
     }
-    allow(fs::perms::owner_write);
-    EXPECT_EQ(Problems(), "");
-    permissions(m_machine.Root(), fs::perms::owner_all);
+    setModes(fs::perms{0755});
 }
 
 TEST_F(DoctorOnLinux, ReportsWithPersonalDataAreOnlyTheOwners)
 {
     ::umask(0);
     const std::string file = (m_machine.Root() / "report.html").string();
-    const auto modeOf = [&](std::vector<const char*> arguments)
-    {
-        arguments.insert(arguments.begin(), {"fraxoinfo", "report", "--force", file.c_str()});
-        EXPECT_EQ(FraxoInfo::Run(static_cast<int>(arguments.size()), arguments.data()), 0);
-        return fs::status(file).permissions();
-    };
-    EXPECT_EQ(modeOf({}), fs::perms{0666});
-    EXPECT_EQ(modeOf({"--personal"}), fs::perms{0600}) << "in place of one that all can read";
+    WriteFile(file, "one that all can read");
+    const char* const arguments[] = {"fraxoinfo", "report", "--personal", "--force", file.c_str()};
+    EXPECT_EQ(FraxoInfo::Run(5, arguments), 0);
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms{0600});
 }
 } // namespace
