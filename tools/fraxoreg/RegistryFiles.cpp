@@ -1,6 +1,6 @@
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <functional>
 #include <istream>
 #include <iterator>
 #include <optional>
@@ -17,7 +17,6 @@
 #include "registry/RegistryFileReader.h"
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryPath.h"
-#include "registry/RegistryText.h"
 
 namespace FraxoReg
 {
@@ -25,82 +24,6 @@ namespace
 {
 namespace fs = std::filesystem;
 namespace Registry = Quenlor::StandIn::Registry;
-
-/// Collects what a registry file asks for, hive by hive.
-class ChangeList final : public Registry::RegistryFileHandler
-{
-public:
-    bool BeginKey(HKEY root, std::string_view path) override
-    {
-        return AddChange(root, path, [](Key& hive, Key*& key, const std::string& at) { key = &hive.Create(at); });
-    }
-
-    bool DeleteKey(HKEY root, std::string_view path) override
-    {
-        return AddChange(root, path, [](Key& hive, Key*&, const std::string& at) { hive.Delete(at); });
-    }
-
-    void SetValue(std::string_view name, DWORD type, std::string_view data) override
-    {
-        std::string stored{data};
-        if (Registry::IsText(type) && !stored.empty() && stored.back() != '\0')
-            stored += '\0'; // as Windows does on import
-        m_last->push_back([name = std::string{name}, type, stored = std::move(stored)](Key&, Key*& key)
-                          { key->SetValue(name, type, stored); });
-    }
-
-    void DeleteValue(std::string_view name) override
-    {
-        m_last->push_back([name = std::string{name}](Key&, Key*& key) { key->DeleteValue(name); });
-    }
-
-    /// Makes all changes of a hive in their order, or none. What one hive refuses leaves the hive before it changed.
-    void Apply() const
-    {
-        Apply(HKEY_LOCAL_MACHINE, m_ofMachine);
-        try
-        {
-            Apply(HKEY_CURRENT_USER, m_ofUser);
-        }
-        catch (const Failure& failure)
-        {
-            if (m_ofMachine.empty())
-                throw;
-            throw Failure{failure.what() + std::string{"\nThe changes of HKEY_LOCAL_MACHINE were made before."}};
-        }
-    }
-
-private:
-    using Change = std::function<void(Key& hive, Key*& key)>; // `key` is the one that values belong to
-
-    template<class Make>
-    bool AddChange(HKEY root, std::string_view path, Make make)
-    {
-        const KeyName place = PlaceOf({root, std::string{path}});
-        if (!Registry::IsLegalKeyPath(place.path)) // too deep for the classes
-            return false;
-        m_last = place.root == HKEY_LOCAL_MACHINE ? &m_ofMachine : &m_ofUser;
-        m_last->push_back([make, at = place.path](Key& hive, Key*& key) { make(hive, key, at); });
-        return true;
-    }
-
-    static void Apply(HKEY root, const std::vector<Change>& changes)
-    {
-        const auto edit = [&](Key& hive)
-        {
-            Key* key = nullptr;
-            for (const Change& change : changes)
-                change(hive, key);
-            return ERROR_SUCCESS;
-        };
-        if (!changes.empty())
-            ChangeHive(root, edit);
-    }
-
-    std::vector<Change> m_ofMachine;
-    std::vector<Change> m_ofUser;
-    std::vector<Change>* m_last = nullptr;
-};
 
 std::string ReadFile(const std::string& path)
 {
@@ -114,6 +37,42 @@ std::string ReadFile(const std::string& path)
     throw Failure{fmt::format("Error opening the file. There may be a disk or file system error.\n{}: {}.", path,
                               !file && error == EINVAL ? "Not a regular file; - is the standard input"
                                                        : std::generic_category().message(error))};
+}
+
+/// Makes all changes that a registry file asks for in one hive, or none.
+void ApplyTo(HKEY root, const std::string& text, const std::vector<KeyName>& places)
+{
+    const auto edit = [&](Key& hive)
+    {
+        Key unused;
+        auto next = places.begin(); // which cannot be found while the hive is being changed
+        const auto place = [&](HKEY, std::string& path)
+        {
+            const KeyName& name = *next++;
+            path = name.path;
+            return !Registry::IsLegalKeyPath(path) ? nullptr : name.root == root ? &hive : &unused;
+        };
+        Registry::ReadRegistryFile(text, Registry::RegistryFileUse::Import, place);
+        return ERROR_SUCCESS;
+    };
+    if (std::ranges::find(places, root, &KeyName::root) != places.end())
+        ChangeHive(root, edit);
+}
+
+/// What one hive refuses leaves the hive before it changed.
+void Apply(const std::string& text, const std::vector<KeyName>& places)
+{
+    ApplyTo(HKEY_LOCAL_MACHINE, text, places);
+    try
+    {
+        ApplyTo(HKEY_CURRENT_USER, text, places);
+    }
+    catch (const Failure& failure)
+    {
+        if (std::ranges::find(places, HKEY_LOCAL_MACHINE, &KeyName::root) == places.end())
+            throw;
+        throw Failure{failure.what() + std::string{"\nThe changes of HKEY_LOCAL_MACHINE were made before."}};
+    }
 }
 
 std::string Counted(std::size_t count)
@@ -154,9 +113,16 @@ ExitStatus Import(const Arguments& arguments, const Console& console)
 {
     const bool isStandardInput = arguments.Operand(0) == "-";
     const std::string file = isStandardInput ? "standard input" : arguments.Operand(0);
-    ChangeList changes;
-    const Registry::RegistryFileResult result = Registry::ReadRegistryFile(
-        isStandardInput ? std::string{std::istreambuf_iterator<char>{console.in}, {}} : ReadFile(file), changes);
+    const std::string text =
+        isStandardInput ? std::string{std::istreambuf_iterator<char>{console.in}, {}} : ReadFile(file);
+    Key unused;
+    std::vector<KeyName> places; // of the keys in the file
+    const auto place = [&](HKEY root, const std::string& path)
+    {
+        places.push_back(PlaceOf({root, path}));
+        return Registry::IsLegalKeyPath(places.back().path) ? &unused : nullptr; // else too deep for the classes
+    };
+    const auto result = Registry::ReadRegistryFile(text, Registry::RegistryFileUse::Import, place);
     if (!result.isRegistryFile)
         throw Failure{"The specified file is not a registry script.\nThe first line of " + file +
                       R"( has to be "Windows Registry Editor Version 5.00" or "REGEDIT4".)"};
@@ -164,7 +130,7 @@ ExitStatus Import(const Arguments& arguments, const Console& console)
     if (!problems.empty() && !arguments.Has("--skip-errors"))
         throw Failure{"Nothing was imported: " + file + " has " + Counted(result.problemCount) + ".\n" + problems +
                       "Correct the file, or import its other lines with --skip-errors."};
-    changes.Apply();
+    Apply(text, places);
     console.out << Completed;
     if (problems.empty())
         return Success;

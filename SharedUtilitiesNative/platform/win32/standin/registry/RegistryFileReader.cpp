@@ -99,7 +99,10 @@ HexListEnd ReadHexList(std::string_view text, std::string& bytes)
 class Reader final
 {
 public:
-    Reader(std::string_view text, RegistryFileHandler& handler) noexcept : m_rest{text}, m_handler{handler} {}
+    Reader(std::string_view text, RegistryFileUse use, const TreeOf& treeOf) noexcept
+        : m_rest{text}, m_use{use}, m_treeOf{treeOf}
+    {
+    }
 
     RegistryFileResult Read()
     {
@@ -147,7 +150,7 @@ private:
             return "a NUL character";
         if (line.front() == '[')
             return ReadKey(line.substr(1));
-        if (!m_hasKey)
+        if (!m_key)
             return m_keyProblem;
         if (SkipPrefix(line, "@"))
             m_name.clear();
@@ -166,8 +169,7 @@ private:
 
     const char* ReadKey(std::string_view line)
     {
-        m_hasKey = false;
-        m_keyProblem = "a value of a key that was skipped";
+        SkipKey();
         const bool isDeletion = SkipPrefix(line, "-");
         const std::size_t end = line.rfind(']');
         if (end == std::string_view::npos)
@@ -181,15 +183,18 @@ private:
         AppendToPath(path, line.substr(rootEnd));
         if (!IsLegalKeyPath(path))
             return "a key name that is too long, or too many levels";
-        if (!isDeletion)
-        {
-            m_hasKey = m_handler.BeginKey(root, path);
-            return m_hasKey ? nullptr : "a key of another root";
-        }
-        m_keyProblem = "a value of a deleted key";
-        if (path.empty())
+        if (isDeletion)
+            m_keyProblem = "a value of a deleted key";
+        if (isDeletion && path.empty())
             return "a root key cannot be deleted";
-        return m_handler.DeleteKey(root, path) ? nullptr : "a key of another root";
+        Key* const tree = m_treeOf(root, path);
+        if (!tree)
+            return "a key of another root";
+        if (isDeletion)
+            tree->Delete(path);
+        else
+            m_key = &tree->Create(path);
+        return nullptr;
     }
 
     const char* ReadData(std::string_view data)
@@ -198,7 +203,7 @@ private:
         {
             if (!IsCommentOrEmpty(data))
                 return "something after the deletion of a value";
-            m_handler.DeleteValue(m_name);
+            m_key->DeleteValue(m_name);
             return nullptr;
         }
         m_data.clear();
@@ -210,8 +215,10 @@ private:
             reason = ReadNumber(data, type);
         else if (SkipPrefix(data, "hex"))
             reason = ReadHex(data, type);
+        if (m_use == RegistryFileUse::Import && IsText(type) && !m_data.empty() && m_data.back() != '\0')
+            m_data += '\0';
         if (!reason)
-            m_handler.SetValue(m_name, type, m_data);
+            m_key->SetValue(m_name, type, m_data);
         return reason;
     }
 
@@ -278,11 +285,14 @@ private:
         if (TakeHexNumber(line, 2))
             return nullptr;
         if (line.front() == '[')
-        {
-            m_hasKey = false;
-            m_keyProblem = "a value of a key that was skipped";
-        }
+            SkipKey();
         return "a continuation line without hexadecimal data";
+    }
+
+    void SkipKey() noexcept
+    {
+        m_key = nullptr;
+        m_keyProblem = "a value of a key that was skipped";
     }
 
     bool ReadHeader(std::string_view line) noexcept
@@ -304,57 +314,28 @@ private:
     std::string_view m_rest;
     const char* m_lineEnd = nullptr; // of the last line
     std::size_t m_lineNumber = 0;    // of the last line
-    RegistryFileHandler& m_handler;
+    const RegistryFileUse m_use;
+    const TreeOf& m_treeOf;
     RegistryFileResult m_result;
     bool m_isUnicode = false; // hexadecimal text consists of UTF-16 units
-    bool m_hasKey = false;
+    Key* m_key = nullptr;     // of the values that follow
     const char* m_keyProblem = "a value before the first key";
     std::string m_name;
     std::string m_data;
 };
-
-/// Makes the changes that a file asks for to one root.
-class TreeLoader final : public RegistryFileHandler
-{
-public:
-    TreeLoader(HKEY root, Key& tree) noexcept : m_root{root}, m_tree{tree} {}
-
-    bool BeginKey(HKEY root, std::string_view path) override
-    {
-        if (root == m_root)
-            m_key = &m_tree.Create(path);
-        return root == m_root;
-    }
-    bool DeleteKey(HKEY root, std::string_view path) override
-    {
-        if (root == m_root)
-            m_tree.Delete(path);
-        return root == m_root;
-    }
-    void SetValue(std::string_view name, DWORD type, std::string_view data) override
-    {
-        m_key->SetValue(name, type, data);
-    }
-    void DeleteValue(std::string_view name) override { m_key->DeleteValue(name); }
-
-private:
-    HKEY m_root;
-    Key& m_tree;
-    Key* m_key = nullptr;
-};
 } // namespace
 
-RegistryFileResult ReadRegistryFile(std::string_view content, RegistryFileHandler& handler)
+RegistryFileResult ReadRegistryFile(std::string_view content, RegistryFileUse use, const TreeOf& treeOf)
 {
     if (SkipPrefix(content, Utf16LeMark))
-        return Reader{FromUtf16Le(content), handler}.Read();
+        return Reader{FromUtf16Le(content), use, treeOf}.Read();
     SkipPrefix(content, Utf8Mark);
-    return Reader{content, handler}.Read();
+    return Reader{content, use, treeOf}.Read();
 }
 
 RegistryFileResult ReadRegistryFile(std::string_view content, HKEY root, Key& tree)
 {
-    TreeLoader loader{root, tree};
-    return ReadRegistryFile(content, loader);
+    return ReadRegistryFile(content, RegistryFileUse::Hive,
+                            [&](HKEY ofKey, const std::string&) { return ofKey == root ? &tree : nullptr; });
 }
 } // namespace Quenlor::StandIn::Registry
