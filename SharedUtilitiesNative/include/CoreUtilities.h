@@ -12,8 +12,7 @@
 /// Whether two numbers are equal within a tolerance that grows with their size: `epsilon` times the power of two at
 /// or below the larger magnitude (with the exponent cut towards zero, so 1 for everything between 0.5 and 2).
 /// @return false for a difference equal to the tolerance, so with an `epsilon` of 0 true only for two zeros; false when
-/// a
-///         number is infinite or not a number
+///         a number is infinite or not a number
 SHAREDUTILITIES_EXPORT bool AreFloatNumbersEqual(float a, float b, float epsilon);
 
 /// `value` in fixed-point notation with `precision` digits after the decimal point, and no point for 0 digits.

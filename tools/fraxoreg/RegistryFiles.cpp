@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <istream>
 #include <iterator>
@@ -14,6 +15,7 @@
 #include "Operations.h"
 #include "posix/NextVersion.h"
 #include "posix/ReadFile.h"
+#include "posix/RetryInterrupted.h"
 #include "registry/RegistryFileReader.h"
 #include "registry/RegistryFileWriter.h"
 #include "registry/RegistryPath.h"
@@ -23,14 +25,15 @@ namespace FraxoReg
 namespace
 {
 namespace fs = std::filesystem;
+namespace Posix = Quenlor::Posix;
 namespace Registry = Quenlor::StandIn::Registry;
 
 std::string ReadFile(const std::string& path)
 {
-    const Quenlor::Posix::RegularFile file = Quenlor::Posix::OpenFile(path);
+    const Posix::RegularFile file = Posix::OpenFile(path);
     std::optional<std::string> text;
     if (file)
-        text = Quenlor::Posix::ReadAll(file);
+        text = Posix::ReadAll(file);
     if (text)
         return *std::move(text);
     const int error = errno;
@@ -96,6 +99,19 @@ std::string Described(const std::vector<Registry::RegistryFileProblem>& problems
     return text;
 }
 
+/// @return false, with the reason in errno, when it is not on disk
+bool ReplaceFile(const fs::path& file, std::string_view text, mode_t mode)
+{
+    const std::string folderName = file.has_parent_path() ? file.parent_path().string() : ".";
+    const Posix::FileDescriptor folder{
+        Posix::RetryInterrupted([&] { return ::open(folderName.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); })};
+    if (!folder)
+        return false;
+    const std::string name = file.filename().string();
+    Posix::NextVersion next{folder, name + '.' + Posix::RandomName(), mode};
+    return next && Posix::WriteAll(next.File(), text) && next.Replace(name) && Posix::Sync(folder);
+}
+
 /// Puts a file in place in one step; a reader, and a crash, find the old one or the new.
 void WriteTextFile(const std::string& path, std::string_view text, mode_t mode)
 {
@@ -104,7 +120,7 @@ void WriteTextFile(const std::string& path, std::string_view text, mode_t mode)
     const fs::path real = fs::canonical(path, error); // so that a link stays one
     if (!error && !fs::is_regular_file(real, error))
         throw Failure{refusal + path + " is not a file; - is the standard output."};
-    if (!Quenlor::Posix::ReplaceFile(real.empty() ? path : real.string(), text, mode))
+    if (!ReplaceFile(real.empty() ? fs::path{path} : real, text, mode))
         throw Failure{refusal + path + ": " + std::generic_category().message(errno) + '.'};
 }
 } // namespace

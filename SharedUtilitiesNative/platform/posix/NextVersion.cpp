@@ -96,16 +96,4 @@ bool NextVersion::TakeFree(const std::string& file)
     // Not every file system knows that kind of renaming; those have hard links.
     return errno == EINVAL && ::linkat(m_folder->get(), m_name.c_str(), m_folder->get(), file.c_str(), 0) == 0;
 }
-
-bool ReplaceFile(const std::string& path, std::string_view text, mode_t mode)
-{
-    const std::size_t nameStart = path.rfind('/') + 1;
-    const std::string folderName = nameStart == 0 ? "." : path.substr(0, nameStart);
-    const FileDescriptor folder{
-        RetryInterrupted([&] { return ::open(folderName.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); })};
-    if (!folder)
-        return false;
-    NextVersion next{folder, path.substr(nameStart) + '.' + RandomName(), mode};
-    return next && WriteAll(next.File(), text) && next.Replace(path.substr(nameStart)) && Sync(folder);
-}
 } // namespace Quenlor::Posix

@@ -49,8 +49,4 @@ private:
     std::string m_name; // empty when there is nothing to remove
     FileDescriptor m_file;
 };
-
-/// Replaces a file, or makes it, in one step and returns when it is on disk. The mode is reduced by the umask; that of
-/// the version before is not kept.
-bool ReplaceFile(const std::string& path, std::string_view text, mode_t mode);
 } // namespace Quenlor::Posix

@@ -25,12 +25,10 @@
 #include <Platform/Win32Types.h>
 
 using BYTE = std::uint8_t;
-using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using UINT = unsigned int;
 using BOOL = int;
-using LONG = std::int32_t;
-using LSTATUS = LONG;
+using LSTATUS = std::int32_t;
 using REGSAM = DWORD;
 using LPCSTR = const char*;
 using LPSTR = char*;
@@ -43,15 +41,11 @@ using LPDWORD = DWORD*;
 using LPBOOL = BOOL*;
 using PHKEY = HKEY*;
 using HRESULT = std::int32_t;
-using LANGID = WORD;
+using LANGID = std::uint16_t;
 using HANDLE = void*;
 using errno_t = int;
 struct SECURITY_ATTRIBUTES;
-struct FILETIME
-{
-    DWORD dwLowDateTime;
-    DWORD dwHighDateTime;
-};
+struct FILETIME;
 
 inline constexpr BOOL FALSE = 0;
 inline constexpr BOOL TRUE = 1;

@@ -28,8 +28,7 @@ struct HivePlace
 /// Where a path leads to: links are followed, including the last one. EACCES when root would follow a link or enter a
 /// folder of another account.
 /// @param newFolders the mode of missing folders, which are made then, whatever the umask; EACCES when the folder of
-/// the
-///                   hive belongs to another account
+///                   the hive belongs to another account
 HivePlace FindPlace(const std::string& path, std::optional<mode_t> newFolders = {});
 
 /// EACCES, EPERM or EROFS when this process may not write the hive. A hive without write permission is protected,
