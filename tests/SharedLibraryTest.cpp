@@ -57,19 +57,4 @@ TEST(SharedLibrary, SharesExceptionsMemoryAndTextsOfEveryType)
     take(QnFileName{path}.GetName());
     EXPECT_TRUE(remove(ToNativePath(path)));
 }
-
-TEST(SharedLibrary, KeepsAProgramsFailureFromLoggingCalls)
-{
-    WriteFile(File, R"(<logging>
-        <appender name="a" type="file" path="${Place}/a.log"/>
-        <root><appender-ref ref="a"/></root></logging>)");
-    LoggingConfig::DefineVariable(L"Place", []() -> Utf8String { throw std::runtime_error("No place"); });
-    LoggingConfig::SetOption(L"CONFIG_FILE", File.wstring());
-    ::testing::internal::CaptureStderr();
-    EXPECT_EQ(LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile), Quenlor::QuenlorStatus::Success);
-    remove(File);
-    EXPECT_FALSE(LoggingManager::GetLogger(L"Editor")->IsEnabled(LogLevel::Critical));
-    EXPECT_THAT(::testing::internal::GetCapturedStderr(), ::testing::HasSubstr("<appender>: \"a\""));
-    EXPECT_STREQ(Logger::Get()->GetName().c_str(), "SharedLibraryTests");
-}
 } // namespace

@@ -6,7 +6,6 @@
 
 #include "IniConfig.h"
 #include "XmlConfig.h"
-#include "configfiles/UserFile.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
 #include "support/Printers.h"
@@ -60,22 +59,11 @@ TEST_F(ConfigFiles, AreCopiedOnce)
     EXPECT_THAT(IniConfig::GetFraxoProIniPath, ThrowsMessage<std::runtime_error>("Could not get LocalAppData folder"));
 }
 
-TEST_F(ConfigFiles, OfOtherKindsAreOnlyLocated)
-{
-    WriteFile(NativePath(m_bases.machineData + R"(Sections\Custom.dbi)"), "default"); // natural to copy
-    const std::string folder = m_machine.Folder("\xC3\xBC\xC3\x9F");
-    m_machine.MoveShellFolder(ShellFolder::LocalAppData, folder.substr(0, folder.length() - 1));
-    EXPECT_EQ(IniConfig::GetDbSectionCustomDbiPath(),
-              folder + R"(Quenlor\Engineering\FRAXO.Pro VANTIRE Edition\Default\Sections\Custom.dbi)");
-    EXPECT_TRUE(IsEmptyFolder(NativePath(folder)));
-}
-
 TEST_F(ConfigFiles, OfAProjectIncludeItsSections)
 {
     const std::string database = m_machine.Folder("db");
     WriteFile(NativePath(m_bases.machineData + R"(Sections\Custom.ini)"), "machine's");
     WriteFile(NativePath(database + "Custom.ini"), "variable's");
-    WriteFile(m_machine.Root() / "dbCustom.ini", "beside");
     const auto provided = [this](const char* project, const std::string& variable)
     {
         UseProject(project, true);
@@ -85,7 +73,6 @@ TEST_F(ConfigFiles, OfAProjectIncludeItsSections)
     };
     EXPECT_EQ(provided("Bridge", ""), "machine's");
     EXPECT_EQ(provided("Tower", database), "variable's");
-    EXPECT_EQ(provided("Dam", database.substr(0, database.length() - 1)), "beside") << "nothing is inserted";
 }
 
 TEST_F(ConfigFiles, NameToolsBelowThePlugIns)
@@ -104,18 +91,5 @@ TEST_F(ConfigFiles, NameToolsBelowThePlugIns)
     EXPECT_EQ(IniConfig::GetUserToolPath(2), filled("C:\\My Tools\\x.exe"));
     EXPECT_EQ(IniConfig::GetUserToolPath(5), plugIns + filled(""));
     EXPECT_EQ(IniConfig::GetUserToolPath(6), filled(longest));
-}
-
-TEST_F(ConfigFiles, AreMadeInFoldersOfAnyLetterCase)
-{
-    const std::string root = m_machine.Folder("files");
-    m_machine.Folder("files/DEEP");
-    WriteFile(m_machine.Root() / "files/Default.ini", "default");
-    EXPECT_EQ(Provide({root + R"(deep\User.ini)", root + "Default.ini"}), root + R"(deep\User.ini)");
-    EXPECT_EQ(ReadFile(m_machine.Root() / "files/DEEP/User.ini"), "default");
-    EXPECT_EQ(Provide({root + "\xFF.ini", root + "Default.ini"}), root + "\xEF\xBF\xBD.ini") << "malformed UTF-8";
-    const auto belowAFile = [&] { Provide({root + R"(Default.ini\User.ini)", root + "Default.ini"}); };
-    EXPECT_THAT(belowAFile,
-                ThrowsMessage<std::runtime_error>("Default.ini file target directory could not be created."));
 }
 } // namespace

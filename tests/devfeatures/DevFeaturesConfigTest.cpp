@@ -37,8 +37,6 @@ TEST(IsDevFeatureEnabled, IsTheIniValueUnlessAVariableIsSet)
     }
     machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", " ");
     EXPECT_THROW(ask(0), std::invalid_argument);
-    machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "2147483648");
-    EXPECT_THROW(ask(0), std::out_of_range);
     machine.BreakShellFolder(ShellFolder::LocalAppData);
     EXPECT_EQ(ask(4), 0);
 }

@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <utility>
 
 #include <Platform/Win32.h>
 #include <gmock/gmock.h>
@@ -17,7 +16,6 @@ namespace
 {
 using namespace Quenlor;
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
-using ::testing::StrEq;
 using ::testing::ThrowsMessage;
 
 using RootDirectory = InstallationTest;
@@ -25,12 +23,10 @@ using RootDirectory = InstallationTest;
 TEST_F(RootDirectory, IsTheRecordedOne)
 {
     EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), "") << "nothing below it is at the root of a drive";
-    for (const auto& [recorded, root] :
-         {std::pair{R"(C:\Fraxo Pro)", R"(C:\Fraxo Pro\)"}, std::pair{R"(D:\)", R"(D:\)"}})
-    {
-        Install(recorded);
-        EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), root); // nothing is cached
-    }
+    Install(R"(C:\Fraxo Pro)");
+    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), R"(C:\Fraxo Pro\)");
+    Install(R"(D:\)"); // nothing is cached
+    EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), R"(D:\)");
 }
 
 TEST_F(RootDirectory, IsTheVariablesWhenThisProgramRunsFromThere)
@@ -89,7 +85,7 @@ TEST_F(DataDirectories, AreMadeOnlyForTheUser)
     DirectoryConfig::GetLocalAppDataDirectory();
     m_machine.MoveShellFolder(ShellFolder::ProgramData, (missing / "deeper").string());
     EXPECT_THAT(DirectoryConfig::GetProgramDataDirectory,
-                ThrowsMessage<std::runtime_error>(StrEq("Could not get ProgramData folder")));
+                ThrowsMessage<std::runtime_error>("Could not get ProgramData folder"));
     EXPECT_TRUE(IsEmptyFolder(missing));
 }
 
@@ -125,19 +121,10 @@ constexpr char Kanji[] = "\xE6\x97\xA5\xE6\x9C\xAC";
 TEST(FileNameChecks, AskTwoQuestions)
 {
     const ScratchMachine machine;
-    const struct
-    {
-        const char* name;
-        bool hasUnicodeChars;
-        int isSupported;
-    } rows[] = {{"Portal Frame.frx", false, 1},
-                {"\xC3\xA9", false, 0}, // in 1252, but longer in UTF-8
-                {"\xC4\x80", true, 0}}; // has a look-alike in 1252
-    for (const auto& [name, hasUnicodeChars, isSupported] : rows)
-    {
-        EXPECT_EQ(DirectoryConfig::HasUnicodeChars(name) != 0, hasUnicodeChars) << name;
-        EXPECT_EQ(DirectoryConfig::IsFileNameSupportedInCurrentCulture(name), isSupported) << name;
-    }
+    EXPECT_EQ(DirectoryConfig::IsFileNameSupportedInCurrentCulture("Portal Frame.frx"), 1);
+    EXPECT_EQ(DirectoryConfig::HasUnicodeChars("\xC3\xA9"), 0);
+    EXPECT_EQ(DirectoryConfig::IsFileNameSupportedInCurrentCulture("\xC3\xA9"), 0) << "longer in UTF-8 than in 1252";
+    EXPECT_NE(DirectoryConfig::HasUnicodeChars("\xC4\x80"), 0) << "although there is a look-alike in 1252";
 }
 
 TEST(GetNormalizedFileName, ShortensOnlyWhatIsUnsupported)
@@ -146,8 +133,8 @@ TEST(GetNormalizedFileName, ShortensOnlyWhatIsUnsupported)
     const std::string models = machine.Folder("some models"), kanji = machine.Folder(Kanji);
     const std::string plain = models + "a portal frame.frx", namedInKanji = models + Kanji + ".frx";
     const std::string inKanji = kanji + "a portal frame.frx";
-    const std::string longest = models + std::string(MAX_PATH - 1 - models.length(), 'y'), tooLong = longest + 'y';
-    for (const std::string& path : {plain, namedInKanji, inKanji, longest, tooLong})
+    const std::string tooLong = models + std::string(MAX_PATH - models.length(), 'y');
+    for (const std::string& path : {plain, namedInKanji, inKanji, tooLong})
         WriteFile(NativePath(path), "");
     const auto normalise = [](const std::string& path)
     { return DirectoryConfig::GetNormalizedFileName(QnFileName{path}); };
@@ -162,7 +149,6 @@ TEST(GetNormalizedFileName, ShortensOnlyWhatIsUnsupported)
     EXPECT_EQ(normalise(inKanji), shortForm(kanji) + "a portal frame.frx");
     EXPECT_EQ(normalise(kanji), shortForm(kanji));
     EXPECT_EQ(normalise(kanji + Kanji), "") << "missing";
-    EXPECT_EQ(normalise(longest), longest);
     EXPECT_EQ(normalise(tooLong), "");
 }
 } // namespace

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "CoreUtilities.h"
-#include "support/KnownDifferences.h"
 
 namespace
 {
@@ -18,17 +17,6 @@ TEST(SetPerMonitorDPIAware, SucceedsOnceInAProcess)
     EXPECT_EQ(awareness, PROCESS_DPI_UNAWARE);
     EXPECT_TRUE(PerMonitorDPIHelper::SetPerMonitorDPIAware());
     EXPECT_FALSE(PerMonitorDPIHelper::SetPerMonitorDPIAware());
-}
-
-TEST(GetPerMonitorDPIAware, IsWhatTheProcessSet)
-{
-    EXPECT_EQ(::SetProcessDpiAwareness(PROCESS_SYSTEM_DPI_AWARE), S_OK);
-    EXPECT_FALSE(PerMonitorDPIHelper::SetPerMonitorDPIAware());
-    if (const char* const answer = KnownDifference())
-        GTEST_SKIP() << answer;
-    PROCESS_DPI_AWARENESS awareness = PROCESS_DPI_UNAWARE;
-    EXPECT_TRUE(PerMonitorDPIHelper::GetPerMonitorDPIAware(&awareness));
-    EXPECT_EQ(awareness, PROCESS_SYSTEM_DPI_AWARE);
 }
 
 TEST(DpiOfWindowAndSystem, AreThoseOfTheScreen)

@@ -1,7 +1,5 @@
 #include "VersionConfig.h"
 
-#include <tuple>
-
 #include <gtest/gtest.h>
 
 #include "support/Printers.h"
@@ -10,17 +8,12 @@ namespace
 {
 using Quenlor::Fraxo::SharedUtilities::Native::VersionConfig;
 
-TEST(CompareVersions, ComparesPartsAsNumbersOfSixteenBits)
+TEST(CompareVersions, ComparesPartsAsNumbers)
 {
-    for (const auto& [first, second, result] :
-         {std::tuple{"7.10.0.0", "7.9.0.115", 1},                                        // numbers, not text
-          std::tuple{"1.0", "1.0.0.0", 0}, std::tuple{"4294967298.0.0.0", "2.0.0.0", 0}, // beyond int
-          std::tuple{"1.-1.0.0", "1.2.0.0", 1},                                          // unsigned
-          std::tuple{"2 .9", "2.1", -1}})                                                // what does not fit ends it
-    {
-        EXPECT_EQ(VersionConfig::CompareVersions(first, second), result) << first << ", " << second;
-        EXPECT_EQ(VersionConfig::CompareVersions(second, first), -result);
-    }
+    EXPECT_EQ(VersionConfig::CompareVersions("7.10.0.0", "7.9.0.115"), 1);
+    EXPECT_EQ(VersionConfig::CompareVersions("7.9.0.115", "7.10.0.0"), -1);
+    EXPECT_EQ(VersionConfig::CompareVersions("1.0", "1.0.0.0"), 0);
+    EXPECT_EQ(VersionConfig::CompareVersions("4294967298.0.0.0", "2.0.0.0"), 0) << "beyond int: cut to 16 bits";
 }
 
 TEST(VersionConfig, AgreesWithTheBuildOnTheRelease)

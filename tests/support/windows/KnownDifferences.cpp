@@ -73,17 +73,6 @@ bool WritesReadOnlyFiles()
     return isWritten;
 }
 
-/// Of a process that has set its awareness.
-bool TakesOpenedProcessesForUnaware()
-{
-    PROCESS_DPI_AWARENESS opened = PROCESS_DPI_UNAWARE, current = PROCESS_DPI_UNAWARE;
-    const HANDLE process = ::OpenProcess(PROCESS_ALL_ACCESS, FALSE, ::GetCurrentProcessId());
-    ::GetProcessDpiAwareness(process, &opened);
-    ::GetProcessDpiAwareness(nullptr, &current);
-    ::CloseHandle(process);
-    return opened != current;
-}
-
 struct Difference
 {
     std::string_view test;
@@ -97,7 +86,6 @@ constexpr Difference OfWine[] = {
     {"ReturnCodes", "open: no result", "writes through the null pointer", IsWine},
     {"ReturnCodes", "create: no result", "writes through the null pointer", IsWine},
     {"ReturnCodes", "create: too long a name", "creates the key", MakesLongKeys},
-    {"IsWhatTheProcessSet", "", "takes the process of any real handle for unaware", TakesOpenedProcessesForUnaware},
     {"ShowsTheUsersItemsThenTheMachines", "", "shows only the classes of the machine", HidesTheUsersClasses},
     {"ChangesTheUsersCopyIfThereIsOne", "", "shows only the classes of the machine", HidesTheUsersClasses},
     {"GetTheSameAnswersWhenAllAskAtOnce", "changed variables", "reads the environment without a lock", IsWine},

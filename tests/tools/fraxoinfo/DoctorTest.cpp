@@ -37,8 +37,7 @@ struct Damage
 {
     const char* name;
     void (*inflict)(Installation&);
-    std::string problem;
-    std::string remedy{};
+    std::string shown;
 };
 
 class DamagedInstallation : public Installation, public ::testing::WithParamInterface<Damage>
@@ -49,9 +48,8 @@ TEST_P(DamagedInstallation, GivesOneFindingThatNamesTheDamage)
 {
     GetParam().inflict(*this);
     const auto findings = Examine();
-    ASSERT_EQ(findings.size(), 1U) << Format(findings);
-    EXPECT_THAT(findings[0].problem, HasSubstr(GetParam().problem));
-    EXPECT_THAT(findings[0].remedy, HasSubstr(GetParam().remedy));
+    EXPECT_EQ(findings.size(), 1U);
+    EXPECT_THAT(Format(findings), HasSubstr(GetParam().shown));
 }
 
 // clang-format off
@@ -66,13 +64,12 @@ INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
     Damage{"LanguageFolder", [](Installation& it) { remove_all(it.Root() / "Resource/Language/de"); }, R"(language "de" has no resource folder)"},
     Damage{"UnusableFeature", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "yes"); }, "FPRO_FEATURE_REVULYTICS has an unusable value in the environment"},
     Damage{"OverriddenFeature", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "1"); }, "FPRO_FEATURE_REVULYTICS=1 overrides the INI file, which says nothing"},
-    Damage{"UnknownFeatureVariable", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULITICS", "1"); }, "FPRO_FEATURE_REVULITICS does not belong to a feature", "mean FPRO_FEATURE_REVULYTICS?"},
-    Damage{"UnknownFeature", [](Installation& it) { WriteFile(it.MachineData() / ProductIni, "[DEV_FEATURES]\nFPRO_FEATURE_REVULITICS=1\n"); }, "FPRO_FEATURE_REVULITICS\" in section DEV_FEATURES", "FPRO_FEATURE_REVULYTICS"},
+    Damage{"UnknownFeatureVariable", [](Installation& it) { it.m_machine.SetEnvironment("FPRO_FEATURE_REVULITICS", "1"); }, "FPRO_FEATURE_REVULITICS does not belong to a feature.\n  Did you mean FPRO_FEATURE_REVULYTICS?"},
+    Damage{"UnknownFeature", [](Installation& it) { WriteFile(it.MachineData() / ProductIni, "[DEV_FEATURES]\nFPRO_FEATURE_REVULITICS=1\n"); }, "FPRO_FEATURE_REVULITICS\" in section DEV_FEATURES"},
     Damage{"ForcedLanguage", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_LANGUAGE", "en"); it.Choose(HKEY_CURRENT_USER, "CurrentLanguage", "fr"); }, "FRAXO_PRO_LANGUAGE=en overrides the chosen language (the user's language: fr, the"},
     Damage{"SectionsVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_SECTIONS_DIRECTORY", it.m_bases.machineData + "Sections\\"); }, "replaces the installed section database"},
-    Damage{"RootVariable", [](Installation& it) { it.m_machine.SetEnvironment("FRAXO_PRO_ROOT_DIRECTORY", "/nowhere"); }, "this program is not in it"},
-    Damage{"RunningFromOutput", [](Installation& it) { it.RunFromOutput(); }, "Files missing there: 1", "Remove the variable"},
-    Damage{"OtherSpelling", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Fraxo Pro\)" + Release + R"(\Configurations)", "ThemeColor", "Dark"); }, "where this release does not look", R"(HKEY_CURRENT_USER\)" + SettingsKey + R"(\Configurations)"},
+    Damage{"RunningFromOutput", [](Installation& it) { it.RunFromOutput(); }, "and both data folders, because this program is in it. Files missing there: 1"},
+    Damage{"OtherSpelling", [](Installation& it) { it.m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Fraxo Pro\)" + Release + R"(\Configurations)", "ThemeColor", "Dark"); }, "where this release does not look: ThemeColor.\n  If they are meant for this release, store them in HKEY_CURRENT_USER\\" + SettingsKey},
     Damage{"OtherType", [](Installation& it) { it.m_machine.WriteNumber(HKEY_CURRENT_USER, SettingsKey + R"(\Configurations)", "ThemeColor", 1); }, "ThemeColor is not used: REG_DWORD, text expected"},
     Damage{"Nuls", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "[SECTION]\nkey=\0\n"s); }, "Line 2 of this user's file"},
     Damage{"NoSection", [](Installation& it) { WriteFile(it.UserDefaults() / ProductIni, "; nothing\n"); }, "has no sections, unlike its default"},
@@ -135,10 +132,5 @@ TEST_F(Doctor, ShowsHowAProgramsLogIsSetUp)
                                native(machines) + ":5: <appender-ref>: unknown appender \"unknown\"\n");
     EXPECT_THAT(show(true), HasSubstr("secret"));
     EXPECT_FALSE(exists(NativePath(m_bases.userData))) << "no log is opened";
-
-    remove(NativePath(machines));
-    EXPECT_THAT(show(false), AllOf(HasSubstr("[missing]"), HasSubstr("Appender       \"console\" to standard error")));
-    WriteFile(NativePath(beside), "<logging/>");
-    EXPECT_THAT(show(false), HasSubstr("it is beside the executable, and wins over " + machines));
 }
 } // namespace

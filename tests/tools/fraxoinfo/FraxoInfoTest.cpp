@@ -6,10 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Applications.h"
 #include "Commands.h"
 #include "Json.h"
-#include "Terminal.h"
 #include "Watch.h"
 #include "support/Files.h"
 #include "support/InstallationTest.h"
@@ -23,56 +21,7 @@ using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-TEST(Catalogue, IsMadeOfThePublicHeaders)
-{
-    EXPECT_GT(Catalogue().size(), 140U);
-    EXPECT_EQ(Find("GetGBSteelDesignDirectory")->kind, Kind::Directory); // its comment names another
-    EXPECT_EQ(Find("GetFraxoFoundationExePath(true)")->kind, Kind::File);
-    EXPECT_EQ(Find("VersionConfig::GetProductKey"), Find("GetProductKey"));
-    EXPECT_EQ(Find("DirectoryConfig::GetProductKey"), nullptr);
-}
-
-using Applications = InstallationTest;
-
-TEST_F(Applications, ShowWhatWasAskedAndWhatDecided)
-{
-    constexpr char Key[] = R"(SOFTWARE\Lum International\Lum Concept\Integration)";
-    const std::string program = m_machine.Folder("Lum Concept") + "Concept.exe";
-    WriteFile(NativePath(program), "program");
-    m_machine.WriteText(HKEY_CURRENT_USER, Key, "UserFraxoLinkExePath", R"(X:\gone.exe)");
-    m_machine.WriteText(HKEY_LOCAL_MACHINE, Key, "LatestConceptExePath", program);
-    const std::string text =
-        std::regex_replace(Format(FindApplications()), std::regex{R"(\\SOFTWARE.*Integration)"}, "");
-    EXPECT_THAT(text, HasSubstr("Lum Concept: " + program + "  [exists]\n" +
-                                R"(    HKEY_LOCAL_MACHINE\UserFraxoLinkExePath  [missing]
-    HKEY_CURRENT_USER\UserFraxoLinkExePath = X:\gone.exe
-    X:\gone.exe  [missing]
-  * HKEY_LOCAL_MACHINE\LatestConceptExePath = )" +
-                                program + "\n    " + program + "  [exists]\n"));
-    EXPECT_THAT(text, HasSubstr("PlanWin: not found\n"));
-}
-
 using Answers = InstallationTest;
-
-TEST_F(Answers, MarkOnlyWhatDecided)
-{
-    const std::string settings = SettingsKey + R"(\Configurations)", chosen = VendorKey + R"(\Language)";
-    const auto explain = [](const char* operation) { return Explain(AskFor(*Find(operation), false)); };
-    Install();
-    m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", REG_MULTI_SZ,
-                        "de\0\0"s);
-    m_machine.WriteText(HKEY_CURRENT_USER, chosen, "CurrentLanguage", "fr"); // not installed
-    m_machine.WriteText(HKEY_LOCAL_MACHINE, chosen, "DefaultLanguage", "de");
-    EXPECT_THAT(explain("GetCurrentLanguage"),
-                AllOf(HasSubstr("\n    HKEY_CLASSES_ROOT"), HasSubstr("CurrentLanguage = fr\n  * HKEY_LOCAL_MACHINE\\" +
-                                                                      chosen + "\\DefaultLanguage = de\n")));
-    UseProject("bridge", false);
-    EXPECT_THAT(explain("GetProjectConfigurationDirectory"),
-                HasSubstr("= bridge\n  * HKEY_CURRENT_USER\\" + settings + "\\UseDefaultProject = 0\n"));
-    m_machine.WriteNumber(HKEY_CURRENT_USER, settings, "ThemeColor", 1);
-    EXPECT_THAT(explain("GetApplicationTheme"),
-                AllOf(HasSubstr("none held anything: the default"), HasSubstr("[REG_DWORD, text expected]")));
-}
 
 TEST_F(Answers, AreWatched)
 {
@@ -109,9 +58,6 @@ Second
   GetNowherePath    no\file  [missing]
   GetFailure        failed: Could not
 )");
-    UseColours(true);
-    EXPECT_THAT(Format(answers), HasSubstr("no\\file  \x1b[33m[missing]\x1b[0m\n"));
-    UseColours(false);
     EXPECT_THAT(Dump(answers), AllOf(HasSubstr("\"value\": \"a\\u001b[2J\\nb\\u007f\\u009b\xEF\xBF\xBD\""),
                                      HasSubstr(R"("value": -134)"), ContainsRegex(R"("value": \[\s+"de",\s+"de"\s+\])"),
                                      HasSubstr(R"("error": "Could not")")));
@@ -120,12 +66,10 @@ Second
 class Report : public InstallationTest
 {
 protected:
-    std::string File(const char* name) const { return (m_machine.Root() / name).string(); }
-
     std::string Write(const char* name, const std::string& text) const
     {
         WriteFile(m_machine.Root() / name, text);
-        return File(name);
+        return (m_machine.Root() / name).string();
     }
 };
 
@@ -133,20 +77,17 @@ TEST_F(Report, LeavesOutPersonalDataUnlessAsked)
 {
     m_machine.SetEnvironment("USERPROFILE", R"(C:\Users\alex7\)");
     m_machine.SetEnvironment("LOGNAME", "logan");
-    Install(R"(C:\Users\ALEX7\Fraxo of Kim, not Kimberley, and logan)");
-    m_machine.WriteText(HKEY_CLASSES_ROOT, InstallationKey, "UserName", "Kim");
+    Install("C:\\Users\\ALEX7\\Fraxo of K\xC3\x84M, not K\xC3\xA4mberley, and logan");
+    m_machine.WriteText(HKEY_CLASSES_ROOT, InstallationKey, "UserName", "K\xC3\xA4m");
     m_machine.WriteText(HKEY_CURRENT_USER, R"(Software\Quenlor\Support)", "UserEmail", "kim@example.com");
-    m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\Configurations)", "DefaultProjectName", "Kim Tower");
+    m_machine.WriteText(HKEY_CURRENT_USER, SettingsKey + R"(\Configurations)", "DefaultProjectName", "Tower");
     UseProject("harbour-7", true);
 
-    EXPECT_THAT(MakeReport(true), AllOf(HasSubstr("harbour-7"), HasSubstr("kim@example.com"), HasSubstr("Kim Tower"),
-                                        HasSubstr("ALEX7"), HasSubstr("Kim,")));
     const std::string report = MakeReport(false);
-    for (const char* const personal : {"harbour-7", "kim@example.com", "Tower", "alex7", "ALEX7", "Kim,", "logan"})
+    for (const char* const personal : {"harbour-7", "kim@example.com", "Tower", "alex7", "ALEX7", "\xC3\x84M", "logan"})
         EXPECT_THAT(report, Not(HasSubstr(personal)));
-    EXPECT_THAT(report,
-                AllOf(HasSubstr(R"(C:\\Users\\<account>\\Fraxo of <user name>, not Kimberley, and <account>\\)"),
-                      HasSubstr(R"(\\<project id>\\)"), HasSubstr("\"<project name>\"")));
+    EXPECT_THAT(report, AllOf(HasSubstr("\\<account>\\\\Fraxo of <user name>, not K\xC3\xA4mberley, and <account>\\"),
+                              HasSubstr(R"(\\<project id>\\)"), HasSubstr("\"<project name>\"")));
 }
 
 TEST_F(Report, LeavesOutEveryStoredTextOfNoKnownForm)
@@ -187,32 +128,28 @@ TEST_F(Report, IsComparedWholeWithFoldedFolders)
 {
     Install("/opt/one");
     const std::string first = Write("first.json", MakeReport(true));
-    Install("/opt/two");
+    Install("/opt/two</script>");
     m_machine.SetEnvironment("FPRO_FEATURE_REVULYTICS", "1");
     const std::string second = Write("second.html", MakePage(MakeReport(true)));
     EXPECT_THAT(Format(Compare(first, second)),
-                AllOf(HasSubstr("<root>\n  - /opt/one\n  + /opt/two\n"), Not(HasSubstr("GetHelpDirectory")),
+                AllOf(HasSubstr("<root>\n  - /opt/one\n  + /opt/two</script>\n"), Not(HasSubstr("GetHelpDirectory")),
                       HasSubstr("features FPRO_FEATURE_REVULYTICS\n  - 0 (off by default)\n  + 1 (environment)"),
                       HasSubstr("variables FPRO_FEATURE_REVULYTICS\n  - (none)\n  + 1\n"),
                       HasSubstr("finding: The variable FPRO_FEATURE_REVULYTICS")));
 }
 
-TEST_F(Report, MayHoldTextThatLooksLikeAPage)
-{
-    EXPECT_THAT(MakePage(R"({"root": "</script><script>alert(1)</script>"})"),
-                AllOf(Not(HasSubstr("alert(1)<")), HasSubstr(R"(\u003c/script>)")));
-}
-
 TEST_F(Report, CommandsSayByTheirStatusWhatHappened)
 {
-    Install(); // a bare machine: doctor finds something
+    const std::string chosen = VendorKey + R"(\Language)";
+    Install();
+    m_machine.WriteText(HKEY_CURRENT_USER, chosen, "CurrentLanguage", "fr"); // not installed
+    m_machine.WriteText(HKEY_LOCAL_MACHINE, chosen, "DefaultLanguage", "en");
     const std::string good = Write("good.json", R"({"C": {"F": {"value": 1}, "G": {"error": "no"}}})");
     const std::string other = Write("other.json", R"({"C": {"F": {"value": 2}}})");
     const std::string deep =
         Write("deep.json", std::regex_replace(std::string(80000, '.'), std::regex{"[.]"}, R"({"a":)"));
-    const std::string ini =
-        Write("a.ini", "\xEF\xBB\xBF[A]\nk=1\n; c\nk=2 ; new\nlist=[x]\nno sign\n=v\n[B]\nk=1\nk=3\n");
-    const auto run = [](const std::vector<std::string>& arguments, int status, const char* shown)
+    const std::string ini = Write("a.ini", "\xEF\xBB\xBF[A]\n; c\nk=2 ; new\nlist=[x]\nno sign\n[B]\nk=1\nk=3\n");
+    const auto run = [](const std::vector<std::string>& arguments, int status, const std::string& shown)
     {
         std::vector<const char*> words{"fraxoinfo"};
         for (const std::string& argument : arguments)
@@ -223,19 +160,18 @@ TEST_F(Report, CommandsSayByTheirStatusWhatHappened)
         EXPECT_THAT(::testing::internal::GetCapturedStdout() + ::testing::internal::GetCapturedStderr(),
                     HasSubstr(shown));
     };
-    run({"why", "GetFRAXOProRoot"}, 0, "(* decided):\n    FRAXO_PRO_ROOT_DIRECTORY  [not set]\n  * HKEY_");
-    run({"why", "GetFRAXOProRoot", "--json"}, 0, "\"decided\": true");
+    run({"why", "GetCurrentLanguage"}, 0, "= fr\n  * HKEY_LOCAL_MACHINE\\" + chosen + "\\DefaultLanguage = en\n");
+    run({"why", "GetCurrentLanguage", "--json"}, 0, "\"decided\": true");
     run({}, 0, "VersionConfig");
-    run({"GetProductKey"}, 0, "FraxoPro\n");
+    run({"VersionConfig::GetProductKey"}, 0, "FraxoPro\n");
     run({"GetProductKey", "--json"}, 0, "\"value\": \"FraxoPro\"");
     run({"GetFraxoProRot"}, 2, "Did you mean:\n  GetFRAXOProRoot");
     run({"--json", "features"}, 0, "\"FPRO_FEATURE_REVULYTICS\": {");
     run({"applications", "--json"}, 0, "\"PlanWin\"");
-    run({"log", ""}, 2, "the program '' does not exist");
+    run({"applications"}, 0, "PlanWin: not found\n    HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\BuildingPlanner\\");
     run({"log"}, 1, "[missing]");
-    run({"doctor", "--json"}, 1, "\"remedy\"");
+    run({"doctor", "--json"}, 1, "\"remedy\""); // on a machine that has nothing else
     run({"--provision", "doctor"}, 2, "doctor excludes --provision");
-    run({"--json", "watch"}, 2, "watch excludes --json");
     run({"diff", good, good}, 0, "No differences.\n");
     run({"diff", good, other}, 1, "C::F\n  - 1\n  + 2\nC::G\n  - failed: no\n  + (not there)\n");
     run({"diff", good, m_machine.Root().string()}, 2, "it is not a file");
@@ -243,27 +179,23 @@ TEST_F(Report, CommandsSayByTheirStatusWhatHappened)
     run({"diff", good, other, ini}, 2, "already exists");
     run({"diff", good, other, "-"}, 1, "\"second\": \"2\"");
     run({"report", "-"}, 0, "\"rights\"");
-    run({"report", File("none/a.json")}, 2, "cannot write");
-    run({"report", File("new.html")}, 0, "Wrote");
-    run({"report", File("new.html")}, 2, "already exists");
+    run({"report", good + "/a.json"}, 2, "cannot write");
+    run({"report", good + ".html"}, 0, "Wrote");
+    run({"report", good + ".html"}, 2, "already exists");
     run({"ini", ini, "B"}, 1, "[B]");
     run({"ini", ini, "C"}, 2, "the file has no section 'C'");
     run({"ini", ini}, 1, R"(!     1  [\xbb\xbf[A]
          starts with a byte-order mark, which is read as part of the line
-!     2  k = 1
-         not used: a later line of this section has another value
-!     4  k = 2 ; new
+!     3  k = 2 ; new
          the comment is read as part of the value
-!     5  [ist=[x]
+!     4  [ist=[x]
          a value that ends in a bracket: read as the header of section "ist=[x"
-!     6  no sign
+!     5  no sign
          ignored: neither a header nor a key with "="
-!     7   = v
-         no key before the "="
-      8  [B]
-!     9  k = 1
+      6  [B]
+!     7  k = 1
          not used: a later line of this section has another value
-     10  k = 3
+      8  k = 3
 )");
     m_machine.BreakShellFolder(ShellFolder::ProgramData);
     run({}, 1, "failed: Could not get ProgramData folder");

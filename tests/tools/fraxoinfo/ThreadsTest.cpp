@@ -22,8 +22,7 @@ using Threads = InstallationTest;
 
 TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
 {
-    const Bases bases = Install();
-    WriteFile(NativePath(bases.root + R"(Default\Plugins\Plugins.ini)"), "[USER-TOOLS]\n");
+    WriteFile(NativePath(Install().root + R"(FRAXO\Plugins\Plugins.ini)"), "[USER-TOOLS]\n");
     m_machine.WriteData(HKEY_CLASSES_ROOT, InstallationKey + R"(\Language)", "InstalledLanguages", REG_MULTI_SZ,
                         {"de\0en\0", 7});
     // Text that the first of them turns into a number, which is not the default.

@@ -4,19 +4,18 @@
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
+#include <tuple>
 #include <vector>
 
 #include <gmock/gmock.h>
 
 #include "Operations.h"
-#include "common/StoredText.h"
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
 
 namespace
 {
 using namespace std::string_literals;
-using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 namespace fs = std::filesystem;
@@ -65,24 +64,17 @@ TEST_F(FraxoRegTest, AnswersAsInTheSession)
 
 TEST_F(FraxoRegTest, AddStoresDataAsWindowsDoes)
 {
-    const struct
-    {
-        std::string switches;
-        DWORD type;
-        std::string bytes;
-    } rows[] = {
-        {"/ve", REG_SZ, "\0"s},
-        {"/d /usr/bin", REG_SZ, "/usr/bin\0"s},
+    const std::tuple<const char*, DWORD, std::string> rows[] = {
+        {"/ve /d /usr/bin", REG_SZ, "/usr/bin\0"s},
         {"-D 0123 -T reg_dword", REG_DWORD, "\x7B\0\0\0"s},
         {"/d 18446744073709551615 /t REG_QWORD", REG_QWORD, "\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"},
         {"/d abcde /t REG_BINARY", REG_BINARY, "\x0A\xBC\xDE"}, // an odd count has a 0 in front
         {R"(/d a\0b /t REG_MULTI_SZ)", REG_MULTI_SZ, "a\0b\0\0"s},
         {"/d a,b, /s , /t REG_MULTI_SZ", REG_MULTI_SZ, "a\0b\0\0"s},
-        {"/t REG_MULTI_SZ", REG_MULTI_SZ, "\0"s},
     };
     for (const auto& [switches, type, bytes] : rows)
     {
-        EXPECT_EQ(Do("ADD ~ /F " + switches), "The operation completed successfully.\n") << switches;
+        EXPECT_EQ(Do("ADD ~ /F "s + switches), "The operation completed successfully.\n") << switches;
         EXPECT_EQ(m_machine.ReadData(HKEY_CURRENT_USER, R"(Software\Sample)", ""), (StoredValue{type, bytes}));
     }
 }
@@ -91,7 +83,6 @@ TEST_F(FraxoRegTest, WrongUseChangesNothing)
 {
     EXPECT_THAT(Do(""), StartsWith("ERROR: Invalid syntax. The operation is missing.\n"));
     EXPECT_THAT(Do("query HKXX\x1B"), StartsWith("ERROR: Invalid key name 'HKXX\\x1b'.\n"));
-    EXPECT_THAT(Do("add HKCU\\" + std::string(256, 'x')), StartsWith("ERROR: Invalid key name 'HKCU\\xxx"));
     EXPECT_THAT(Do("ADD HKCU /?"), StartsWith("Usage: fraxoreg add KeyName "));
     EXPECT_THAT(Do("import - --skip-errors", "REGEDIT5\n"), StartsWith("ERROR: The specified file is not a registry "));
     ASSERT_EQ(::mkfifo("pipe.reg", 0600), 0);
@@ -99,14 +90,8 @@ TEST_F(FraxoRegTest, WrongUseChangesNothing)
         EXPECT_THAT(Do("import " + file),
                     StartsWith("ERROR: Error opening the file. There may be a disk or file system error.\n" + file));
     EXPECT_FALSE(fs::exists("Registry"));
-}
-
-TEST_F(FraxoRegTest, ImportSaysWhichHiveWasChangedBeforeAFailure)
-{
-    fs::create_directories("Registry/HKEY_CURRENT_USER.reg");
-    EXPECT_THAT(Do("import -", "REGEDIT4\n[HKEY_CURRENT_USER\\A]\n[HKEY_LOCAL_MACHINE\\A]\n"),
-                AllOf(HasSubstr("HKEY_CURRENT_USER.reg"), HasSubstr("\nThe changes of HKEY_LOCAL_MACHINE were made ")));
-    EXPECT_TRUE(m_machine.HasKey(HKEY_LOCAL_MACHINE, "A"));
+    WriteFile("Registry/HKEY_CURRENT_USER.reg", "REGEDIT4\n[HKEY_CURRENT_USER]\n\"a\"=oops\n");
+    EXPECT_THAT(Do("query HKCU"), HasSubstr("WARNING: 1 malformed lines are skipped"));
 }
 
 TEST_F(FraxoRegTest, ExportWritesAFileForWindows)

@@ -19,14 +19,6 @@ using ::testing::Not;
 class DoctorOnLinux : public Installation
 {
 protected:
-    static std::string Problems()
-    {
-        std::string all;
-        for (const Finding& finding : Examine())
-            all += finding.problem + '|' + finding.remedy + '\n';
-        return all;
-    }
-
     const fs::path m_registry = m_machine.Root() / "Registry";
 };
 
@@ -36,14 +28,14 @@ TEST_F(DoctorOnLinux, FindsFaultsOfRegistryFilesWithoutQuotingTheirData)
     const std::string healthy = ReadFile(hive), mail = "\"Mail\"=\"kim@example.com\n";
     WriteFile(hive, healthy + mail);
     WriteFile(hive.string() + ".skipped", mail);
-    EXPECT_THAT(Problems(), AllOf(HasSubstr("HKEY_LOCAL_MACHINE.reg is skipped"), HasSubstr("\"Mail\"=..."),
-                                  HasSubstr("were skipped when it was last written"), Not(HasSubstr("kim@"))));
+    EXPECT_THAT(Format(Examine()), AllOf(HasSubstr("HKEY_LOCAL_MACHINE.reg is skipped"), HasSubstr("\"Mail\"=..."),
+                                         HasSubstr("were skipped when it was last written"), Not(HasSubstr("kim@"))));
 
     WriteFile(hive, healthy.substr(healthy.find('\n') + 1));
-    EXPECT_THAT(Problems(), AllOf(HasSubstr("is not read at all"), Not(HasSubstr("RootDir="))));
+    EXPECT_THAT(Format(Examine()), AllOf(HasSubstr("is not read at all"), Not(HasSubstr("RootDir="))));
     remove(hive);
     create_directory(hive);
-    EXPECT_THAT(Problems(), HasSubstr("HKEY_LOCAL_MACHINE.reg cannot be read"));
+    EXPECT_THAT(Format(Examine()), HasSubstr("HKEY_LOCAL_MACHINE.reg cannot be read"));
 }
 
 TEST_F(DoctorOnLinux, NamesWhatThisUserCannotWrite)
@@ -57,7 +49,7 @@ TEST_F(DoctorOnLinux, NamesWhatThisUserCannotWrite)
     setModes(fs::perms{0555});
     {
         const OrdinaryUser user{m_machine.Root()};
-        EXPECT_THAT(Problems(),
+        EXPECT_THAT(Format(Examine()),
                     AllOf(HasSubstr("cannot write the registry file " + m_registry.string()),
                           HasSubstr("cannot write to the data folder " + m_bases.userData),
                           HasSubstr("log file cannot be written: " + (MachineData() / "Logs/a.log").string())));
