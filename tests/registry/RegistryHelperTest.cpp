@@ -78,16 +78,6 @@ TEST_F(RegistryHelperTest, GettersGiveTheDefaultForEveryOtherKindOfValue)
     }
 }
 
-TEST_F(RegistryHelperTest, TextThatCannotBeRewrittenGivesTheDefault)
-{
-    m_machine.WriteText(HKEY_CURRENT_USER, Place, "Value", "5");
-    int number = 0;
-    const auto read = [&] { number = RegistryHelper::GetIntValue(HKEY_CURRENT_USER, Place, "Value", DefaultNumber); };
-    m_machine.WhileReadOnly(HKEY_CURRENT_USER, Place, read);
-    EXPECT_EQ(number, DefaultNumber);
-    EXPECT_EQ(Stored(), (StoredValue{REG_SZ, {"5", 2}}));
-}
-
 TEST_F(RegistryHelperTest, ReadingCreatesNothing)
 {
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY{}})

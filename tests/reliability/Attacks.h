@@ -1,9 +1,9 @@
 #pragma once
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -37,38 +37,33 @@ inline std::string MessageOf(const Quenlor::Fraxo::SharedUtilities::Native::User
     }
 }
 
-/// What writers and copies make for a moment, and remove.
-inline std::vector<std::filesystem::path> TemporaryFiles(const std::filesystem::path& folder)
+/// What writers and copies make for a moment, and remove. Makes it so old that no process can still be writing it.
+/// @return how many there are
+inline std::size_t CountAndAgeTemporaryFiles(const std::filesystem::path& folder)
 {
-    std::vector<std::filesystem::path> found;
+    std::size_t count = 0;
     std::error_code missing;
     for (const std::filesystem::path& file : std::filesystem::directory_iterator{folder, missing})
     {
-        if (file.filename().string().starts_with('.') || file.extension() == ".new")
-            found.push_back(file);
+        if (!file.filename().string().starts_with('.') && file.extension() != ".new")
+            continue;
+        last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours{2});
+        ++count;
     }
-    return found;
+    return count;
 }
 
-/// Makes them so old that no process can still be writing them.
-inline void AgeTemporaryFiles(const std::filesystem::path& folder)
-{
-    for (const std::filesystem::path& file : TemporaryFiles(folder))
-        last_write_time(file, std::filesystem::file_time_type::clock::now() - std::chrono::hours{2});
-}
+using Counts = std::vector<std::pair<const char*, std::size_t>>;
 
 /// Prints what an attack did and what it found, on one line that `scripts/soak` collects. Each fault fails the test.
-inline void Conclude(const std::string& attack, const std::vector<std::pair<const char*, std::size_t>>& done,
-                     const std::vector<std::pair<const char*, std::size_t>>& faults)
+inline void Conclude(const std::string& attack, Counts counts, const Counts& faults)
 {
-    std::string line = "SUMMARY " + attack + ":";
-    for (const auto* const counts : {&done, &faults})
-    {
-        for (const auto& [what, count] : *counts)
-            line += ' ' + std::to_string(count) + ' ' + what + ',';
-    }
-    line.back() = '\n';
-    std::fputs(line.c_str(), stdout);
     for (const auto& [what, count] : faults)
         EXPECT_EQ(count, 0U) << what;
+    counts.insert(counts.end(), faults.begin(), faults.end());
+    std::string line = "SUMMARY " + attack + ':';
+    for (const auto& [what, count] : counts)
+        line += ' ' + std::to_string(count) + ' ' + what + ',';
+    line.back() = '\n';
+    std::cout << line;
 }

@@ -1,9 +1,7 @@
-#include <chrono>
 #include <filesystem>
-#include <list>
+#include <future>
 #include <random>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <Quenlor/QnFileName.h>
@@ -11,7 +9,6 @@
 
 #include "DirectoryConfig.h"
 #include "reliability/Attacks.h"
-#include "support/ChildProcess.h"
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
 
@@ -26,19 +23,25 @@ namespace fs = std::filesystem;
 class CopiesTest : public ::testing::Test
 {
 protected:
-    ScratchMachine m_machine;
-    const std::string m_root = NativePath(m_machine.Folder("")).string();
-    const std::string m_installed = m_root + "Default.ini";
-    const fs::path m_folder = m_root + "user";
-    const std::string m_program =
-        (NativePath(DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8()) / COPY_PROGRAM).string();
+    int RunCopyProgram(const fs::path& place, const std::string& more = "") const
+    {
+        const fs::path programs = NativePath(DirectoryConfig::GetCurrentExeDirectory().GetNameUtf8());
+        std::string command;
+        for (const fs::path& word : {programs / COPY_PROGRAM, m_installed, place})
+            command += '"' + word.string() + "\" ";
+        return m_machine.Run(command + more);
+    }
+
+    const ScratchMachine m_machine;
+    const fs::path m_installed = m_machine.Root() / "Default.ini";
+    const fs::path m_folder = m_machine.Root() / "user";
 };
 
 TEST_F(CopiesTest, AreWholeAfterAKill)
 {
     const std::string content(66'000, 'd');
     WriteFile(m_installed, content);
-    const fs::path reports = m_root + "reports", edited = m_folder / "3";
+    const fs::path edited = m_folder / "3";
     const int rounds = CountFrom("FRAXO_KILL_ROUNDS", 100);
     std::mt19937 random{22};
     std::size_t copies = 0, lost = 0, torn = 0, left = 0;
@@ -46,28 +49,19 @@ TEST_F(CopiesTest, AreWholeAfterAKill)
     {
         const bool isEdited = round % 2 != 0; // otherwise the folder is made meanwhile
         fs::remove_all(m_folder);
-        fs::remove(reports);
         if (isEdited)
             WriteFile(edited, "edited");
-        ChildProcess child{{m_program, m_installed, m_folder.string(), reports.string()}};
-        for (int wait = 0; wait < 60'000 && ReadFile(reports).empty(); ++wait)
-            std::this_thread::sleep_for(std::chrono::milliseconds{1});
-        std::this_thread::sleep_for(std::chrono::microseconds{random() % 10'000});
-        child.Kill();
-
-        const std::size_t reported = ReadFile(reports).size(); // a byte for each copy
-        ASSERT_GT(reported, 0U);
-        copies += reported;
-        AgeTemporaryFiles(m_folder);
-        Quenlor::QnFileName::QnCopyFile(fs::path{m_installed}.wstring().c_str(), (m_folder / "0").wstring().c_str(),
+        const int made = RunCopyProgram(m_folder, std::to_string(random() % 10'000));
+        ASSERT_GT(made, 0);
+        copies += static_cast<std::size_t>(made);
+        CountAndAgeTemporaryFiles(m_folder);
+        Quenlor::QnFileName::QnCopyFile(m_installed.wstring().c_str(), (m_folder / "0").wstring().c_str(),
                                         true); // removes what such a copy has left
-        left += TemporaryFiles(m_folder).size();
-        for (std::size_t number = 1; number <= reported + 1; ++number) // one more may be there than was reported
-        {
-            const fs::path copy = m_folder / std::to_string(number);
-            lost += number <= reported && !exists(copy);
-            torn += exists(copy) && ReadFile(copy) != (isEdited && copy == edited ? "edited" : content);
-        }
+        left += CountAndAgeTemporaryFiles(m_folder);
+        for (int number = 1; number <= made; ++number)
+            lost += !exists(m_folder / std::to_string(number));
+        for (const fs::path& copy : fs::directory_iterator{m_folder}) // more may be there than were reported
+            torn += ReadFile(copy) != (isEdited && copy == edited ? "edited" : content);
     }
     Conclude("killed copies", {{"rounds", rounds}, {"copies", copies}},
              {{"lost", lost}, {"torn or overwritten", torn}, {"files left over", left}});
@@ -76,31 +70,23 @@ TEST_F(CopiesTest, AreWholeAfterAKill)
 TEST_F(CopiesTest, AreWholeInARaceAndTheFirstEditIsKept)
 {
     constexpr int processes = 16;
-    const std::string content(1'000'000, 'd');
-    WriteFile(m_installed, content);
+    WriteFile(m_installed, std::string(1'000'000, 'd'));
     const fs::path copy = m_folder / "folder" / "User.ini"; // no folder is there at first
-    const fs::path edit = m_root + "edit", gate = m_root + "gate";
     const int rounds = CountFrom("FRAXO_RACE_ROUNDS", 5);
-    std::size_t torn = 0, failed = 0, lost = 0, left = 0;
+    std::size_t torn = 0, lost = 0, left = 0;
     for (int round = 0; round < rounds; ++round)
     {
         fs::remove_all(m_folder);
-        fs::remove(gate);
-        WriteFile(edit, "edited");
-        std::list<ChildProcess> children;
+        std::vector<std::future<int>> programs;
         for (int i = 0; i < processes; ++i)
-            children.emplace_back(std::vector{m_program, m_installed, copy.string(), edit.string(), gate.string()});
-        WriteFile(gate, "");
-        for (ChildProcess& child : children)
-        {
-            const int code = child.Wait();
-            torn += code == 2;
-            failed += code != 0 && code != 2;
-        }
+            programs.push_back(std::async(std::launch::async, [&] { return RunCopyProgram(copy); }));
+        WriteFile(m_installed.string() + ".edit", "edited"); // which they wait for
+        for (std::future<int>& program : programs)
+            torn += program.get() != 0;
         lost += ReadFile(copy) != "edited";
-        left += TemporaryFiles(copy.parent_path()).size();
+        left += CountAndAgeTemporaryFiles(copy.parent_path());
     }
     Conclude("many copies", {{"rounds", rounds}, {"processes", processes}},
-             {{"lost edits", lost}, {"torn reads", torn}, {"failures", failed}, {"files left over", left}});
+             {{"lost edits", lost}, {"torn reads", torn}, {"files left over", left}});
 }
 } // namespace

@@ -1,61 +1,35 @@
 #include "reliability/FailingCalls.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdarg>
-#include <cstdio>
-#include <cstdlib>
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
-#include <iterator>
 #include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <type_traits>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
-namespace fs = std::filesystem;
-
-// Mode, owner and times are not recorded.
-constexpr std::string_view ChangesOfNames[] = {"linkat",    "mkdir",  "mkdirat", "renameat",
-                                               "renameat2", "unlink", "unlinkat"};
-constexpr std::string_view Transfers[] = {"read", "write"};
-constexpr std::string_view Waits[] = {"open", "fsync", "flock", "close"};
-
 FailingCalls::Plan g_plan;
-const char* g_calls[4096]; // no container: this may run before anything is constructed
-std::size_t g_count = 0;
+std::vector<FailingCalls::Call> g_calls;
+bool g_isRecording = false; // before Begin nothing is touched that may not have been constructed
 bool g_isInUse = false;
 
-bool Has(const auto& names, std::string_view name)
+/// What happens to the call that comes next; 0 for nothing.
+int NextFault(const char* call)
 {
-    return std::ranges::find(names, name) != std::end(names);
-}
-
-/// Counts a call. @return what happens to it; 0 for nothing
-int FaultOf(const char* name)
-{
-    if (!g_isInUse)
+    if (!g_isRecording || g_plan.first == 0)
         return 0;
-    g_calls[g_count++ % std::size(g_calls)] = name;
-    const bool isTurn = g_count == g_plan.first || (g_plan.isLasting && g_count > g_plan.first && g_plan.first != 0);
-    if (!isTurn || !FailingCalls::CanHappen(g_plan.fault, name))
-        return 0;
-    if (g_plan.fault == FailingCalls::Killed)
-        ::raise(SIGKILL);
-    return g_plan.fault;
-}
-
-void Record(const FailingCalls::Change& change)
-{
-    if (g_plan.record)
-        g_plan.record->push_back(change);
+    const std::size_t number = g_calls.size() + 1;
+    const bool isTurn = number == g_plan.first || (g_plan.isLasting && number > g_plan.first);
+    return isTurn && g_plan.CanHappenTo(call) ? g_plan.fault : 0;
 }
 
 /// The function of the C library.
@@ -67,46 +41,50 @@ auto Next(const char* name)
 }
 
 /// The absolute path of a name in an open folder.
-std::string PathOf(int folder, const char* name)
+std::string PathOf(int folder, std::filesystem::path name)
 {
-    char path[PATH_MAX];
+    char target[PATH_MAX];
     const std::string link = "/proc/self/fd/" + std::to_string(folder);
-    const ssize_t length = name[0] == '/' ? 0 : Next<&::readlink>("readlink")(link.c_str(), path, sizeof path);
-    const fs::path whole = fs::path{path, path + std::max<ssize_t>(length, 0)} / name;
-    const std::string normal = whole.lexically_normal();
-    return normal.ends_with('/') ? normal.substr(0, normal.size() - 1) : normal;
-}
-
-template<typename Result>
-Result Fail(int error)
-{
-    errno = error;
-    if constexpr (std::is_pointer_v<Result>)
-        return nullptr;
-    else
-        return -1;
+    const ssize_t length = Next<&::readlink>("readlink")(link.c_str(), target, sizeof target);
+    if (length > 0)
+        name = std::string{target, static_cast<std::size_t>(length)} / name; // an absolute one stays
+    const std::string path = name.lexically_normal();
+    return path.ends_with('/') ? path.substr(0, path.size() - 1) : path;
 }
 
 template<auto Function, typename... Arguments>
 auto Attempt(const char* name, Arguments... arguments)
 {
     using Result = decltype(Function(arguments...));
-    const int fault = FaultOf(name);
-    const Result result = fault ? Fail<Result>(fault) : Next<Function>(name)(arguments...);
-    if (result == Result{} && g_plan.record && Has(ChangesOfNames, name))
+    const int fault = NextFault(name);
+    if (fault == FailingCalls::Killed)
+        ::raise(SIGKILL);
+    Result result{};
+    if (fault > 0)
     {
-        FailingCalls::Change change{.call = name};
-        int folder = AT_FDCWD;
-        const auto add = [&]([[maybe_unused]] auto argument)
-        {
-            if constexpr (std::is_same_v<decltype(argument), const char*>)
-                change.paths.push_back(PathOf(folder, argument));
-            else if constexpr (std::is_same_v<decltype(argument), int>)
-                folder = argument;
-        };
-        (add(arguments), ...);
-        g_plan.record->push_back(change);
+        errno = fault;
+        if constexpr (!std::is_pointer_v<Result>)
+            result = -1;
     }
+    else if (!g_isInUse || std::string_view{name} != "fsync")
+        result = Next<Function>(name)(arguments...);
+    if (!g_isRecording)
+        return result;
+    FailingCalls::Call& call = g_calls.emplace_back(FailingCalls::Call{.name = name});
+    if constexpr (!std::is_pointer_v<Result>)
+        call.result = static_cast<int>(result);
+    call.isDone = fault <= 0 && call.result >= 0;
+    if (!call.isDone) // errno stays
+        return result;
+    call.number = AT_FDCWD;
+    const auto add = [&call]([[maybe_unused]] auto argument)
+    {
+        if constexpr (std::is_same_v<decltype(argument), const char*>)
+            call.paths.push_back(PathOf(call.number, argument));
+        else if constexpr (std::is_same_v<decltype(argument), int>)
+            call.number = argument;
+    };
+    (add(arguments), ...);
     return result;
 }
 
@@ -116,32 +94,24 @@ mode_t ModeOf(int flags, std::va_list rest)
     return hasMode ? va_arg(rest, mode_t) : 0;
 }
 
-std::size_t LengthUnder(int fault, std::size_t length)
+/// How much the next call transfers.
+std::size_t Share(const char* call, std::size_t length)
 {
-    return fault == FailingCalls::HalfTransfer ? (length + 1) / 2 : length;
+    return NextFault(call) == FailingCalls::HalfTransfer ? (length + 1) / 2 : length;
 }
 } // namespace
 
 void FailingCalls::Begin(const Plan& plan)
 {
     g_plan = plan;
-    g_count = 0;
-    g_isInUse = true;
+    g_calls.clear();
+    g_isRecording = g_isInUse = true;
 }
 
-std::vector<std::string> FailingCalls::End()
+std::vector<FailingCalls::Call> FailingCalls::End()
 {
-    g_plan = {};
-    if (g_count > std::size(g_calls))
-        std::abort();
-    return {g_calls, g_calls + g_count};
-}
-
-bool FailingCalls::CanHappen(int fault, const std::string& call)
-{
-    if (fault == EINTR)
-        return Has(Waits, call) || Has(Transfers, call);
-    return fault != HalfTransfer || Has(Transfers, call);
+    g_isRecording = false;
+    return std::move(g_calls);
 }
 
 // One line each, as the compiler wants them declared.
@@ -155,6 +125,7 @@ int fchown(int file, uid_t user, gid_t group) noexcept { return Attempt<&fchown>
 int flock(int file, int operation) noexcept { return Attempt<&flock>("flock", file, operation); }
 int fstat(int file, struct stat* status) noexcept { return Attempt<&fstat>("fstat", file, status); }
 int futimens(int file, const struct timespec* times) noexcept { return Attempt<&futimens>("futimens", file, times); }
+int fsync(int file) { return Attempt<&fsync>("fsync", file); }
 int mkdir(const char* path, mode_t mode) noexcept { return Attempt<&mkdir>("mkdir", path, mode); }
 int getentropy(void* data, std::size_t length) { return Attempt<&getentropy>("getentropy", data, length); }
 int linkat(int first, const char* from, int second, const char* to, int flags) noexcept { return Attempt<&linkat>("linkat", first, from, second, to, flags); }
@@ -169,44 +140,26 @@ int renameat(int first, const char* from, int second, const char* to) noexcept {
 int unlinkat(int folder, const char* path, int flags) noexcept { return Attempt<&unlinkat>("unlinkat", folder, path, flags); }
 int stat(const char* path, struct stat* status) noexcept { return Attempt<&stat>("stat", path, status); }
 int unlink(const char* path) noexcept { return Attempt<&unlink>("unlink", path); }
+ssize_t read(int file, void* data, std::size_t length) { return Attempt<&read>("read", file, data, Share("read", length)); }
 }
 // clang-format on
 
-extern "C" ssize_t read(int file, void* data, std::size_t length)
-{
-    const int fault = FaultOf("read");
-    return fault > 0 ? Fail<ssize_t>(fault) : Next<&read>("read")(file, data, LengthUnder(fault, length));
-}
-
 extern "C" ssize_t write(int file, const void* data, std::size_t length)
 {
-    const int fault = FaultOf("write");
-    if (fault > 0)
-        return Fail<ssize_t>(fault);
-    const ssize_t count = Next<&write>("write")(file, data, LengthUnder(fault, length));
-    if (count > 0 && g_plan.record)
+    const ssize_t count = Attempt<&write>("write", file, data, Share("write", length));
+    if (g_isRecording && count > 0)
     {
-        const off_t start = ::lseek(file, 0, SEEK_CUR) - count;
-        const std::string text(static_cast<const char*>(data), static_cast<std::size_t>(count));
-        Record({.call = "write", .file = file, .at = static_cast<std::size_t>(start), .data = text});
+        g_calls.back().at = static_cast<std::size_t>(::lseek(file, 0, SEEK_CUR) - count);
+        g_calls.back().data.assign(static_cast<const char*>(data), static_cast<std::size_t>(count));
     }
     return count;
 }
 
-extern "C" int fsync(int file)
-{
-    const int fault = FaultOf("fsync");
-    if (fault)
-        return Fail<int>(fault);
-    Record({.call = "fsync", .file = file});
-    return g_isInUse ? 0 : Next<&fsync>("fsync")(file);
-}
-
 extern "C" int close(int file)
 {
-    const int result = Next<&close>("close")(file); // whatever it answers, the descriptor is gone
-    const int fault = FaultOf("close");
-    return fault ? Fail<int>(fault) : result;
+    if (NextFault("close") > 0)
+        Next<&close>("close")(file); // whatever it answers, the descriptor is gone
+    return Attempt<&close>("close", file);
 }
 
 extern "C" int openat(int folder, const char* path, int flags, ...)
@@ -215,13 +168,7 @@ extern "C" int openat(int folder, const char* path, int flags, ...)
     va_start(rest, flags);
     const mode_t mode = ModeOf(flags, rest);
     va_end(rest);
-    const int fault = FaultOf("open");
-    if (!fault && !g_plan.hasUnnamedFiles && (flags & O_TMPFILE) == O_TMPFILE)
-        return Fail<int>(EOPNOTSUPP);
-    const int file = fault ? Fail<int>(fault) : Next<&openat>("openat")(folder, path, flags, mode);
-    if (file >= 0 && g_plan.record)
-        Record({.call = "open", .paths = {PathOf(folder, path)}, .file = file, .flags = flags});
-    return file;
+    return Attempt<&openat>("openat", folder, path, flags, mode);
 }
 
 extern "C" int open(const char* path, int flags, ...)

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// A library that takes the calls to the file system before the C library does: they are counted, and can be made to
+// A library that takes the calls to the file system before the C library does: they are recorded, and can be made to
 // fail. It must be the first shared library of the program.
 
 namespace FailingCalls
@@ -12,32 +12,30 @@ namespace FailingCalls
 inline constexpr int HalfTransfer = -1; ///< Reads and writes do half of what they are asked for.
 inline constexpr int Killed = -2;       ///< The process ends as with SIGKILL instead.
 
-/// A call that has changed the file system, or made changes last.
-struct Change
-{
-    std::string call;
-    std::vector<std::string> paths = {};
-    int file = -1; ///< The descriptor.
-    int flags = 0; ///< Of an opening.
-    std::size_t at = 0;
-    std::string data = {};
-};
-
 struct Plan
 {
     std::size_t first = 0;  ///< The first call that it happens to, counted from 1; 0 for none.
     bool isLasting = false; ///< It happens to all later ones as well.
     int fault = 0;
-    bool hasUnnamedFiles = true;           ///< Whether the file system knows O_TMPFILE.
-    std::vector<Change>* record = nullptr; ///< Gets the changes that succeed, in order.
+    std::string calls = {}; ///< That it can happen to; all if empty.
+
+    bool CanHappenTo(const std::string& call) const { return calls.empty() || calls.find(call) != calls.npos; }
+};
+
+struct Call
+{
+    std::string name;
+    bool isDone = false;
+    int result = 0; ///< Of an opening: the descriptor.
+    int number = 0; ///< The last one that it was given: the flags of an opening, the descriptor of others.
+    std::vector<std::string> paths = {};
+    std::size_t at = 0;
+    std::string data = {}; ///< What has been written, and where.
 };
 
 /// From now on nothing waits for the disk, which makes an attack of a thousand steps a matter of seconds.
 void Begin(const Plan& plan);
 
 /// @return the calls since Begin, in order
-std::vector<std::string> End();
-
-/// EINTR can happen to calls that wait, half a transfer to those that transfer, and everything else to all.
-bool CanHappen(int fault, const std::string& call);
+std::vector<Call> End();
 } // namespace FailingCalls

@@ -1,13 +1,12 @@
 #include <cstdlib>
 #include <exception>
 #include <functional>
+#include <initializer_list>
 #include <iostream>
-#include <numeric>
 #include <random>
 #include <set>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 #include <Quenlor/QnFileName.h>
@@ -19,6 +18,7 @@
 #include "RegistryHelper.h"
 #include "VersionConfig.h"
 #include "configfiles/UserFile.h"
+#include "registry/RegistryKey.h"
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
 
@@ -35,302 +35,247 @@ namespace
 using namespace Quenlor;
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
 namespace fs = std::filesystem;
+using Texts = std::initializer_list<const char*>;
 
-std::string Shown(std::string_view text)
-{
-    std::string shown = "\"";
-    for (const char character : text)
-    {
-        if (character >= ' ' && character < 0x7F && character != '\\' && character != '"')
-            shown += character;
-        else
-            shown += '\\' + std::to_string(static_cast<unsigned char>(character)) + ';';
-    }
-    return shown + '"';
-}
+constexpr Texts KeyNames = {"Key", "Key\\Sub", "key\\sub\\", "Key\\Sub\\Deep", "a/b", "]", "Key\\\\Sub", "\\Key", "."};
+constexpr Texts ValueNames = {"", "Name", "NAME", "a\\b", " blank ", "=", "\"quoted\"", "@"};
+constexpr Texts Data = {"", "1", "12", "-7", "text", "\xC3\xA9", "%x%", " 3x", "0x10", "99999999999", "\n", "\x1B"};
 
-/// One call: what it is made of, and what came of it.
-class Call final
+class Transcript final
 {
 public:
-    Call(unsigned seed, unsigned number) : m_random{seed * 1'000'003U + number} {}
+    explicit Transcript(unsigned seed) : m_seed{seed} {}
 
+    void MakeCall(int number)
+    {
+        m_random.seed(m_seed * 1'000'003U + static_cast<unsigned>(number));
+        std::cout << number << ':';
+        try
+        {
+            MakeOneOf({[this] { UseHelper(); }, [this] { UseHandle(); }, [this] { UseHandle(); }, [this] { ReadIni(); },
+                       [this] { ConvertPath(); }, [this] { ConvertText(); }, [this] { ProvideFile(); },
+                       [this] { AskForFeature(); }});
+        }
+        catch (const std::exception& failure)
+        {
+            Say("throws", std::string{failure.what()});
+        }
+        std::cout << '\n';
+    }
+
+private:
     std::size_t Below(std::size_t limit) { return m_random() % limit; }
 
-    template<std::size_t Count>
-    std::string OneOf(const char* const (&choices)[Count])
+    template<typename Item>
+    Item OneOf(std::initializer_list<Item> items)
     {
-        return choices[Below(Count)];
+        return std::data(items)[Below(items.size())];
     }
-    template<std::size_t Count>
-    std::string SomeOf(const char* const (&choices)[Count], std::size_t most)
+
+    std::string SomeOf(Texts pieces, std::size_t most)
     {
         std::string text;
         for (std::size_t i = Below(most + 1); i > 0; --i)
-            text += OneOf(choices);
+            text += OneOf(pieces);
         return text;
     }
 
-    /// Words as they are, everything else as it can be compared.
+    void MakeOneOf(const std::vector<std::function<void()>>& calls) { calls[Below(calls.size())](); }
+
+    /// Literals as they are, everything else as it can be compared.
     template<typename... Parts>
     void Say(const Parts&... parts)
     {
-        (Add(parts), ...);
+        (Show(parts), ...);
     }
-    const std::string& Text() const { return m_text; }
 
-private:
     template<typename Part>
-    void Add(const Part& part)
+    void Show(const Part& part)
     {
-        m_text += ' ';
-        if constexpr (std::is_convertible_v<Part, const char*>)
-            m_text += part;
-        else if constexpr (std::is_arithmetic_v<Part>)
-            m_text += std::to_string(part);
-        else if constexpr (std::is_same_v<Part, WString>)
-        {
-            Utf8String utf8;
-            QnStringUtilities::WCharToUtf8(utf8, part.c_str());
-            m_text += Shown(utf8.ToStdString());
-        }
+        std::cout << ' ';
+        if constexpr (std::is_arithmetic_v<Part>)
+            std::cout << std::to_string(part);
+        else if constexpr (std::is_convertible_v<Part, const char*>)
+            std::cout << part;
         else
-            m_text += Shown({part.data(), part.length()});
+        {
+            for (const auto unit : std::basic_string{part.c_str(), part.length()})
+            {
+                const bool isPlain = unit > ' ' && unit < 0x7F && unit != '<';
+                std::cout << (isPlain ? std::string(1, static_cast<char>(unit)) : '<' + std::to_string(unit) + '>');
+            }
+            std::cout << '|';
+        }
     }
 
+    void UseHelper()
+    {
+        using R = RegistryHelper;
+        const HKEY root = HKEY_CURRENT_USER;
+        const std::string key = std::string{"Transcript\\"} + OneOf(KeyNames), name = OneOf(ValueNames);
+        const int number = static_cast<int>(Below(2000)) - 1000;
+        const std::string text = SomeOf(Data, 2);
+        Say(key, name, number, text);
+        MakeOneOf({[&] { Say("exists", R::CheckIfKeyExists(root, key)); },
+                   [&] { Say("text", R::GetStringValue(root, key, name, "none")); },
+                   [&] { Say("expanded", R::GetExpandedStringValue(root, key, name, "none")); },
+                   [&] { Say("flag", R::GetBoolValue(root, key, name, true)); },
+                   [&] { Say("number", R::GetIntValue(root, key, name, -1)); },
+                   [&] { Say("set text", R::SetStringValue(root, key, name, text)); },
+                   [&] { Say("set flag", R::SetBoolValue(root, key, name, number > 0)); },
+                   [&] { Say("set number", R::SetIntValue(root, key, name, number)); }});
+    }
+
+    void UseHandle()
+    {
+        RegistryKey& slot = m_handles[Below(4)];
+        const HKEY key = slot ? slot.get() : HKEY_CURRENT_USER;
+        const std::string path = slot ? OneOf(KeyNames) : "Transcript", name = OneOf(ValueNames);
+        const std::string data = SomeOf(Data, 3) + std::string(Below(3), '\0');
+        const auto access = OneOf<REGSAM>({KEY_READ, KEY_WRITE, KEY_ALL_ACCESS, KEY_ALL_ACCESS});
+        auto type = OneOf<DWORD>({REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD, 77});
+        BYTE buffer[16];
+        auto size = static_cast<DWORD>(Below(17));
+        HKEY result = nullptr;
+        Say(path, name, access, type, size, data);
+        const auto create = [&]
+        { Say("create", ::RegCreateKeyExA(key, path.c_str(), 0, nullptr, 0, access, nullptr, &result, nullptr)); };
+        const auto query = [&]
+        {
+            const LSTATUS status = ::RegQueryValueExA(key, name.c_str(), nullptr, &type, buffer, &size);
+            Say("query", status);
+            if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA)
+                Say(type, size, std::string(buffer, buffer + (status == ERROR_SUCCESS ? size : 0)));
+        };
+        const auto set = [&]
+        {
+            const auto* const bytes = reinterpret_cast<const BYTE*>(data.c_str());
+            Say("set", ::RegSetValueExA(key, name.c_str(), 0, type, bytes, static_cast<DWORD>(data.size())));
+        };
+        if (!slot)
+            create();
+        else
+            MakeOneOf({create, query, set, set, set, [&] { slot.reset(); },
+                       [&] { Say("open", ::RegOpenKeyExA(key, path.c_str(), 0, access, &result)); },
+                       [&] { Say("delete value", ::RegDeleteValueA(key, name.c_str())); },
+                       [&] { Say("delete tree", ::RegDeleteTreeA(key, path.c_str())); },
+                       [&] { List<&::RegEnumKeyExA>(key); }, [&] { List<&::RegEnumValueA>(key); }});
+        if (result)
+            m_handles[Below(4)].reset(result);
+    }
+
+    template<auto Enumerate>
+    void List(HKEY key)
+    {
+        std::set<std::string> found;
+        char name[300];
+        DWORD size = sizeof name, i = 0;
+        for (; Enumerate(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == 0; ++i, size = sizeof name)
+            found.insert(name);
+        Say("list");
+        for (const std::string& item : found)
+            Say(item);
+    }
+
+    void ReadIni()
+    {
+        static constexpr Texts names = {"A", "a", "B", "", "k", "K", "1"};
+        static constexpr Texts pieces = {"[A]", "[a]", "[B", "]",  "\n", "\n",           "\r\n",     "\r",
+                                         "k",   "K=",  "=",  "1",  "0",  "-2",           "true",     "1.5e3",
+                                         ";",   "#",   " ",  "\t", "\"", "\xEF\xBB\xBF", "\xC3\xA9", "99999999999"};
+        const std::string text = SomeOf(pieces, 25), section = OneOf(names), key = OneOf(names);
+        const bool isWhole = Below(2) != 0;
+        Say(text, section, key, isWhole, "->");
+        WriteFile(m_root + "t.ini", text);
+        IniReader reader;
+        Say(isWhole ? reader.LoadFile(m_root + "t.ini") : reader.LoadSection(m_root + "t.ini", section));
+        std::vector<std::string> sections;
+        Say(reader.GetSectionList(sections));
+        for (const std::string& found : sections)
+            Say(found);
+        std::vector<IniKeyValue> pairs;
+        Say(reader.GetKeyValuePairListBySection(section, pairs));
+        for (const IniKeyValue& pair : pairs)
+            Say(pair.Key, pair.Value);
+        Say(reader.GetStringValue(section, key, "none"), reader.GetBoolValue(section, key, true));
+        Say(reader.GetIntegerValue(section, key, 7)); // the first that may throw
+        Say(reader.GetFloatValue(section, key, 7));
+    }
+
+    void ConvertPath()
+    {
+        static constexpr Texts pieces = {"\\", "/", ".", "..", "a", "B.c", "\\..\\", " ", ".d", "\xC3\x89"};
+        const std::string text =
+            OneOf({"C:", "c:\\", "C:/", R"(\\server\share)", R"(\\server)", R"(\\?\C:\)", "x"}) + SomeOf(pieces, 7);
+        const std::string more = SomeOf(pieces, 2);
+        Say(text, more, "->");
+        QnFileName path{Utf8String{text}};
+        const std::wstring wide = path.GetName();
+        WString fixed;
+        Say(path.IsAbsolutePath(), static_cast<int>(QnFileName::FixPathName(fixed, wide.c_str())), fixed);
+        Say(QnFileName::GetDirectoryName(wide.c_str()), QnFileName::GetFileNameWithoutExtension(wide.c_str()));
+        for (const auto part : {QnFileName::Device, QnFileName::Directory, QnFileName::BaseName, QnFileName::Extension})
+            Say(QnFileName{part, wide.c_str()}.GetNameUtf8());
+        path.AppendToPath(QnFileName{Utf8String{more}}.GetName()).AppendSeparator();
+        Say(path.GetNameUtf8());
+    }
+
+    void ConvertText()
+    {
+        static constexpr Texts pieces = {"1", "22", ".",        "00",   "-",  "+",  " ",
+                                         "x", "=",  "\xC3\xA9", "\xFF", "0x", "\t", ";"};
+        std::string text = SomeOf(pieces, 6), copy = text;
+        const std::string other = SomeOf(pieces, 6);
+        Say(text, other, "->");
+        WString wide;
+        Say(static_cast<int>(QnStringUtilities::Utf8ToWChar(wide, text.c_str())), wide);
+        Say(QnStringUtilities::Wtoi(wide.c_str()), VersionConfig::CompareVersions(text, other));
+        std::vector<Utf8String> parts;
+        QnStringUtilities::Split(text.c_str(), other.c_str(), nullptr, parts);
+        for (const Utf8String& part : parts)
+            Say(part);
+        Say(FormatFloatToString(static_cast<float>(Below(100'000)) / 64, static_cast<int>(Below(5))));
+        Say(TrimString(copy, other), LeftOf(text, Below(5)), RightOf(text, Below(5)));
+    }
+
+    void ProvideFile()
+    {
+        const fs::path installed = m_root + "Default.ini", folder = m_root + "user", copy = folder / "Own.ini";
+        fs::remove_all(folder);
+        for (const fs::path& path : {installed, Below(3) == 0 ? folder : copy})
+        {
+            const std::size_t state = Below(4); // missing, a folder, an empty file, a file
+            Say(path.filename().string(), state);
+            fs::remove_all(path);
+            if (state == 1)
+                fs::create_directories(path);
+            else if (state > 1)
+                WriteFile(path, path.filename().string().substr(0, state - 2));
+        }
+        Say("->", Provide({copy.string(), installed.string()}).empty(), ReadFile(copy));
+    }
+
+    void AskForFeature()
+    {
+        const std::string name = OneOf({"FPRO_FEATURE_REVULYTICS", "FPRO_FEATURE_MASS_MODEL_GENERATOR"});
+        const std::string value = OneOf({"", "0", "1", "2", "-1", " 1", "1x", "x", "99999999999", "0x1"});
+        const int id = static_cast<int>(Below(8)) - 1;
+        m_machine.SetEnvironment(name, value);
+        Say(name, value, id, "->", DevFeaturesConfig::IsDevFeatureEnabled(static_cast<DevFeatureId>(id)));
+    }
+
+    const unsigned m_seed;
     std::mt19937 m_random;
-    std::string m_text;
+    const ScratchMachine m_machine;
+    const std::string m_root = NativePath(m_machine.Folder("Files")).string();
+    RegistryKey m_handles[4];
 };
-
-/// Makes one of several calls.
-void MakeOneOf(Call& call, const std::vector<std::function<void()>>& calls)
-{
-    calls[call.Below(calls.size())]();
-}
-
-/// What the calls store.
-struct World
-{
-    ScratchMachine machine;
-    std::string root = NativePath(machine.Folder("Files")).string();
-    HKEY handles[4] = {};
-};
-
-constexpr const char* KeyNames[] = {"Key", "KEY", "Key\\Sub",   "key\\sub\\", "Other key", "Key\\Sub\\Deep", "a/b", "]",
-                                    "%x%", "\"",  "Key\\\\Sub", "\\Key",      "."};
-constexpr const char* ValueNames[] = {"", "Name", "NAME", "a\\b", " blank ", "=", "\"quoted\"", "@", "Other"};
-constexpr const char* Bytes[] = {"",    "1",   "12",   "-7",          "text", "\xC3\xA9",
-                                 "%x%", " 3x", "0x10", "99999999999", "\n",   "\x1B"};
-
-void UseHelper(Call& call, World&)
-{
-    using R = RegistryHelper;
-    const std::string key = "Transcript\\" + call.OneOf(KeyNames), name = call.OneOf(ValueNames);
-    const auto number = static_cast<int>(call.Below(2000)) - 1000;
-    const std::string text = call.SomeOf(Bytes, 2);
-    const HKEY root = HKEY_CURRENT_USER;
-    call.Say(key, name, number, text);
-    const auto getNumber = [&] { call.Say("number", R::GetIntValue(root, key, name, -1)); };
-    MakeOneOf(call, {[&] { call.Say("exists", R::CheckIfKeyExists(root, key)); },
-                     [&] { call.Say("text", R::GetStringValue(root, key, name, "none")); },
-                     [&] { call.Say("expanded", R::GetExpandedStringValue(root, key, name, "none")); },
-                     [&] { call.Say("flag", R::GetBoolValue(root, key, name, true)); },
-                     [&] { call.Say("set text", R::SetStringValue(root, key, name, text)); },
-                     [&] { call.Say("set flag", R::SetBoolValue(root, key, name, number > 0)); },
-                     [&] { call.Say("set number", R::SetIntValue(root, key, name, number)); }, getNumber, getNumber});
-}
-
-template<auto Enumerate>
-void List(Call& call, HKEY key)
-{
-    std::set<std::string> found;
-    char name[300];
-    DWORD size = sizeof name;
-    for (DWORD i = 0; Enumerate(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS; ++i)
-    {
-        found.emplace(name, size);
-        size = sizeof name;
-    }
-    call.Say("list");
-    for (const std::string& item : found)
-        call.Say(item);
-}
-
-void UseHandle(Call& call, World& world)
-{
-    constexpr DWORD types[] = {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD, 5, 77};
-    constexpr REGSAM rights[] = {KEY_READ, KEY_WRITE, KEY_ALL_ACCESS, KEY_QUERY_VALUE};
-    const std::size_t slot = call.Below(4), target = call.Below(4);
-    const std::string path = call.OneOf(KeyNames), name = call.OneOf(ValueNames);
-    const std::string data = call.SomeOf(Bytes, 3) + std::string(call.Below(3), '\0');
-    const REGSAM access = rights[call.Below(4)];
-    DWORD type = types[call.Below(std::size(types))], disposition = 0;
-    char buffer[16] = "";
-    auto size = static_cast<DWORD>(call.Below(sizeof buffer + 1));
-    const HKEY key = world.handles[slot];
-    HKEY result = nullptr;
-    call.Say(slot, target, path, name, access, type, size, data);
-    if (!key)
-    {
-        call.Say("top", ::RegCreateKeyExA(HKEY_CURRENT_USER, "Transcript", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
-                                          &world.handles[slot], nullptr));
-        return;
-    }
-    const auto create = [&]
-    {
-        call.Say("create", ::RegCreateKeyExA(key, path.c_str(), 0, nullptr, 0, access, nullptr, &result, &disposition));
-        call.Say(result ? disposition : 0);
-    };
-    const auto query = [&]
-    {
-        const LSTATUS status =
-            ::RegQueryValueExA(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer), &size);
-        call.Say("query", status);
-        if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA)
-            call.Say(type, size, std::string_view{buffer, status == ERROR_SUCCESS ? size : 0});
-    };
-    const auto set = [&]
-    {
-        const auto* const bytes = reinterpret_cast<const BYTE*>(data.c_str());
-        call.Say("set", ::RegSetValueExA(key, name.c_str(), 0, type, bytes, static_cast<DWORD>(data.size())));
-    };
-    MakeOneOf(call,
-              {create, [&] { call.Say("open", ::RegOpenKeyExA(key, path.c_str(), 0, access, &result)); }, query,
-               [&] { call.Say("delete value", ::RegDeleteValueA(key, name.c_str())); },
-               [&] { call.Say("delete tree", ::RegDeleteTreeA(key, path.c_str())); },
-               [&] { List<&::RegEnumKeyExA>(call, key); }, [&] { List<&::RegEnumValueA>(call, key); }, set, set, set});
-    if (result)
-        ::RegCloseKey(std::exchange(world.handles[target], result));
-}
-
-void ReadIni(Call& call, World& world)
-{
-    constexpr const char* pieces[] = {"[A]",      "[a]", "[B",          "]",  "\n", "\r\n", "\r",
-                                      "k",        "K=",  "=",           "1",  "0",  "-2",   "true",
-                                      "1.5e3",    ";",   "#",           " ",  "\t", "\"",   "\xEF\xBB\xBF",
-                                      "\xC3\xA9", "nan", "99999999999", "\\", "A"};
-    constexpr const char* names[] = {"A", "a", "B", "", "k", "K", "1"};
-    const std::string text = call.SomeOf(pieces, 25), section = call.OneOf(names), key = call.OneOf(names);
-    const bool isWhole = call.Below(2) != 0;
-    call.Say(text, section, key, isWhole, "->");
-    const fs::path file = world.root + "t.ini";
-    WriteFile(file, text);
-    IniReader reader;
-    call.Say(isWhole ? reader.LoadFile(file.wstring()) : reader.LoadSection(file.wstring(), section));
-    std::vector<std::string> sections;
-    call.Say(reader.GetSectionList(sections));
-    for (const std::string& found : sections)
-        call.Say(found);
-    std::vector<IniKeyValue> pairs;
-    call.Say(reader.GetKeyValuePairListBySection(section, pairs));
-    for (const IniKeyValue& pair : pairs)
-        call.Say(pair.Key, pair.Value);
-    call.Say(reader.GetStringValue(section, key, "none"), reader.GetBoolValue(section, key, true));
-    call.Say(reader.GetIntegerValue(section, key, 7)); // the first that may throw
-    call.Say(reader.GetFloatValue(section, key, 7));
-}
-
-void ConvertPath(Call& call, World&)
-{
-    constexpr const char* starts[] = {"", "C:", "c:\\", "C:/", "\\\\server\\share", "\\\\server", "\\\\?\\C:\\", "x"};
-    constexpr const char* pieces[] = {"\\", "/", ".", "..", "a", "B.c", "\\..\\", " ", ".d", "\xC3\x89"};
-    const std::string start = call.OneOf(starts), text = start + call.SomeOf(pieces, 7), more = call.SomeOf(pieces, 2);
-    call.Say(text, more, "->");
-    if (start.empty() && (text.starts_with('\\') || text.starts_with('/')))
-        return call.Say("left out");
-    QnFileName path;
-    path.SetNameUtf8(text.c_str());
-    const std::wstring wide = path.GetName();
-    WString fixed;
-    call.Say(path.IsAbsolutePath(), static_cast<int>(QnFileName::FixPathName(fixed, wide.c_str())), fixed);
-    call.Say(QnFileName::GetDirectoryName(wide.c_str()), QnFileName::GetFileNameWithoutExtension(wide.c_str()));
-    for (const auto part : {QnFileName::Device, QnFileName::Directory, QnFileName::BaseName, QnFileName::Extension})
-        call.Say(QnFileName{part, wide.c_str()}.GetNameUtf8());
-    QnFileName component;
-    component.SetNameUtf8(more.c_str());
-    path.AppendToPath(component.GetName()).AppendSeparator();
-    call.Say(path.GetNameUtf8());
-}
-
-void ConvertText(Call& call, World&)
-{
-    constexpr const char* pieces[] = {"1", "22",       ".",    "00", "-",  "+",  " ",  "x", ",",
-                                      "=", "\xC3\xA9", "\xFF", "0x", "e9", "\t", "\n", ";"};
-    std::string text = call.SomeOf(pieces, 6), copy = text;
-    const std::string other = call.SomeOf(pieces, 6);
-    call.Say(text, other, "->");
-    WString wide;
-    call.Say(static_cast<int>(QnStringUtilities::Utf8ToWChar(wide, text.c_str())), wide);
-    call.Say(QnStringUtilities::Wtoi(wide.c_str()), VersionConfig::CompareVersions(text, other));
-    std::vector<Utf8String> parts;
-    QnStringUtilities::Split(text.c_str(), other.c_str(), nullptr, parts);
-    for (const Utf8String& part : parts)
-        call.Say(part);
-    call.Say(FormatFloatToString(static_cast<float>(call.Below(100'000)) / 64, static_cast<int>(call.Below(5))));
-    call.Say(TrimString(copy, other), LeftOf(text, call.Below(5)), RightOf(text, call.Below(5)));
-}
-
-void PutInState(Call& call, const fs::path& path)
-{
-    const std::size_t state = call.Below(5);
-    call.Say(state);
-    fs::remove_all(path);
-    if (state == 1)
-        fs::create_directories(path);
-    else if (state > 1)
-        WriteFile(path, state == 2 ? "" : "content");
-}
-
-void ProvideFile(Call& call, World& world)
-{
-    const fs::path installed = world.root + "Default.ini", folder = world.root + "user";
-    PutInState(call, installed);
-    if (fs::remove_all(folder); call.Below(4) == 0)
-        WriteFile(folder, "a file in place of the folder");
-    else
-        PutInState(call, folder / "Own.ini");
-    const auto origin = static_cast<UserFile::Origin>(call.Below(2));
-    call.Say("->", Provide({(folder / "Own.ini").string(), installed.string(), origin}).length() != 0,
-             ReadFile(folder / "Own.ini"));
-}
-
-void AskForFeature(Call& call, World& world)
-{
-    constexpr const char* values[] = {"", "0", "1", "2", "-1", " 1", "1x", "x", "99999999999", "0x1"};
-    constexpr const char* flags[] = {"FPRO_FEATURE_REVULYTICS", "FPRO_FEATURE_MASS_MODEL_GENERATOR"};
-    const std::string name = call.OneOf(flags), value = call.OneOf(values);
-    const auto id = static_cast<int>(call.Below(8)) - 1;
-    world.machine.SetEnvironment(name, value);
-    call.Say(name, value, id, "->");
-    call.Say(DevFeaturesConfig::IsDevFeatureEnabled(static_cast<DevFeatureId>(id)));
-}
-
-constexpr void (*Kinds[])(Call&, World&) = {UseHelper,   UseHandle,   UseHandle,   ReadIni,
-                                            ConvertPath, ConvertText, ProvideFile, AskForFeature};
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const auto seed = static_cast<unsigned>(std::atoi(argv[1]));
-    std::vector<unsigned> numbers(static_cast<std::size_t>(argc > 3 ? 0 : std::atoi(argv[2])));
-    std::iota(numbers.begin(), numbers.end(), 1U);
-    for (int i = 3; i < argc; ++i)
-        numbers.push_back(static_cast<unsigned>(std::atoi(argv[i])));
-
-    World world;
-    for (const unsigned number : numbers)
-    {
-        Call call{seed, number};
-        try
-        {
-            Kinds[call.Below(std::size(Kinds))](call, world);
-        }
-        catch (const std::exception& failure)
-        {
-            call.Say("throws", std::string_view{failure.what()});
-        }
-        std::cout << number << ": " << call.Text() << '\n';
-    }
-    for (const HKEY handle : world.handles)
-        ::RegCloseKey(handle);
+    Transcript transcript{static_cast<unsigned>(std::atoi(argv[1]))};
+    const bool areChosen = argc > 3;
+    for (int i = 1; i <= (areChosen ? argc - 3 : std::atoi(argv[2])); ++i)
+        transcript.MakeCall(areChosen ? std::atoi(argv[i + 2]) : i);
 }

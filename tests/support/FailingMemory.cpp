@@ -1,29 +1,26 @@
 #include "support/FailingMemory.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace
 {
 thread_local std::size_t allocationsUntilFailure = 0; // 0 when none is to fail
-}
+std::size_t comparisons = 0;
+} // namespace
 
 extern "C" int memcmp(const void* left, const void* right, std::size_t count)
 {
-    ++Comparisons();
-    const auto* a = static_cast<const unsigned char*>(left);
-    const auto* b = static_cast<const unsigned char*>(right);
-    for (; count != 0; --count, ++a, ++b)
-    {
-        if (*a != *b)
-            return *a < *b ? -1 : 1;
-    }
-    return 0;
+    ++comparisons;
+    const auto* const start = static_cast<const unsigned char*>(left);
+    const auto [a, b] = std::mismatch(start, start + count, static_cast<const unsigned char*>(right));
+    return a == start + count ? 0 : *a - *b;
 }
 
 std::size_t& Comparisons()
 {
-    static std::size_t comparisons = 0;
     return comparisons;
 }
 
@@ -60,7 +57,5 @@ bool WithFailingAllocation(std::size_t number, const std::function<void()>& body
     catch (const std::bad_alloc&)
     {
     }
-    const bool hasFailed = allocationsUntilFailure == 0;
-    allocationsUntilFailure = 0;
-    return hasFailed;
+    return std::exchange(allocationsUntilFailure, 0) == 0;
 }

@@ -7,16 +7,13 @@
 #include <Quenlor/WString.h>
 #include <gtest/gtest.h>
 
-// How failed expectations show the base library's strings: as text, not as bytes of an object.
 namespace Quenlor
 {
-inline void PrintTo(const Utf8String& text, std::ostream* out)
+/// How failed expectations show the base library's strings: as text, not as bytes of an object.
+template<typename Text>
+void PrintTo(const Text& text,
+             std::ostream* out) requires std::is_same_v<Text, Utf8String> || std::is_same_v<Text, WString>
 {
-    *out << ::testing::PrintToString(std::string{text.data(), text.length()});
-}
-
-inline void PrintTo(const WString& text, std::ostream* out)
-{
-    *out << ::testing::PrintToString(std::wstring{text.c_str(), text.length()});
+    *out << ::testing::PrintToString(std::basic_string{text.c_str(), text.length()});
 }
 } // namespace Quenlor

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +22,7 @@ enum class ShellFolder
     LocalAppData,
 };
 
-/// An empty machine for one test: registry, shell folders and environment of its own, given back at the end.
+/// An empty machine for one test: registry, shell folders and environment of its own.
 ///
 /// Uses the system's own calls, never the library's: a fixture built on RegistryHelper would agree with
 /// RegistryHelper's mistakes. A member that cannot do its work fails the test. There is one at a time.
@@ -54,11 +52,12 @@ public:
     /// The product's folder in one of the shell's, spelled the same way; not created.
     std::string ProductFolder(ShellFolder folder) const;
     /// To a native path; the shell gets its bytes as they are.
-    void MoveShellFolder(ShellFolder folder, const std::string& path);
-    void BreakShellFolder(ShellFolder folder); ///< From now on the shell cannot name it.
+    void MoveShellFolder(ShellFolder folder, const std::string& path) const;
+    /// From now on the shell cannot name it: the path is relative on one system and malformed on the other.
+    void BreakShellFolder(ShellFolder folder) const { MoveShellFolder(folder, R"(?:\)"); }
 
     /// Changes a variable; without a value it is removed. None that the library reads is set at the start.
-    void SetEnvironment(const std::string& name, const std::optional<std::string>& value);
+    void SetEnvironment(const std::string& name, const std::optional<std::string>& value) const;
 
     /// Stores text as an installer does, with its NUL.
     void WriteText(HKEY root, const std::string& subKey, const char* name, std::string_view text) const;
@@ -67,19 +66,16 @@ public:
 
     bool HasKey(HKEY root, const std::string& subKey) const;
     std::optional<StoredValue> ReadData(HKEY root, const std::string& subKey, const char* name) const;
-    void DeleteKey(HKEY root, const std::string& subKey) const; ///< With everything below.
 
-    /// Runs `body` while this key can be read but not changed.
-    void WhileReadOnly(HKEY root, const std::string& subKey, const std::function<void()>& body) const;
+    /// Runs a program whose path and arguments may be in quotes. @return its exit code
+    int Run(std::string command) const;
 
 private:
-    // What differs between systems: one source each.
+    // What differs between systems is in one source each.
     static char** Environment();
-    static void PutEnvironment(const std::string& name, const std::optional<std::string>& value);
-    void TakeRegistry();
+    void TakeRegistry() const;
     void GiveBackRegistry() const;
 
-    ClassesRoot m_classes;
+    const ClassesRoot m_classes;
     std::filesystem::path m_root;
-    std::map<std::string, std::optional<std::string>> m_formerEnvironment;
 };

@@ -108,7 +108,7 @@ TEST_F(ExternalApplications, IncludeFoundationAndWord)
     }
     EXPECT_TRUE(Settings::IsWordInstalled());
     for (const char* const key : keys)
-        m_machine.DeleteKey(HKEY_CLASSES_ROOT, key);
+        ::RegDeleteTreeA(HKEY_CLASSES_ROOT, key);
 }
 
 TEST(RunningPrograms, AreFoundByFileName)

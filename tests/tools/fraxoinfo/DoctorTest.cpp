@@ -54,7 +54,7 @@ TEST_P(DamagedInstallation, GivesOneFindingThatNamesTheDamage)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Doctor, DamagedInstallation, ::testing::Values(
-    Damage{"Record", [](Installation& it) { it.m_machine.DeleteKey(HKEY_CLASSES_ROOT, InstallationKey); }, R"("RootDir" of HKEY_CLASSES_ROOT\)" + InstallationKey + " is missing"},
+    Damage{"Record", [](Installation&) { ::RegDeleteTreeA(HKEY_CLASSES_ROOT, InstallationKey.c_str()); }, R"("RootDir" of HKEY_CLASSES_ROOT\)" + InstallationKey + " is missing"},
     Damage{"Root", [](Installation& it) { remove_all(it.Root()); }, "root does not exist"},
     Damage{"RelativeRoot", [](Installation& it) { it.Install("relative"); }, R"(root is not an absolute path: relative\)"},
     Damage{"DefaultBelowTheRoot", [](Installation& it) { remove(it.Root() / "FRAXO/default.stp"); }, "GetStWizardDefaultStpPath"},
