@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -14,10 +15,12 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 /// Ends the program, which the fuzzer reports, when something does not hold that must.
-inline void Check(bool holds)
+inline void Check(bool holds, int line = __builtin_LINE())
 {
-    if (!holds)
-        std::abort();
+    if (holds)
+        return;
+    std::fprintf(stderr, "does not hold: line %d\n", line);
+    std::abort();
 }
 
 inline std::string_view TextOf(const std::uint8_t* data, std::size_t size)

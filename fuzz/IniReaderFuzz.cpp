@@ -2,9 +2,8 @@
 
 #include <IniReader.h>
 
-#include <fstream>
 #include <map>
-#include <stdexcept>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,77 +20,50 @@ std::string Trim(const std::string& text)
     return first == text.npos ? "" : text.substr(first, text.find_last_not_of(whiteSpace) - first + 1);
 }
 
-/// The rules of INI files as plainly as they can be written down: slow, and easy to check.
-struct PlainReader
+/// What a file holds, by the rules as plainly as they can be written down: slow, and easy to check.
+struct PlainFile
 {
-    /// Loads all sections, or only the first one of the name `wanted`.
-    void Load(const std::string& path, const std::string* wanted)
+    /// All sections, or only the first one of the name `wanted`.
+    PlainFile(std::string_view text, const std::string* wanted)
     {
-        values.clear();
-        std::ifstream file{path};
+        std::istringstream lines{std::string{text}};
         std::string section;
         bool isInside = !wanted;
-        for (std::string text; std::getline(file, text);)
+        for (std::string line; std::getline(lines, line);)
         {
-            const std::string line = Trim(text);
-            const bool isIgnored = line == "" || line[0] == ';' || line[0] == '#';
+            line = Trim(line);
+            if (line == "" || line[0] == ';' || line[0] == '#')
+                continue;
             const bool isBracketed = line.length() > 2 && (line[0] == '[' || line.back() == ']');
             const std::string name = isBracketed ? Trim(line.substr(1, line.length() - 2)) : "";
             const std::size_t equals = line.find('=');
-            if (!isIgnored && name != "")
+            if (name != "")
             {
                 if (wanted && isInside)
                     break;
                 section = name;
                 isInside = !wanted || name == *wanted;
             }
-            else if (!isIgnored && isInside && equals != line.npos)
+            else if (isInside && equals != line.npos)
             {
-                const std::string key = Trim(line.substr(0, equals));
-                values[section][key] = Trim(line.substr(equals + 1));
-                if (!wanted)
-                    keyOrder[section].push_back(key);
+                keys[section].push_back(Trim(line.substr(0, equals)));
+                values[section][keys[section].back()] = Trim(line.substr(equals + 1));
             }
         }
     }
 
     std::map<std::string, std::map<std::string, std::string>> values;
-    std::map<std::string, std::vector<std::string>> keyOrder; // of all files so far
+    std::map<std::string, std::vector<std::string>> keys; // in the order of the file
 };
 
-/// Lists a section, and fails where one of its keys in the order of all files has no value.
-void CheckPairs(const IniReader& reader, PlainReader& plain, const std::string& section)
+void Compare(const IniReader& reader, const PlainFile& plain)
 {
-    std::vector<IniKeyValue> pairs;
-    bool isListed = true;
-    try
-    {
-        reader.GetKeyValuePairListBySection(section, pairs);
-    }
-    catch (const std::out_of_range&)
-    {
-        isListed = false;
-    }
-    auto& values = plain.values[section];
-    const auto& order = plain.keyOrder[section];
-    std::size_t count = 0;
-    while (count < order.size() && values.contains(order[count]))
-        ++count;
-    Check(isListed == (count == order.size() && count != 0) && pairs.size() == count);
-    for (std::size_t i = 0; i < count; ++i)
-        Check(pairs[i].Key == order[i] && pairs[i].Value == values[order[i]]);
-}
-
-void Compare(const IniReader& reader, PlainReader& plain)
-{
-    std::vector<std::string> sections;
-    std::vector<std::string> expected;
+    std::vector<std::string> sections, expected;
     for (const auto& [section, values] : plain.values)
     {
         expected.push_back(section);
         for (const auto& [key, value] : values)
             Check(reader.GetStringValue(section, key, value + "?") == value);
-        CheckPairs(reader, plain, section);
     }
     reader.GetSectionList(sections);
     Check(sections == expected);
@@ -100,20 +72,26 @@ void Compare(const IniReader& reader, PlainReader& plain)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const std::string path = FileOf(TextOf(data, size));
+    const std::string_view text = TextOf(data, size);
+    const std::string path = FileOf(text);
+    const PlainFile plain{text, nullptr};
     IniReader reader;
-    PlainReader plain;
-    plain.Load(path, nullptr);
     Check(reader.LoadFile(path));
     Compare(reader, plain);
-
-    const auto sections = plain.values; // a copy: loading a section replaces them
-    std::size_t most = 8;
-    for (auto section = sections.begin(); section != sections.end() && most != 0; ++section, --most)
+    for (const auto& [section, keys] : plain.keys)
     {
-        plain.Load(path, &section->first);
+        std::vector<IniKeyValue> pairs;
+        reader.GetKeyValuePairListBySection(section, pairs);
+        Check(pairs.size() == keys.size());
+        for (std::size_t i = 0; i < keys.size(); ++i)
+            Check(pairs[i].Key == keys[i] && pairs[i].Value == plain.values.at(section).at(keys[i]));
+    }
+
+    std::size_t most = 8;
+    for (auto section = plain.keys.begin(); section != plain.keys.end() && most > 0; ++section, --most)
+    {
         Check(reader.LoadSection(path, section->first));
-        Compare(reader, plain);
+        Compare(reader, {text, &section->first});
     }
     return 0;
 }

@@ -10,11 +10,6 @@
 
 namespace
 {
-int Compare(const std::string& first, const std::string& second)
-{
-    return Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::CompareVersions(first, second);
-}
-
 /// @return whether sscanf is defined for it: numbers that fit an int
 bool Read(const std::string& version, std::array<std::uint16_t, 4>& words)
 {
@@ -35,15 +30,14 @@ bool Read(const std::string& version, std::array<std::uint16_t, 4>& words)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
+    const auto compare = Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::CompareVersions;
     std::string_view input = TextOf(data, size);
-    const std::string a = TakeLine(input);
-    const std::string b = TakeLine(input);
-    const std::string c = TakeLine(input);
-    Check(Compare(a, a) == 0);
-    Check(Compare(a, b) == -Compare(b, a));
-    Check(Compare(a, b) < 0 || Compare(b, c) < 0 || Compare(a, c) >= 0);
+    const std::string a = TakeLine(input), b = TakeLine(input), c = TakeLine(input);
+    Check(compare(a, a) == 0);
+    Check(compare(a, b) == -compare(b, a));
+    Check(compare(a, b) < 0 || compare(b, c) < 0 || compare(a, c) >= 0);
     std::array<std::uint16_t, 4> first{}, second{};
     if (Read(a, first) && Read(b, second))
-        Check(Compare(a, b) == (first < second ? -1 : first != second));
+        Check(compare(a, b) == (first < second ? -1 : first != second));
     return 0;
 }
