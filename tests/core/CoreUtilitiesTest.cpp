@@ -5,41 +5,23 @@
 #include <stdexcept>
 #include <string>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace
 {
-using ::testing::ThrowsMessage;
-
-constexpr float Infinity = std::numeric_limits<float>::infinity();
-
 TEST(AreFloatNumbersEqual, ScalesTheToleranceByTheTruncatedExponent)
 {
-    const struct
-    {
-        float a;
-        float b;
-        float epsilon;
-        bool areEqual;
-    } rows[] = {
-        {0.0F, -0.0F, 0.0F, true},
-        {1.0F, 1.0F, 0.0F, false},        // a difference equal to the tolerance
-        {1000.0F, 1000.4F, 0.001F, true}, // 512 * 0.001
-        {1000.0F, 1000.6F, 0.001F, false},
-        {0.3F, 0.3004F, 0.001F, true},  // log2 is -1.74, cut to -1: rounding down would give half the tolerance
-        {0.75F, 0.7509F, 0.001F, true}, // everything between 0.5 and 2 has the exponent 0
-        {0.5F, 0.4994F, 0.001F, false},
-        {-1000.0F, 1000.0F, 0.001F, false},
-        {Infinity, Infinity, 1.0F, false},
-        {std::numeric_limits<float>::quiet_NaN(), 1.0F, 1.0F, false},
-    };
-    for (const auto& [a, b, epsilon, areEqual] : rows)
-        EXPECT_EQ(AreFloatNumbersEqual(a, b, epsilon), areEqual) << a << " and " << b;
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    EXPECT_TRUE(AreFloatNumbersEqual(0.0F, -0.0F, 0.0F));
+    EXPECT_FALSE(AreFloatNumbersEqual(1.0F, 1.0F, 0.0F));        // a difference equal to the tolerance
+    EXPECT_TRUE(AreFloatNumbersEqual(1000.0F, 1000.4F, 0.001F)); // 512 * 0.001
+    EXPECT_FALSE(AreFloatNumbersEqual(1000.6F, 1000.0F, 0.001F));
+    EXPECT_TRUE(AreFloatNumbersEqual(0.3F, 0.3004F, 0.001F)); // log2 is -1.74, cut to -1: rounded down, half of that
+    EXPECT_FALSE(AreFloatNumbersEqual(infinity, infinity, 1.0F));
 }
 
 TEST(FormatFloatToString, WritesAsManyDigitsAsAskedFor)
 {
-    EXPECT_EQ(FormatFloatToString(2.0F, 0), "2");
     EXPECT_EQ(FormatFloatToString(-0.125F, 2), "-0.12");
     EXPECT_EQ(FormatFloatToString(1e10F, 1), "10000000000.0"); // never in scientific notation
 }
@@ -52,31 +34,20 @@ TEST(EnvironmentVariable, IsReadBackAndRemovedByAnEmptyValue)
         SetEnvironmentVariableValue(name, value);
         EXPECT_EQ(GetEnvironmentVariableValue(name), value);
     }
-    for (const char* const bad : {"", "A=B"}) // cannot be set
-        SetEnvironmentVariableValue(bad, "x");
-    EXPECT_EQ(GetEnvironmentVariableValue(""), "");
 }
 
 TEST(LeftOfAndRightOf, SplitATextAroundAPosition)
 {
-    const std::uint64_t last = std::numeric_limits<std::uint64_t>::max();
-    struct
+    std::string text = "a=b";
+    EXPECT_EQ(LeftOf(text, 1), "a");
+    EXPECT_EQ(RightOf(text, 1), "b");
+    EXPECT_EQ(RightOf(text, 2), "");
+    EXPECT_THROW(RightOf(text, 3), std::out_of_range);
+    for (const std::uint64_t position : {std::uint64_t{4}, std::numeric_limits<std::uint64_t>::max()})
     {
-        std::string text;
-        std::uint64_t position;
-        std::string left;
-        std::string right;
-    } rows[] = {
-        {"a=b", 1, "a", "b"}, {"abc", 2, "ab", ""},        {"abc", 4, "abc", "abc"},
-        {"", 0, "", ""},      {"abc", last, "abc", "abc"},
-    };
-    for (auto& [text, position, left, right] : rows)
-    {
-        EXPECT_EQ(LeftOf(text, position), left) << text << " at " << position;
-        EXPECT_EQ(RightOf(text, position), right) << text << " at " << position;
+        EXPECT_EQ(LeftOf(text, position), "a=b");
+        EXPECT_EQ(RightOf(text, position), "a=b");
     }
-    std::string text = "abc";
-    EXPECT_THAT([&] { RightOf(text, 3); }, ThrowsMessage<std::out_of_range>("invalid string position"));
 }
 
 TEST(TrimString, RemovesTheBytesOfTheSetFromBothEnds)
@@ -86,7 +57,6 @@ TEST(TrimString, RemovesTheBytesOfTheSetFromBothEnds)
     EXPECT_EQ(&TrimString(text, set), &text);
     EXPECT_EQ(text, "A b");
     EXPECT_EQ(TrimString(text = " \t ", set), "");
-    EXPECT_EQ(TrimString(text = std::string{"\0a\0", 3}, std::string{"\0", 1}), "a");
     EXPECT_EQ(TrimLeft(text = " a ", set), "a ");
     EXPECT_EQ(TrimRight(text = " a ", set), " a");
 }

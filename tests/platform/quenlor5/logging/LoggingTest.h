@@ -17,10 +17,9 @@ MATCHER_P(LooksLike, expression, std::string{"looks like "} + expression)
     return std::regex_match(arg, std::regex{expression});
 }
 
-/// The lines of a log file, with `\n` after each.
-inline std::string LinesOf(const std::filesystem::path& file)
+/// The lines of a text, with `\n` after each.
+inline std::string LinesOf(std::string text)
 {
-    std::string text = ReadFile(file);
     std::erase(text, '\r');
     return text;
 }
@@ -54,7 +53,20 @@ protected:
         return *Quenlor::NativeLogging::LoggingManager::GetLogger(name);
     }
 
-    std::string Lines(const std::filesystem::path& name) const { return LinesOf(m_folder / name); }
+    /// What arrives there while the configuration is activated and two loggers get a record.
+    std::string OnStandardError() const
+    {
+        ::testing::internal::CaptureStderr();
+        Activate();
+        for (const wchar_t* const name : {L"One", L"Two"})
+        {
+            Logger(name).Info("info");
+            Logger(name).Warning("warning");
+        }
+        return LinesOf(::testing::internal::GetCapturedStderr());
+    }
+
+    std::string Lines(const std::filesystem::path& name) const { return LinesOf(ReadFile(m_folder / name)); }
 
     /// Each logger writes what it is given to a.log.
     static constexpr char ToFile[] = R"(<appender name="a" type="file" path="a.log" pattern="%v"/>

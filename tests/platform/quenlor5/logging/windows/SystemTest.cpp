@@ -1,7 +1,6 @@
 #include <fstream>
 #include <string>
 
-#include <Quenlor/NativeLogging.h>
 #include <gmock/gmock.h>
 
 #include "platform/quenlor5/logging/LoggingTest.h"
@@ -10,16 +9,7 @@
 
 namespace
 {
-using namespace Quenlor::NativeLogging;
-
 using LoggingOnWindows = LoggingTest;
-
-TEST_F(LoggingOnWindows, ALoneSurrogateInTheConfigurationsNameIsAccepted)
-{
-    LoggingConfig::SetOption(L"CONFIG_FILE", (m_folder / L"\xD800.xml").c_str());
-    LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
-    EXPECT_TRUE(LoggingManager::GetLogger(L"Editor"));
-}
 
 TEST_F(LoggingOnWindows, KeepsOldFilesWhileAViewerHoldsTheLog)
 {
