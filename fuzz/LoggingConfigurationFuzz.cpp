@@ -28,7 +28,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
         for (const auto& [key, logger] : configuration->loggers)
         {
             const std::string name = QnFileName{WString{key}}.GetNameUtf8().ToStdString() + ".x";
-            PlanLogger(*configuration, {.logger = name, .process = "1", .named = {}}, faults);
+            std::vector<Fault> more; // each logger may have those of all appenders
+            PlanLogger(*configuration, {.logger = name, .process = "1", .named = {}}, more);
+            if (!more.empty())
+                faults.push_back(more.front());
         }
     }
     const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1;

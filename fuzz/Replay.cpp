@@ -14,8 +14,7 @@ int main(int count, char** files)
         const std::string input{std::istreambuf_iterator<char>{file}, {}};
         for (std::size_t size = 0; size <= input.size(); ++size)
         {
-            std::printf("%zu bytes of %s\n", size, files[i]); // the last line names what fails
-            std::fflush(stdout);
+            std::fprintf(stderr, "%zu bytes of %s\n", size, files[i]); // the last line names what fails
             LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), size);
         }
     }
