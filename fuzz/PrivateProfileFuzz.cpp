@@ -23,9 +23,7 @@ std::string Read(const std::string& section, const std::string& name, DWORD size
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     std::string_view input = TextOf(data, size);
-    const std::string section = TakeLine(input);
-    const std::string name = TakeLine(input);
-    const std::string path = FileOf(input);
+    const std::string section = TakeLine(input), name = TakeLine(input), path = FileOf(input);
     const std::string value = Read(section, name, static_cast<DWORD>(size) + 16, path);
     Check(value == "default" || input.find(value) != std::string_view::npos);
     Check(Read(section, name, 4, path) == value.substr(0, 3));

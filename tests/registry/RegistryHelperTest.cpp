@@ -22,10 +22,7 @@ constexpr int DefaultNumber = 7;
 class RegistryHelperTest : public ::testing::Test
 {
 protected:
-    std::optional<StoredValue> Stored(const char* name = "Value") const
-    {
-        return m_machine.ReadData(HKEY_CURRENT_USER, Place, name);
-    }
+    std::optional<StoredValue> Stored() const { return m_machine.ReadData(HKEY_CURRENT_USER, Place, "Value"); }
 
     ScratchMachine m_machine;
 };
@@ -53,14 +50,10 @@ TEST_F(RegistryHelperTest, GettersGiveTheDefaultForEveryOtherKindOfValue)
         {REG_DWORD, "\xFE\xFF\xFF\xFF", Default, Default, -2},
         {REG_DWORD, "\1\0\0\0\0\0\0\0"sv},
         {REG_BINARY, "1\0"sv},
-        {REG_NONE, ""},
-        {REG_QWORD, "\5\0\0\0\0\0\0\0"sv},
         {REG_EXPAND_SZ, "%A%\0"sv, Default, "%A%"},
-        {REG_SZ, "", ""},
         {REG_SZ, "0\0"sv, "0", Default, 0, Converted},
         {REG_SZ, "00\0"sv, "00"}, // only the single character 0 is a zero
         {REG_SZ, "-12\0"sv, "-12", Default, -12, Converted},
-        {REG_SZ, "5\0x\0"sv, "5", Default, 5, Converted},
         {REG_SZ, "1000\0"sv, "1000"},
         {REG_SZ, "1000", "1000", Default, 1000, Converted},
     };
@@ -91,14 +84,17 @@ TEST_F(RegistryHelperTest, ReadingCreatesNothing)
     m_machine.WriteText(HKEY_CURRENT_USER, Place, "Other", "1");
     EXPECT_EQ(RegistryHelper::GetIntValue(HKEY_CURRENT_USER, Place, "Value", DefaultNumber), DefaultNumber);
     EXPECT_TRUE(RegistryHelper::CheckIfKeyExists(HKEY_CURRENT_USER, R"(SOFTWARE\quenlor systems\)"));
-    EXPECT_FALSE(RegistryHelper::CheckIfKeyExists(HKEY_CURRENT_USER, std::string{Place} + R"(\Other)"));
     EXPECT_TRUE(RegistryHelper::CheckIfKeyExists(HKEY_CURRENT_USER, ""));
 }
 
 TEST_F(RegistryHelperTest, SettersCreateTheKeyAndReplaceAnyValue)
 {
-    EXPECT_FALSE(RegistryHelper::SetStringValue(HKEY_CURRENT_USER, Place, "Value", "text")); // false is success
-    EXPECT_EQ(Stored(), (StoredValue{REG_SZ, {"text", 5}}));
+    for (const std::string& text : {"Gr\u00F6\u00DFe \\ \"%PATH%\"\r\n\t\xF6"s, "a\0b"s, std::string(100000, 'x'), ""s})
+    {
+        EXPECT_FALSE(RegistryHelper::SetStringValue(HKEY_CURRENT_USER, Place, "Value", text)); // false is success
+        EXPECT_EQ(Stored(), (StoredValue{REG_SZ, text.empty() ? text : text + '\0'}));
+        EXPECT_EQ(RegistryHelper::GetStringValue(HKEY_CURRENT_USER, Place, "Value", Default), text.c_str());
+    }
     EXPECT_TRUE(RegistryHelper::SetIntValue(HKEY_CURRENT_USER, Place, "Value", -2));
     EXPECT_EQ(Stored(), Number(-2));
     EXPECT_TRUE(RegistryHelper::SetBoolValue(HKEY_CURRENT_USER, Place, "Value", true));
@@ -109,17 +105,5 @@ TEST_F(RegistryHelperTest, SettersCreateTheKeyAndReplaceAnyValue)
     EXPECT_TRUE(RegistryHelper::SetStringValue(HKEY_CURRENT_USER, Place, tooLong, "text"));
     EXPECT_FALSE(RegistryHelper::SetIntValue(HKEY_CURRENT_USER, Place, tooLong, 1));
     EXPECT_FALSE(RegistryHelper::SetStringValue(HKEY_CURRENT_USER, R"(\Software)", "Value", "text"));
-}
-
-TEST_F(RegistryHelperTest, SetStringValuePassesEveryByteOn)
-{
-    constexpr char Name[] = "Gr\u00F6\u00DFe";
-    const std::string odd = "Gr\u00F6\u00DFe \\ \"%PATH%\"\r\n\t\xF6";
-    for (const std::string& text : {std::string{}, odd, "a\0b"s, std::string(100000, 'x')})
-    {
-        EXPECT_FALSE(RegistryHelper::SetStringValue(HKEY_CURRENT_USER, Place, Name, text));
-        EXPECT_EQ(Stored(Name), (StoredValue{REG_SZ, text.empty() ? text : text + '\0'}));
-        EXPECT_EQ(RegistryHelper::GetStringValue(HKEY_CURRENT_USER, Place, Name, Default), text.c_str());
-    }
 }
 } // namespace

@@ -32,23 +32,17 @@ TEST(PrivateProfile, HasValuesInSectionsAndDefaultsWithoutThem)
         std::string_view expected;
         DWORD size = 260;
     } rows[] = {
-        {"letter case, ends of DOS", "[MAIN]\r\nkEY=v\r\n",                     "v"},
-        {"bytes beyond ASCII",       "[Main]\nKey=\xC3\xBC\n",                  "\xC3\xBC"},
-        {"blanks around everything", " [Main] \n\tKey \t=  v w\t \n",           "v w"},
-        {"semicolon in a value",     "[Main]\nKey=v ; w\n",                     "v ; w"},
+        {"letter case, ends of DOS", "[MAIN]\r\nkEY=\xC3\xBC\r\n",             "\xC3\xBC"},
+        {"blanks around everything", " [Main] \n\tKey \t=  v ; w\t \n",         "v ; w"},
         {"comments",                 "[Main]\n;Key=1\n ; x\nKey=2",             "2"},
         {"quotes",                   "[Main]\nKey= \" v \" \n",                 " v "},
-        {"apostrophes",              "[Main]\nKey='v'\n",                       "v"},
-        {"two pairs of quotes",      "[Main]\nKey=\"\"v\"\"\n",                 "\"v\""},
         {"a lone quote",             "[Main]\nKey=\"\n",                        "\""},
-        {"empty value",              "[Main]\nKey=\n",                          ""},
         {"no equals sign",           "[Main]\nKey\n",                           "default"},
-        {"two keys",                 "[Main]\nKey=1\nKey=2\n",                  "1"},
+        {"two keys, one empty",      "[Main]\nKey=\nKey=2\n",                   ""},
         {"two sections",             "[Main]\nx=1\n[Other]\n[Main]\nKey=2\n",   "default"},
         {"key outside the section",  "Key=1\n[Main]\n[Other]\nKey=1\n",         "default"},
         {"too long inside quotes",   "[Main]\nKey='12345'\n",                   "1234", 5},
         {"only room for the NUL",    "[Main]\nKey=1\n",                         "",     1},
-        {"too long a default",       "",                                        "defa", 5},
     };
     // clang-format on
     const ScratchMachine machine;

@@ -36,23 +36,21 @@ using Row = std::pair<std::string, std::string>; // a text and what is expected 
 TEST(RegistryFileReader, ReadsFilesOfAnyFormAndKeyLines)
 {
     const std::string name(255, 'n');
+    std::string levels;
+    for (int i = 0; i < 512; ++i)
+        levels += "\\k";
     const Row rows[] = {
-        {"REGEDIT4\n[HKEY_CURRENT_USER]\n\"a\"=hex(2):61", R"([U] "a"=hex(2):61,00  )"},
         {"regedit4\n[HKEY_CURRENT_USER]\n", "not a registry file"},
-        {"", "not a registry file"},
+        {"REGEDIT4\n[HKEY_CURRENT_USER]\n\"a\"=hex(2):61", R"([U] "a"=hex(2):61,00  )"},
         {"\xEF\xBB\xBF" "REGEDIT4\n[HKEY_CURRENT_USER\\\xC3\xBC]\n", "[U\\\xC3\xBC]  "},
         {"\xFF\xFE" + ToUtf16Le("REGEDIT4\r\n[HKEY_CURRENT_USER\\\xF0\x9F\x98\x80]\r\n"), "[U\\\xF0\x9F\x98\x80]  "},
-        {"REGEDIT4\r[HKEY_CURRENT_USER]\n\"a\"=\"\"\r\n\r\n\"b\"=\"\"\r\"c\"=\"\"", R"([U] "a"="" "b"="" "c"=""  )"},
-        {"REGEDIT4\n; c\n# c\n \t\n  ; c\n [HKEY_CURRENT_USER]\n\t\"a\"=\"\"", R"([U] "a"=""  )"},
-        {Version5 + "[hkey_Current_User\\A]\n[HKEY_Classes_Root\\B]", "[U\\A]  !"},
-        {Version5 + "[HKEY_CURRENT_USER\\a]b\\\"c/ ]", R"([U\a]b\"c/ ]  )"},
-        {Version5 + "[HKEY_CURRENT_USER\\\\a\\\\b\\\\] ; c", R"([U\a\b]  )"},
+        {"REGEDIT4\r# c\n \t; c\n [HKEY_CURRENT_USER]\n\t\"a\"=\"\"\r\n\r\n\"b\"=\"\"", R"([U] "a"="" "b"=""  )"},
+        {Version5 + "[hkey_Current_User\\\\a]b\\\"c/ \\] ; c\n[HKEY_Classes_Root\\B]", R"([U\a]b\"c/ ]  !)"},
         {Version5 + "[HKEY_CURRENT_USER\\a\\b]\n[-HKEY_CURRENT_USER\\A]\n@=\"\"\n[HKEY_CURRENT_USER\\c]", R"([U\c]  !)"},
         {Version5 + "[HKEY_CURRENT_USER\\a]\n[-HKEY_LOCAL_MACHINE\\a]\n[-HKEY_CURRENT_USER\\]", R"([U\a]  !!)"},
-        {Version5 + "[HKEY_CURRENT_USER\\a]\n[HKEY_NOWHERE\\a]\n@=\"\"\n[HKEY_CURRENT_USER\\b]", R"([U\a]  [U\b]  !!)"},
-        {Version5 + "[HKEY_CURRENT_USER]\n[HKEY_CURRENT_USER\\a\n@=\"\"", "[U]  !!"},
-        {Version5 + "[ HKEY_CURRENT_USER]\n@=\"\"", "[U]  !!"},
+        {Version5 + "[HKEY_CURRENT_USER]\n[HKEY_NOWHERE]\n@=\"\"\n[HKEY_CURRENT_USER\\a\n@=\"\"", "[U]  !!!!"},
         {Version5 + "[HKEY_CURRENT_USER\\" + name + "]\n[HKEY_CURRENT_USER\\n" + name + "]", "[U\\" + name + "]  !"},
+        {Version5 + "[HKEY_CURRENT_USER" + levels + "]\n[HKEY_CURRENT_USER" + levels + "\\k]", "[U" + levels + "]  !"},
     };
     for (const auto& [text, expected] : rows)
         EXPECT_EQ(Read(text), expected) << text;
@@ -64,22 +62,17 @@ TEST(RegistryFileReader, ReadsValueLines)
         {"@=\"x\"\n\"\"=\"y\"", R"( @="y")"},
         {"\"a\" \t=\t \"x;# y\" \t; c", R"( "a"="x;# y")"},
         {R"("a\\b\"c"="d\\e\"f\n")", R"( "a\\b\"c"="d\\e\"fn")"},
-        {"\"a\"=\"x\n\"a\"=\"x\\\"\n\"a\"=\"x\"y\n\"a\n\"a\"x=\"y\"\na=\"x\"\n\"a\"=\n\"a\"=x", "!!!!!!!!"},
-        {"\"a\"=\"x\0y\""s, "!"},
+        {"\"a\"=\"x\n\"a\"=\"x\\\"\n\"a\"=\"x\"y\n\"a\n\"a\"x=\"y\"\na=\"x\"\n\"a\"=x\n\"a\"=\"x\0y\""s, "!!!!!!!!"},
         {"\"a\"=\"\"\n\"b\"=\"\"\n\"A\"=- ; c\n\"b\"=-x", R"( "b"=""!)"},
         {"\"a\"=dword:1\n\"b\"=dword: 1234ABcd\t; c", R"( "a"=dword:00000001 "b"=dword:1234abcd)"},
         {"\"a\"=dword:\n\"a\"=dword:0x1\n\"a\"=dword:123456789\n\"a\"=dword:1 2", "!!!!"},
-        {"\"a\"=hex:0,0a,FF\n\"b\"=hex:\n\"c\"=hex:1, ; c", R"( "a"=hex:00,0a,ff "b"=hex: "c"=hex:01)"},
-        {"\"a\"=hex:100\n\"a\"=hex:1,,2\n\"a\"=hex:,1\n\"a\"=hex:1 2\n\"a\"=hex:1,2g\n\"a\"=hex1", "!!!!!!"},
-        {"\"a\"=hex(0):1\n\"b\"=hex(B):2\n\"c\"=hex(87654321):", R"( "a"=hex(0):01 "b"=hex(b):02 "c"=hex(87654321):)"},
-        {"\"a\"=hex():1\n\"a\"=hex(123456789):1\n\"a\"=hex(1:1\n\"a\"=hex(1)1", "!!!!"},
+        {"\"a\"=hex:0,0a,FF, ; c\n\"b\"=hex(87654321):", R"( "a"=hex:00,0a,ff "b"=hex(87654321):)"},
+        {"\"a\"=hex:100\n\"a\"=hex:,1\n\"a\"=hex:1 2\n\"a\"=hex:1,2g\n\"a\"=hex1\n\"a\"=hex():1", "!!!!!!"},
         {"\"a\"=hex:1,\\\n  2,\\ ; c\r\n\n ; c\n\t3\n\"b\"=hex:\\\n 1", R"( "a"=hex:01,02,03 "b"=hex:01)"},
         {"\"a\"=hex:1\\\n\"b\"=\"\"", R"( "b"=""!)"},
-        {"\"a\"=hex:1,\\\n\"b\"=\"\"\n\"c\"=\"\"", R"( "c"=""!)"},
         {"\"a\"=hex:1,\\\n[HKEY_CURRENT_USER\\k]\n\"c\"=\"\"", "!!"},
-        {"\"a\"=hex:1,\\\n\n", R"( "a"=hex:01)"},
         {"\"a\"=hex(1):61,00,00,00\n\"b\"=hex(7):fc,00\n\"c\"=hex(1):", R"( "a"="a" "b"=hex(7):fc,00 "c"=hex(1):)"},
-        {"\"a\"=hex(1):3d,d8,00,de,00,d8,61,00,80,dc,00,de", R"( "a"=hex(1):3d,d8,00,de,fd,ff,61,00,80,dc,fd,ff)"},
+        {"\"a\"=hex(1):80,dc,00,00", R"( "a"=hex(1):80,dc,00,00)"}, // a byte that is not UTF-8
     };
     for (const auto& [text, expected] : rows)
     {
@@ -88,48 +81,6 @@ TEST(RegistryFileReader, ReadsValueLines)
     }
 }
 // clang-format on
-
-TEST(RegistryFileReader, NamesTheLinesOfProblems)
-{
-    Key tree;
-    const auto& problems =
-        ReadRegistryFile(Version5 + "\n[HKEY_CURRENT_USER]\r\n\"a\"=hex:1,\\\r\n  2,x\r\n \"b\"=?\r\n",
-                         HKEY_CURRENT_USER, tree)
-            .problems;
-    ASSERT_EQ(problems.size(), 2U);
-    EXPECT_EQ(problems[0].line, 4U);
-    EXPECT_EQ(problems[0].text, "\"a\"=hex:1,\\\r\n  2,x");
-    EXPECT_EQ(problems[0].reason, "malformed hexadecimal data");
-    EXPECT_EQ(problems[1].line, 6U);
-    EXPECT_EQ(problems[1].text, " \"b\"=?");
-}
-
-TEST(RegistryFileReader, CostsNoMoreThanAFewTimesTheFile)
-{
-    const auto keyOf = [](std::size_t levels, std::size_t length)
-    {
-        std::string key = "[HKEY_CURRENT_USER";
-        for (std::size_t i = 0; i < levels; ++i)
-            key += '\\' + std::string(length, 'k');
-        return key + "]\n";
-    };
-    EXPECT_EQ(Read(Version5 + keyOf(512, 32)), "[U]  !") << "the longest path has 16,383 characters";
-    EXPECT_EQ(Read(Version5 + keyOf(513, 1)), "[U]  !");
-
-    std::string deep = Version5, bad = Version5;
-    for (int i = 0; i < 8; ++i)
-        deep += keyOf(512, 30).insert(19, std::to_string(i));
-    for (int i = 0; i < 100'000; ++i)
-        bad += i % 2 ? "x\n" : "\"\n";
-    for (const std::string& text : {deep, bad})
-    {
-        Key tree;
-        const RegistryFileResult result = ReadRegistryFile(text, HKEY_CURRENT_USER, tree);
-        EXPECT_LE(result.problems.size(), MaxProblems);
-        EXPECT_LE(result.skipped.size(), 2 * text.size());
-        EXPECT_LE(WriteRegistryFile(tree, "HKEY_CURRENT_USER", RegistryFileForm::Hive).size(), 2 * text.size());
-    }
-}
 
 TEST(RegistryFileWriter, WritesWhatWindowsExports)
 {
@@ -140,7 +91,7 @@ TEST(RegistryFileWriter, WritesWhatWindowsExports)
     key.SetValue("", REG_DWORD, "\x78\x56\x34\x12");
     key.SetValue("list", REG_MULTI_SZ, "x\0\xC3\xBC\0\0"sv);
     key.SetValue("tab", REG_SZ, "\t\0"sv);
-    key.SetValue("nn", REG_BINARY, std::string(52, '\xAB'));
+    key.SetValue("nn", REG_BINARY, std::string(26, '\xAB'));
 
     const std::string expected = R"([HKEY_CURRENT_USER]
 
@@ -148,8 +99,7 @@ TEST(RegistryFileWriter, WritesWhatWindowsExports)
 @=dword:12345678
 "list"=hex(7):78,00,00,00,fc,00,00,00,00,00
 "nn"=hex:ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,\
-  ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,ab,\
-  ab,ab,ab,ab
+  ab,ab,ab
 "tab"=hex(1):09,00,00,00
 "z\\\""="C:\\\"x\""
 
