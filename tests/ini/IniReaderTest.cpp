@@ -19,6 +19,7 @@ using namespace Quenlor::Fraxo::SharedUtilities::Native;
 using ::testing::ElementsAre;
 using ::testing::FieldsAre;
 using ::testing::IsEmpty;
+using ::testing::ThrowsMessage;
 
 class IniReaderTest : public ::testing::Test
 {
@@ -121,11 +122,14 @@ TEST_F(IniReaderTest, ANumberIsReadAtTheStart)
     EXPECT_FALSE(With("k=0x10").GetBoolValue("", "k", true));
     EXPECT_EQ(With("k=-2147483648").GetIntegerValue("", "k", 5), INT_MIN);
     EXPECT_EQ(With("k=-.25e1 kN").GetFloatValue("", "k", 9.0F), -2.5F);
+    const auto number = [this] { m_reader.GetIntegerValue("", "k", 5); };
+    const auto real = [this] { m_reader.GetFloatValue("", "k", 9.0F); };
     With("k=true");
-    EXPECT_THROW(m_reader.GetIntegerValue("", "k", 5), std::invalid_argument);
-    EXPECT_THROW(m_reader.GetFloatValue("", "k", 9.0F), std::invalid_argument);
-    EXPECT_THROW(With("k=2147483648").GetIntegerValue("", "k", 5), std::out_of_range);
-    EXPECT_THROW(With("k=1e-60").GetFloatValue("", "k", 9.0F), std::out_of_range);
+    EXPECT_THAT(number, ThrowsMessage<std::invalid_argument>("invalid stoi argument"));
+    EXPECT_THAT(real, ThrowsMessage<std::invalid_argument>("invalid stof argument"));
+    With("k=2147483648e-60");
+    EXPECT_THAT(number, ThrowsMessage<std::out_of_range>("stoi argument out of range"));
+    EXPECT_THAT(real, ThrowsMessage<std::out_of_range>("stof argument out of range"));
 }
 
 TEST_F(IniReaderTest, PairsAreInTheOrderOfAllFiles)
@@ -134,8 +138,7 @@ TEST_F(IniReaderTest, PairsAreInTheOrderOfAllFiles)
     EXPECT_FALSE(m_reader.LoadFile(L"missing.ini"));
     EXPECT_THAT(PairsOf("A"), IsEmpty());
     With("[A]\ny=3\n");
-    std::vector<IniKeyValue> pairs;
-    EXPECT_THROW(m_reader.GetKeyValuePairListBySection("A", pairs), std::out_of_range) << "x has no value";
+    EXPECT_THAT([this] { PairsOf("A"); }, ThrowsMessage<std::out_of_range>("invalid map<K, T> key")); // x has no value
     With("[A]\ny=5\nx=4\n");
     EXPECT_THAT(PairsOf("A"), ElementsAre(FieldsAre("x", "4"), FieldsAre("y", "5"), FieldsAre("y", "5"),
                                           FieldsAre("y", "5"), FieldsAre("x", "4")));

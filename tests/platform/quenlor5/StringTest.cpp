@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <climits>
+#include <cstdarg>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,6 +39,20 @@ TEST(Utf8String, ReplacesAllWithoutRescanningWhatItInserted)
     EXPECT_EQ(text.ReplaceAll("XX", nullptr), 3U);
     EXPECT_EQ(text, "ab");
     EXPECT_EQ(text.ReplaceAll("", "y"), 0U);
+}
+
+TEST(Utf8String, IsFormattedFromPartsOfItself)
+{
+    const auto format = [](Utf8String& text, const char* pattern, ...)
+    {
+        std::va_list arguments;
+        va_start(arguments, pattern);
+        text.VSprintf(pattern, arguments);
+        va_end(arguments);
+    };
+    Utf8String text = "22";
+    format(text, "%02d.%s", 7, text.c_str());
+    EXPECT_EQ(text, "07.22");
 }
 
 TEST(WString, ContainsTextInAnyLetterCase)
