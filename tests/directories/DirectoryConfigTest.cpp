@@ -45,7 +45,7 @@ TEST_F(RootDirectory, IsTheVariablesWhenThisProgramRunsFromThere)
     EXPECT_EQ(DirectoryConfig::GetFRAXOProRoot(), "");
 
     std::filesystem::current_path(m_machine.Root());
-    EXPECT_FALSE(isOutput(".")) << "although the path of this program has a dot";
+    EXPECT_FALSE(isOutput(".")) << "although the path of a program may have a dot";
     std::filesystem::current_path(NativePath(folder));
     EXPECT_TRUE(isOutput("."));
 

@@ -1,4 +1,5 @@
 #include <atomic>
+#include <functional>
 #include <future>
 #include <stdexcept>
 #include <string>
@@ -60,7 +61,7 @@ TEST_F(Threads, GetTheSameAnswersWhenAllAskAtOnce)
     {
         for (int i = 0; !answered && !KnownDifference("changed variables"); ++i)
             SetEnvironmentVariableValue("FRAXO_UNRELATED_" + std::to_string(i % 64),
-                                        std::string(i % 128 / 64 * 64, 'x'));
+                                        std::string(i % 128 < 64 ? 64U : 0U, 'x'));
     };
     const std::future<void> changer = std::async(std::launch::async, changeEnvironment);
     {
