@@ -7,7 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "support/Files.h"
-#include "support/Release.h"
+#include "support/InstallationTest.h"
 #include "support/ScratchMachine.h"
 
 namespace

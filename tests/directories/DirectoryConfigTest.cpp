@@ -86,7 +86,7 @@ TEST_F(DataDirectories, AreMadeOnlyForTheUser)
     m_machine.MoveShellFolder(ShellFolder::ProgramData, (missing / "deeper").string());
     EXPECT_THAT(DirectoryConfig::GetProgramDataDirectory,
                 ThrowsMessage<std::runtime_error>("Could not get ProgramData folder"));
-    EXPECT_TRUE(IsEmptyFolder(missing));
+    EXPECT_TRUE(is_empty(missing));
 }
 
 TEST_F(DataDirectories, OfSectionsAreTheVariablesElseBesideTheProgram)

@@ -58,12 +58,11 @@ using Counts = std::vector<std::pair<const char*, std::size_t>>;
 /// Prints what an attack did and what it found, on one line that `scripts/soak` collects. Each fault fails the test.
 inline void Conclude(const std::string& attack, Counts counts, const Counts& faults)
 {
+    counts.insert(counts.end(), faults.begin(), faults.end());
+    std::cout << "SUMMARY " << attack;
+    for (const auto& [what, count] : counts)
+        std::cout << ", " << count << ' ' << what;
+    std::cout << '\n';
     for (const auto& [what, count] : faults)
         EXPECT_EQ(count, 0U) << what;
-    counts.insert(counts.end(), faults.begin(), faults.end());
-    std::string line = "SUMMARY " + attack + ':';
-    for (const auto& [what, count] : counts)
-        line += ' ' + std::to_string(count) + ' ' + what + ',';
-    line.back() = '\n';
-    std::cout << line;
 }

@@ -58,15 +58,13 @@ public:
     Image After(const Choice& choose) const
     {
         Image image;
-        std::map<std::size_t, std::string> texts; // of files, which may have two names
         for (const auto& [path, files] : m_names)
         {
-            const std::size_t file = files[choose(files.size())];
-            if (file == None || (!image.empty() && !image.contains(path.parent_path())))
+            const std::size_t id = files[choose(files.size())];
+            if (id == None || (!image.empty() && !image.contains(path.parent_path())))
                 continue;
-            if (m_files[file].synced && !texts.contains(file))
-                texts[file] = TextOf(m_files[file], choose);
-            image[path] = m_files[file].synced ? std::optional{texts[file]} : std::nullopt;
+            const File& file = m_files[id];
+            image[path] = file.synced ? std::optional{TextOf(file, choose)} : std::nullopt;
         }
         return image;
     }

@@ -20,7 +20,6 @@ namespace
 FailingCalls::Plan g_plan;
 std::vector<FailingCalls::Call> g_calls;
 bool g_isRecording = false; // before Begin nothing is touched that may not have been constructed
-bool g_isInUse = false;
 
 /// What happens to the call that comes next; 0 for nothing.
 int NextFault(const char* call)
@@ -59,23 +58,19 @@ auto Attempt(const char* name, Arguments... arguments)
     const int fault = NextFault(name);
     if (fault == FailingCalls::Killed)
         ::raise(SIGKILL);
+    const Result failure = std::is_pointer_v<Result> ? Result{} : Result(-1L);
     Result result{};
     if (fault > 0)
-    {
-        errno = fault;
-        if constexpr (!std::is_pointer_v<Result>)
-            result = -1;
-    }
-    else if (!g_isInUse || std::string_view{name} != "fsync")
+        errno = fault, result = failure;
+    else if (std::string_view{name} != "fsync")
         result = Next<Function>(name)(arguments...);
     if (!g_isRecording)
         return result;
-    FailingCalls::Call& call = g_calls.emplace_back(FailingCalls::Call{.name = name});
-    if constexpr (!std::is_pointer_v<Result>)
-        call.result = static_cast<int>(result);
-    call.isDone = fault <= 0 && call.result >= 0;
+    FailingCalls::Call& call = g_calls.emplace_back(FailingCalls::Call{.name = name, .isDone = result != failure});
     if (!call.isDone) // errno stays
         return result;
+    if constexpr (std::is_same_v<Result, int>)
+        call.result = result;
     call.number = AT_FDCWD;
     const auto add = [&call]([[maybe_unused]] auto argument)
     {
@@ -105,7 +100,7 @@ void FailingCalls::Begin(const Plan& plan)
 {
     g_plan = plan;
     g_calls.clear();
-    g_isRecording = g_isInUse = true;
+    g_isRecording = true;
 }
 
 std::vector<FailingCalls::Call> FailingCalls::End()

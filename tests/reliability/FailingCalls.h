@@ -4,7 +4,8 @@
 #include <vector>
 
 // A library that takes the calls to the file system before the C library does: they are recorded, and can be made to
-// fail. It must be the first shared library of the program.
+// fail. None waits for the disk, which makes an attack of a thousand steps a matter of seconds. It must be the first
+// shared library of the program.
 
 namespace FailingCalls
 {
@@ -33,7 +34,6 @@ struct Call
     std::string data = {}; ///< What has been written, and where.
 };
 
-/// From now on nothing waits for the disk, which makes an attack of a thousand steps a matter of seconds.
 void Begin(const Plan& plan);
 
 /// @return the calls since Begin, in order

@@ -22,8 +22,8 @@
 #include "support/Files.h"
 #include "support/ScratchMachine.h"
 
-// TranscriptProgram SEED COUNT [NUMBER...]: makes random calls and prints each with its answer, which is the same on
-// each system: scripts/transcripts compares them. With numbers only these calls; a call depends on the seed, its number
+// TranscriptProgram SEED: makes the random calls that have the numbers on its standard input, and prints each with its
+// answer, which is the same on each system: scripts/transcripts compares them. A call depends on the seed, its number
 // and what the calls before it have stored.
 //
 // Left out, because the systems differ there and say so: the order of keys and values in a list, names beyond ASCII
@@ -44,11 +44,9 @@ constexpr Texts Data = {"", "1", "12", "-7", "text", "\xC3\xA9", "%x%", " 3x", "
 class Transcript final
 {
 public:
-    explicit Transcript(unsigned seed) : m_seed{seed} {}
-
-    void MakeCall(int number)
+    void MakeCall(unsigned seed, unsigned number)
     {
-        m_random.seed(m_seed * 1'000'003U + static_cast<unsigned>(number));
+        m_random.seed(seed * 1'000'003U + number);
         std::cout << number << ':';
         try
         {
@@ -264,7 +262,6 @@ private:
         Say(name, value, id, "->", DevFeaturesConfig::IsDevFeatureEnabled(static_cast<DevFeatureId>(id)));
     }
 
-    const unsigned m_seed;
     std::mt19937 m_random;
     const ScratchMachine m_machine;
     const std::string m_root = NativePath(m_machine.Folder("Files")).string();
@@ -272,10 +269,9 @@ private:
 };
 } // namespace
 
-int main(int argc, char** argv)
+int main(int, char** argv)
 {
-    Transcript transcript{static_cast<unsigned>(std::atoi(argv[1]))};
-    const bool areChosen = argc > 3;
-    for (int i = 1; i <= (areChosen ? argc - 3 : std::atoi(argv[2])); ++i)
-        transcript.MakeCall(areChosen ? std::atoi(argv[i + 2]) : i);
+    Transcript transcript;
+    for (unsigned number = 0; std::cin >> number;)
+        transcript.MakeCall(static_cast<unsigned>(std::atoi(argv[1])), number);
 }

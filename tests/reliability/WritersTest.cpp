@@ -15,7 +15,6 @@
 #include "RegistryHelper.h"
 #include "registry/Hives.h"
 #include "reliability/Attacks.h"
-#include "reliability/FailingCalls.h"
 #include "support/ScratchMachine.h"
 
 // Processes that write to one hive, and many that read it, killed at random moments. FRAXO_WRITERS, FRAXO_READERS and
@@ -31,23 +30,20 @@ struct Shared
 {
     std::atomic<int> written[64]; ///< The last number of each writer that was reported as stored.
     std::atomic<std::size_t> reads, torn, outdated;
-};
 
-std::string NameOf(int writer, int number)
-{
-    return std::to_string(writer) + '.' + std::to_string(number);
-}
+    static std::string KeyOf(int writer) { return "Shared\\" + std::to_string(writer); }
+};
 
 bool IsStored(int writer, int number)
 {
-    return RegistryHelper::GetIntValue(HKEY_CURRENT_USER, "Shared", NameOf(writer, number), 0) == number;
+    return RegistryHelper::GetIntValue(HKEY_CURRENT_USER, Shared::KeyOf(writer), std::to_string(number), 0) == number;
 }
 
 /// Ends only when a write fails.
 void Write(Shared& shared, int writer)
 {
-    for (int number = 1; RegistryHelper::SetIntValue(HKEY_CURRENT_USER, "Shared", NameOf(writer, number), number);
-         ++number)
+    const std::string key = Shared::KeyOf(writer);
+    for (int number = 1; RegistryHelper::SetIntValue(HKEY_CURRENT_USER, key, std::to_string(number), number); ++number)
         shared.written[writer] = number;
 }
 
@@ -67,7 +63,6 @@ void Write(Shared& shared, int writer)
 TEST(Writers, LoseNothingToEachOtherNorWhenTheyAreKilled)
 {
     const ScratchMachine machine;
-    FailingCalls::Begin({}), FailingCalls::End(); // a process that is killed while it waits for the disk shows nothing
     void* const memory = ::mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     Shared& shared = *new (memory) Shared{};
     const int writers = std::min(CountFrom("FRAXO_WRITERS", 8), 64), readers = CountFrom("FRAXO_READERS", 3);

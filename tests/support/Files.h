@@ -32,8 +32,3 @@ inline std::string ReadFile(const std::filesystem::path& file)
     content << std::ifstream{file, std::ios::binary}.rdbuf();
     return content.str();
 }
-
-inline bool IsEmptyFolder(const std::filesystem::path& folder)
-{
-    return is_directory(folder) && is_empty(folder);
-}

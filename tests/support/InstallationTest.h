@@ -6,15 +6,23 @@
 #include <gtest/gtest.h>
 
 #include "DirectoryConfig.h"
-#include "support/Release.h"
+#include "VersionConfig.h"
 #include "support/ScratchMachine.h"
+
+// What carries the number of the release, made from the product's own: a new release changes no test.
+
+inline const std::string Release =
+    Quenlor::Fraxo::SharedUtilities::Native::VersionConfig::GetReleaseNumber().ToStdString();
+inline const std::string ProductIni = "FraxoPro" + Release + ".ini";
+
+inline const std::string InstallationKey = R"(FraxoPro\)" + Release;            ///< Of the installation record.
+inline const std::string VendorKey = R"(SOFTWARE\Quenlor\FraxoPro\)" + Release; ///< What installers and support set.
+inline const std::string SettingsKey = R"(Software\Quenlor Systems\FraxoPro\)" + Release; ///< The user's own settings.
 
 /// The three folders of an installation, spelled as the library spells them.
 struct Bases
 {
-    std::string root;
-    std::string machineData;
-    std::string userData;
+    std::string root, machineData, userData;
 };
 
 /// A test on a machine where the product may be installed. Uses HKEY_CLASSES_ROOT.

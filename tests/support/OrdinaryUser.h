@@ -10,18 +10,15 @@ class OrdinaryUser final
 public:
     explicit OrdinaryUser(const std::filesystem::path& scratch)
     {
-        if (::geteuid() != 0)
-            return;
         using std::filesystem::perms;
         permissions(scratch, perms::owner_all | perms::group_exec | perms::others_exec);
-        m_isSwitched = ::seteuid(65534) == 0;
+        m_isSwitched = ::geteuid() == 0 && ::seteuid(65534) == 0;
     }
     ~OrdinaryUser()
     {
         if (m_isSwitched && ::seteuid(0) != 0)
             std::abort();
     }
-
     OrdinaryUser(const OrdinaryUser&) = delete;
     OrdinaryUser& operator=(const OrdinaryUser&) = delete;
 

@@ -29,12 +29,10 @@ ScratchMachine::ScratchMachine(ClassesRoot classes) : m_classes{classes}
     TakeRegistry();
     if (m_classes == ClassesRoot::Merged)
         return;
-    for (const auto& [folder, name] :
-         {std::pair{ShellFolder::ProgramData, "ProgramData"}, {ShellFolder::LocalAppData, "LocalAppData"}})
-    {
-        Folder(name);
-        MoveShellFolder(folder, (m_root / name).string());
-    }
+    create_directory(m_root / "ProgramData");
+    create_directory(m_root / "LocalAppData");
+    MoveShellFolder(ShellFolder::ProgramData, (m_root / "ProgramData").string());
+    MoveShellFolder(ShellFolder::LocalAppData, (m_root / "LocalAppData").string());
 }
 
 ScratchMachine::~ScratchMachine()

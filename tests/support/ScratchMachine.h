@@ -41,7 +41,6 @@ public:
     explicit ScratchMachine(ClassesRoot classes = ClassesRoot::NotUsed);
     ~ScratchMachine();
     ScratchMachine(const ScratchMachine&) = delete;
-    ScratchMachine& operator=(const ScratchMachine&) = delete;
 
     /// The folder of all files of this machine; for the file functions of the standard library.
     const std::filesystem::path& Root() const { return m_root; }

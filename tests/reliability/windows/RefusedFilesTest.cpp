@@ -17,8 +17,7 @@
 namespace
 {
 using namespace Quenlor::Fraxo::SharedUtilities::Native;
-using Quenlor::QnFileName;
-using Quenlor::QnFileNameStatus;
+using namespace Quenlor;
 namespace fs = std::filesystem;
 
 enum Kind

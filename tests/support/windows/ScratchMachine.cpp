@@ -4,15 +4,6 @@
 
 #include <gtest/gtest.h>
 
-namespace
-{
-/// In which both roots are.
-std::string ScratchKey(const std::filesystem::path& root)
-{
-    return R"(Software\)" + root.filename().string();
-}
-} // namespace
-
 char** ScratchMachine::Environment()
 {
     return _environ;
@@ -30,7 +21,7 @@ void ScratchMachine::TakeRegistry() const
     for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) // the last holds both
     {
         HKEY key = nullptr;
-        const std::string name = ScratchKey(m_root) + (root == HKEY_CURRENT_USER ? R"(\User)" : R"(\Machine)");
+        const std::string name = m_root.filename().string() + (root == HKEY_CURRENT_USER ? R"(\User)" : R"(\Machine)");
         EXPECT_EQ(::RegCreateKeyA(HKEY_CURRENT_USER, name.c_str(), &key), ERROR_SUCCESS);
         EXPECT_EQ(::RegOverridePredefKey(root, key), ERROR_SUCCESS);
         ::RegCloseKey(key);
@@ -41,7 +32,7 @@ void ScratchMachine::GiveBackRegistry() const
 {
     ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
     ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-    ::RegDeleteTreeA(HKEY_CURRENT_USER, ScratchKey(m_root).c_str());
+    ::RegDeleteTreeA(HKEY_CURRENT_USER, m_root.filename().string().c_str());
     if (m_classes == ClassesRoot::NotUsed)
         return;
     ::RegDeleteTreeA(HKEY_CURRENT_USER, R"(Software\Classes\FraxoPro)");

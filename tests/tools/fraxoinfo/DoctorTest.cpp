@@ -87,7 +87,7 @@ TEST_F(Doctor, CreatesNothingUnlessFilesAreToBeProvided)
     AskForEverything(false);
     Examine();
     ReadFeatures();
-    EXPECT_TRUE(IsEmptyFolder(m_machine.Root() / "LocalAppData"));
+    EXPECT_TRUE(is_empty(m_machine.Root() / "LocalAppData"));
     EXPECT_FALSE(m_machine.HasKey(HKEY_CURRENT_USER, R"(Software\Quenlor Systems)"));
 
     for (const Answer& answer : AskForEverything(true))
