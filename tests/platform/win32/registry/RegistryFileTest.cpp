@@ -82,6 +82,24 @@ TEST(RegistryFileReader, ReadsValueLines)
 }
 // clang-format on
 
+TEST(RegistryFileReader, CostsNoMoreThanAFewTimesTheFile)
+{
+    std::string deep = Version5, bad = Version5;
+    for (int i = 0; i < 20; ++i)
+        deep += "[HKEY_CURRENT_USER\\" + std::to_string(i) +
+                std::regex_replace(std::string(500, '.'), std::regex{"[.]"}, "\\k") + "]\n";
+    for (int i = 0; i < 10'000; ++i)
+        bad += "\"\n";
+    for (const std::string& text : {deep, bad})
+    {
+        Key tree;
+        const RegistryFileResult result = ReadRegistryFile(text, HKEY_CURRENT_USER, tree);
+        EXPECT_LE(result.problems.size(), MaxProblems);
+        EXPECT_LE(result.skipped.size(), 2 * text.size());
+        EXPECT_LE(WriteRegistryFile(tree, "HKEY_CURRENT_USER", RegistryFileForm::Hive).size(), 2 * text.size());
+    }
+}
+
 TEST(RegistryFileWriter, WritesWhatWindowsExports)
 {
     Key root;

@@ -25,10 +25,10 @@ constexpr char Contract[] = "Contract";
 constexpr char Product[] = R"(FraxoPro\Release)";
 constexpr char ProductClass[] = R"(Software\Classes\FraxoPro\Release)";
 
-LSTATUS Open(HKEY parent, const char* subKey, Key& opened)
+LSTATUS Open(HKEY parent, const char* subKey, Key& opened, REGSAM access = KEY_READ | KEY_WRITE)
 {
     HKEY key = nullptr;
-    const LSTATUS status = ::RegOpenKeyExA(parent, subKey, 0, KEY_READ | KEY_WRITE, &key);
+    const LSTATUS status = ::RegOpenKeyExA(parent, subKey, 0, access, &key);
     opened.reset(key);
     return status;
 }
@@ -47,6 +47,13 @@ std::vector<std::string> Names(auto list, HKEY key)
     while (list(key, static_cast<DWORD>(names.size()), name, &size, nullptr, nullptr, nullptr, nullptr) == 0)
         names.emplace_back(name, std::exchange(size, DWORD{sizeof name}));
     return names;
+}
+
+LSTATUS First(auto list, HKEY key)
+{
+    char name[16];
+    DWORD size = sizeof name;
+    return list(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr);
 }
 
 std::string Text(const ScratchMachine& machine, HKEY root, const char* subKey, const char* name)
@@ -71,6 +78,45 @@ TEST(RegistryFunctions, WantAHandleThatIsOpen)
         EXPECT_EQ(Open(bad, "Child", unused), ERROR_INVALID_HANDLE);
     }
     EXPECT_EQ(Query(same.get(), "Text"), ERROR_SUCCESS);
+}
+
+TEST(RegistryFunctions, WantARightAndAKeyThatIsThere)
+{
+    struct Operation
+    {
+        REGSAM needed;
+        LSTATUS (*call)(HKEY key);
+    };
+    constexpr Operation operations[] = {
+        {KEY_QUERY_VALUE, [](HKEY key) { return Query(key, "Text"); }},
+        {KEY_QUERY_VALUE, [](HKEY key) { return First(::RegEnumValueA, key); }},
+        {KEY_ENUMERATE_SUB_KEYS, [](HKEY key) { return First(::RegEnumKeyExA, key); }},
+        {KEY_SET_VALUE, [](HKEY key) { return ::RegSetValueExA(key, "Text", 0, REG_SZ, nullptr, 0); }},
+        {KEY_SET_VALUE, [](HKEY key) { return ::RegDeleteValueA(key, "Text"); }},
+    };
+    const ScratchMachine machine;
+    const auto create = [&] { machine.WriteText(HKEY_CURRENT_USER, R"(Contract\Child)", "", ""); };
+    create();
+    Key all;
+    ASSERT_EQ(Open(HKEY_CURRENT_USER, Contract, all, KEY_ALL_ACCESS), ERROR_SUCCESS);
+    for (const REGSAM access : {KEY_QUERY_VALUE, KEY_SET_VALUE, KEY_ENUMERATE_SUB_KEYS})
+    {
+        Key key;
+        ASSERT_EQ(Open(HKEY_CURRENT_USER, Contract, key, access), ERROR_SUCCESS);
+        for (const auto& [needed, call] : operations)
+        {
+            machine.WriteText(HKEY_CURRENT_USER, Contract, "Text", "x");
+            EXPECT_EQ(call(key.get()), access == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED);
+        }
+    }
+    EXPECT_EQ(::RegDeleteTreeA(HKEY_CURRENT_USER, Contract), ERROR_SUCCESS);
+    for (const bool isThereAgain : {false, true})
+    {
+        if (isThereAgain)
+            create();
+        for (const Operation& operation : operations)
+            EXPECT_EQ(operation.call(all.get()), ERROR_KEY_DELETED) << isThereAgain;
+    }
 }
 
 TEST(RegistryFunctions, TakeAlmostAnyName)
