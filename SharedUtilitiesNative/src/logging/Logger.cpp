@@ -46,7 +46,7 @@ try
     const LogConfigurationChoice choice = ChooseLogConfiguration(executable);
 
     for (const LogFolderVariable& variable : LogFolderVariables)
-        LoggingConfig::DefineVariable(Utf8String{variable.name}, variable.folder);
+        LoggingConfig::DefineVariable(variable.name, variable.folder);
     LoggingConfig::SetOption(L"CONFIG_FILE", choice.File().GetName()); // even when the file does not exist
     LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
     theLogger.store(LoggingManager::GetLogger(choice.loggerName), std::memory_order_release);

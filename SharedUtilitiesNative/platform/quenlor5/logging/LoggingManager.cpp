@@ -200,11 +200,6 @@ void LoggingConfig::SetOption(const Utf8String& name, const Utf8String& value) n
     Quietly([&] { SetOption(WString{name.c_str(), true}, WString{value.c_str(), true}); });
 }
 
-void LoggingConfig::DefineVariable(const WString& name, Utf8String (*value)()) noexcept
-{
-    Quietly([&] { DefineVariable(ToUtf8(name), value); });
-}
-
 void LoggingConfig::DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept
 {
     WithEngine([&](Engine& engine) { engine.variables[name.ToStdString()] = value; });

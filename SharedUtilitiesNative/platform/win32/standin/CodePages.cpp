@@ -80,49 +80,30 @@ UINT AnsiCodePage()
     const bool isNumber = error == std::errc{} && end == chosen.data() + chosen.length();
     return isNumber && (number == CP_UTF8 || CodePage{number}.IsKnown()) ? number : WesternEuropean;
 }
-
-int Deliver(std::string_view converted, char* buffer, int size)
-{
-    const int length = static_cast<int>(converted.length());
-    if (size != 0 && size < length)
-        return 0;
-    if (size != 0)
-        converted.copy(buffer, converted.length());
-    return length;
-}
 } // namespace
 
-int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int count, LPSTR buffer, int size, LPCSTR substitute,
+int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int count, LPSTR buffer, int, LPCSTR substitute,
                         LPBOOL isSubstituteUsed)
 {
-    if (!text || count == 0 || size < 0 || (!buffer && size != 0))
+    if (!text || count >= 0 || buffer || substitute)
         return 0;
-    const std::wstring_view source{text, count < 0 ? std::wcslen(text) + 1 : static_cast<std::size_t>(count)};
+    const std::wstring_view source{text, std::wcslen(text) + 1};
     const UINT number = codePage == CP_ACP ? AnsiCodePage() : codePage;
     if (number == CP_UTF8)
-    {
-        const bool isAllowed = flags == 0 && !substitute && !isSubstituteUsed;
-        return isAllowed ? Deliver(Quenlor::Posix::Utf8Of(source), buffer, size) : 0;
-    }
+        return flags == 0 && !isSubstituteUsed ? static_cast<int>(Quenlor::Posix::Utf8Of(source).length()) : 0;
 
     const CodePage target{number};
     if (!target.IsKnown() || (flags & ~WC_NO_BEST_FIT_CHARS))
         return 0;
-    std::string converted;
+    std::size_t length = 0;
     BOOL isUsed = FALSE;
     for (const wchar_t character : source)
     {
-        if (const auto bytes = target.Encode(character))
-        {
-            converted += *bytes;
-            continue;
-        }
-        isUsed = TRUE;
-        const int units = character > 0xFFFF ? 2 : 1; // on Windows
-        for (int unit = 0; unit < units; ++unit)
-            converted += substitute ? substitute : "?";
+        const auto bytes = target.Encode(character);
+        isUsed |= !bytes;
+        length += bytes ? bytes->length() : character > 0xFFFF ? 2U : 1U; // a `?` for each unit that it has on Windows
     }
     if (isSubstituteUsed)
         *isSubstituteUsed = isUsed;
-    return Deliver(converted, buffer, size);
+    return static_cast<int>(length);
 }

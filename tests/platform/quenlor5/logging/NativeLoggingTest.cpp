@@ -59,7 +59,7 @@ TEST_F(NativeLogging, WritesRecordsAsThePatternSays)
 TEST_F(NativeLogging, FillsVariablesAndMakesFolders)
 {
     m_machine.SetEnvironment("FRAXO_PRO_TEST", "of the test");
-    LoggingConfig::DefineVariable(L"Place", [] { return Utf8String{R"(deep\er\)"}; });
+    LoggingConfig::DefineVariable("Place", [] { return Utf8String{R"(deep\er\)"}; });
     Configure(R"(<appender name="a" type="rolling-file" path="${Place}/${env:FRAXO_PRO_TEST} 梁 😀/${logger}.log"
                      pattern="%n"/>
                  <root><appender-ref ref="a"/></root>)");
@@ -123,7 +123,7 @@ TEST_F(NativeLogging, WarnsOnStandardErrorWithoutAUsableConfiguration)
 
 TEST_F(NativeLogging, ReportsAFailingAppenderOnce)
 {
-    LoggingConfig::DefineVariable(L"Nowhere",
+    LoggingConfig::DefineVariable("Nowhere",
                                   []() -> Utf8String { throw std::runtime_error("Could not get the folder"); });
     Configure(R"(<appender name="nowhere" type="file" path="${Nowhere}/a.log"/>
                  <appender name="unset" type="file" path="${env:FRAXO_PRO_UNSET}/a.log"/>

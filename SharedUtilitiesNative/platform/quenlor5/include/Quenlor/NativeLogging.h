@@ -120,8 +120,7 @@ public:
     /// Replaces `${name}` by what `value` returns, in the file names of the configuration that is activated next.
     /// It is called only for a file name with that variable. When it throws, that is reported as a fault of the
     /// configuration, and the appender with that file name writes nothing.
-    static void DefineVariable(const WString& name, Utf8String (*value)()) noexcept;
-    static void DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept; ///< The name in UTF-8.
+    static void DefineVariable(const Utf8String& name, Utf8String (*value)()) noexcept;
 
     /// Starts the engine, or restarts it: loggers that were handed out before follow the new configuration.
     /// Until then, and when the configuration file is missing or not XML, warnings and worse go to standard error and
