@@ -81,8 +81,8 @@ TEST(Writers, LoseNothingToEachOtherNorWhenTheyAreKilled)
             if (processes.push_back(::fork()); processes.back() == 0)
                 ::_exit([&]() noexcept { return i < writers ? Write(shared, i) : Read(shared, writers), 0; }());
         }
-        while (std::count(shared.written, shared.written + writers, 0) == writers)
-            std::this_thread::yield();
+        for (int i = 0; i < 10'000 && std::count(shared.written, shared.written + writers, 0) == writers; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds{1});
         std::this_thread::sleep_for(std::chrono::microseconds{random() % 50'000});
         for (const pid_t process : processes)
             EXPECT_EQ(::kill(process, SIGKILL), 0);

@@ -45,7 +45,7 @@ TEST(RefusedFiles, LeaveNoCopyAndNoHandle)
         {Missing, Missing, beside, beside, notFound}, {Folder, Missing, beside, beside, notCopied},
         {Held, Missing, below, below, notCopied},     {File, Missing, away, away, noFolder},
         {File, File, data, below, noFolder},          {File, Held, beside, beside, ""},
-        {File, Folder, beside, beside, ""},
+        {File, Folder, beside, beside, ""},           {Missing, File, beside, beside, ""},
     };
     MessageOf({beside.string(), source.string()}); // what the first call loads stays open
     for (const auto& [atSource, atPlace, place, copy, message] : cases)
