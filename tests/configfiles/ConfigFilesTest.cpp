@@ -59,6 +59,14 @@ TEST_F(ConfigFiles, AreCopiedOnce)
     EXPECT_THAT(IniConfig::GetFraxoProIniPath, ThrowsMessage<std::runtime_error>("Could not get LocalAppData folder"));
 }
 
+TEST_F(ConfigFiles, WantAFolderThatCanBeMade)
+{
+    WriteFile(NativePath(m_bases.machineData + ProductIni), "default");
+    WriteFile(NativePath(m_machine.Folder("LocalAppData") + "Quenlor"), "in the place of a folder");
+    EXPECT_THAT(IniConfig::GetFraxoProIniPath,
+                ThrowsMessage<std::runtime_error>(ProductIni + " file target directory could not be created."));
+}
+
 TEST_F(ConfigFiles, OfAProjectIncludeItsSections)
 {
     const std::string database = m_machine.Folder("db");

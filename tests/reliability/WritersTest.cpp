@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -78,8 +79,10 @@ TEST(Writers, LoseNothingToEachOtherNorWhenTheyAreKilled)
         std::vector<pid_t> processes;
         for (int i = 0; i < writers + readers; ++i)
         {
-            if (processes.push_back(::fork()); processes.back() == 0)
-                ::_exit([&]() noexcept { return i < writers ? Write(shared, i) : Read(shared, writers), 0; }());
+            if (processes.push_back(::fork()); processes.back() != 0)
+                continue;
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL); // no process outlives a test that is ended
+            ::_exit([&]() noexcept { return i < writers ? Write(shared, i) : Read(shared, writers), 0; }());
         }
         for (int i = 0; i < 10'000 && std::count(shared.written, shared.written + writers, 0) == writers; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds{1});

@@ -51,7 +51,7 @@ TEST(IsAbsolutePath, WantsARootAfterTheDevice)
 {
     for (const wchar_t* path : {LR"(C:\a)", L"z:/a", LR"(\\server\share)", LR"(\/server\share)"})
         EXPECT_TRUE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8();
-    for (const wchar_t* path : {L"", LR"(a\b)", L"C:", L"C:a", LR"(..\a)"})
+    for (const wchar_t* path : {L"", LR"(a\b)", L"C:", L"C:a", LR"(1:\a)", LR"(..\a)"})
         EXPECT_FALSE(QnFileName(path).IsAbsolutePath()) << QnFileName(path).GetNameUtf8();
     for (const wchar_t* path : {LR"(\a)", LR"(\\\a)"})
         EXPECT_EQ(QnFileName(path).IsAbsolutePath(), SystemHasOneRoot) << QnFileName(path).GetNameUtf8();

@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include "RegistryHelper.h"
 #include "registry/Hive.h"
 #include "registry/Hives.h"
 #include "registry/RegistryKey.h"
@@ -18,7 +19,7 @@
 namespace
 {
 using namespace Quenlor::StandIn::Registry;
-using Quenlor::Fraxo::SharedUtilities::Native::RegistryKey;
+using namespace Quenlor::Fraxo::SharedUtilities::Native;
 namespace fs = std::filesystem;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
@@ -151,7 +152,7 @@ TEST_F(HiveTest, NamesThatNoFileCanHoldAreRefused)
 
 TEST_F(HiveTest, OneThatIsProtectedIsLeftAlone)
 {
-    WriteFile(m_machines, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Key]\n\"n\"=dword:1\n");
+    WriteFile(m_machines, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Key]\n\"n\"=dword:1\n\"t\"=\"5\"\n");
     fs::permissions(m_folder, fs::perms::all);
     for (const unsigned mode : {0U, 0444U, 0666U}) // the last is protected only by the owner of its folder
     {
@@ -161,6 +162,7 @@ TEST_F(HiveTest, OneThatIsProtectedIsLeftAlone)
         EXPECT_EQ(Get(HKEY_LOCAL_MACHINE), mode != 0 ? 1 : None);
         EXPECT_EQ(Open(HKEY_LOCAL_MACHINE, KEY_WRITE, key), ERROR_ACCESS_DENIED);
         EXPECT_EQ(Set(HKEY_LOCAL_MACHINE, 1), ERROR_ACCESS_DENIED);
+        EXPECT_EQ(RegistryHelper::GetIntValue(HKEY_LOCAL_MACHINE, "Key", "t", 7), 7) << "text that cannot be converted";
     }
 }
 
