@@ -13,10 +13,15 @@ thread_local std::size_t allocationsUntilFailure = 0; // 0 when none is to fail
 
 // Those of the whole program.
 
-void* operator new(std::size_t size)
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     const bool fails = allocationsUntilFailure != 0 && --allocationsUntilFailure == 0;
-    if (void* const memory = fails ? nullptr : std::malloc(size))
+    return fails ? nullptr : std::malloc(size);
+}
+
+void* operator new(std::size_t size)
+{
+    if (void* const memory = ::operator new(size, std::nothrow))
         return memory;
     throw std::bad_alloc{};
 }
