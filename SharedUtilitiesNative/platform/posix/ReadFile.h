@@ -24,6 +24,6 @@ RegularFile OpenFile(const std::string& path, int flags = 0, int folder = AT_FDC
 
 constexpr std::size_t LargestFile = std::size_t{256} << 20; ///< More than any file that the library reads whole needs.
 
-/// The rest of an open file. None, and the reason in errno, when it cannot be read or is longer than that.
+/// The rest of an open file. None, and the reason in errno, when it cannot be read or is longer than LargestFile.
 std::optional<std::string> ReadAll(const RegularFile& file);
 } // namespace Quenlor::Posix
