@@ -63,6 +63,15 @@ TEST_F(LoggerOfPrograms, HasTheProgramsNameAndPrefersTheConfigurationBesideIt)
     EXPECT_FALSE(exists(logs / "Viewer.log"));
 }
 
+TEST_F(LoggerOfPrograms, HasHandedEachRecordToTheSystemBeforeACrash)
+{
+    WriteFile(m_folder / "FraxoPro.log.xml", R"(<logging>
+        <appender name="c" type="console" target="stdout" pattern="%v"/>
+        <root level="info"><appender-ref ref="c"/></root></logging>)");
+    Run(Install("Editor") + " 1 0 >out.txt");
+    EXPECT_EQ(LinesOf(ReadFile("out.txt")), "start\n0\n");
+}
+
 class LogOfFourPrograms : public LoggerOfPrograms
 {
 protected:

@@ -109,10 +109,7 @@ public:
         std::string_view line;
         m_result.isRegistryFile = NextLine(line) && ReadHeader(line);
         if (!m_result.isRegistryFile)
-        {
-            m_result.problems.push_back({1, "not a registry file", std::string{line}});
             return std::move(m_result);
-        }
         while (NextLine(line))
         {
             const std::size_t number = m_lineNumber;
