@@ -40,14 +40,18 @@ namespace
 {
 using namespace Quenlor::NativeLogging;
 
-/// Makes a logger while each allocation fails in turn. It may be null then, but not the next time.
-class FailingMemory : public LoggingTest
+TEST_F(LoggingTest, IsCompleteAgainAfterAnyFailedAllocation)
 {
-protected:
-    void FailInTurn(ILogger* (*make)(const Quenlor::WString& name)) const
+    using Make = ILogger* (*)(const Quenlor::WString& name);
+    const Make activateAndGet = [](const Quenlor::WString&)
     {
-        Configure(ToFile);
-        std::string expected;
+        LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
+        return LoggingManager::GetLogger(L"");
+    };
+    Configure(ToFile);
+    std::string expected;
+    for (const Make make : {Make{&LoggingManager::GetLogger}, activateAndGet})
+    {
         std::size_t number = 0;
         for (bool hasFailed = true; hasFailed;)
         {
@@ -62,26 +66,11 @@ protected:
             expected += std::to_string(number) + '\n';
         }
         EXPECT_GT(number, 10U);
-        EXPECT_EQ(Lines("a.log"), expected);
     }
-};
-
-TEST_F(FailingMemory, KeepsNoLoggerFromBeingMadeLater)
-{
-    FailInTurn([](const Quenlor::WString& name) { return LoggingManager::GetLogger(name); });
+    EXPECT_EQ(Lines("a.log"), expected);
 }
 
-TEST_F(FailingMemory, KeepsNoConfigurationFromBeingReadLater)
-{
-    FailInTurn(
-        [](const Quenlor::WString&)
-        {
-        LoggingConfig::ActivateProvider(LoggingProviderType::ConfigurationFile);
-        return LoggingManager::GetLogger(L"");
-    });
-}
-
-TEST_F(FailingMemory, KeepsTheProgramsLoggerFromNothingLater)
+TEST_F(LoggingTest, IsStartedAgainAfterAnyFailedAllocation)
 {
     using Quenlor::Fraxo::SharedUtilities::Native::Logger;
     std::size_t number = 0;
