@@ -42,37 +42,38 @@ std::string ReadFile(const std::string& path)
                                                        : std::generic_category().message(error))};
 }
 
-/// Makes all changes that a registry file asks for in one hive, or none.
-void ApplyTo(HKEY root, const std::string& text, const std::vector<KeyName>& places)
+/// Makes all changes that a registry file asks for in one hive, or none. @return whether it asks for any
+bool ApplyTo(HKEY root, const std::string& text, const std::vector<KeyName>& places)
 {
+    if (std::ranges::find(places, root, &KeyName::root) == places.end())
+        return false;
     const auto edit = [&](Key& hive)
     {
         Key unused;
         auto next = places.begin(); // which cannot be found while the hive is being changed
         const auto place = [&](HKEY, std::string& path)
         {
-            const KeyName& name = *next++;
-            path = name.path;
-            return !Registry::IsLegalKeyPath(path) ? nullptr : name.root == root ? &hive : &unused;
+            path = next->path;
+            return next++->root == root ? &hive : &unused;
         };
         Registry::ReadRegistryFile(text, Registry::RegistryFileUse::Import, place);
         return ERROR_SUCCESS;
     };
-    if (std::ranges::find(places, root, &KeyName::root) != places.end())
-        ChangeHive(root, edit);
+    ChangeHive(root, edit);
+    return true;
 }
 
 /// What one hive refuses leaves the hive before it changed.
 void Apply(const std::string& text, const std::vector<KeyName>& places)
 {
-    ApplyTo(HKEY_LOCAL_MACHINE, text, places);
+    const bool isMachineChanged = ApplyTo(HKEY_LOCAL_MACHINE, text, places);
     try
     {
         ApplyTo(HKEY_CURRENT_USER, text, places);
     }
     catch (const Failure& failure)
     {
-        if (std::ranges::find(places, HKEY_LOCAL_MACHINE, &KeyName::root) == places.end())
+        if (!isMachineChanged)
             throw;
         throw Failure{failure.what() + std::string{"\nThe changes of HKEY_LOCAL_MACHINE were made before."}};
     }
@@ -132,11 +133,13 @@ ExitStatus Import(const Arguments& arguments, const Console& console)
     const std::string text =
         isStandardInput ? std::string{std::istreambuf_iterator<char>{console.in}, {}} : ReadFile(file);
     Key unused;
-    std::vector<KeyName> places; // of the keys in the file
+    std::vector<KeyName> places; // of the keys in the file; without a root for those that are left out
     const auto place = [&](HKEY root, const std::string& path)
     {
-        places.push_back(PlaceOf({root, path}));
-        return Registry::IsLegalKeyPath(places.back().path) ? &unused : nullptr; // else too deep for the classes
+        const KeyName name = PlaceOf({root, path});
+        const bool isLegal = Registry::IsLegalKeyPath(name.path); // else too deep for the classes
+        places.push_back(isLegal ? name : KeyName{});
+        return isLegal ? &unused : nullptr;
     };
     const auto result = Registry::ReadRegistryFile(text, Registry::RegistryFileUse::Import, place);
     if (!result.isRegistryFile)

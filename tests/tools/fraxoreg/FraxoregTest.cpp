@@ -89,6 +89,8 @@ TEST_F(FraxoRegTest, WrongUseChangesNothing)
     for (const std::string file : {"missing.reg", "/", "pipe.reg", "/dev/zero"})
         EXPECT_THAT(Do("import " + file),
                     StartsWith("ERROR: Error opening the file. There may be a disk or file system error.\n" + file));
+    const std::string deep = std::regex_replace(std::string(511, '.'), std::regex{"[.]"}, R"(\k)"); // below the classes
+    EXPECT_THAT(Do("import - --skip-errors", "REGEDIT4\n[HKEY_CLASSES_ROOT" + deep + "]\n"), HasSubstr("1 malformed"));
     EXPECT_FALSE(fs::exists("Registry"));
     WriteFile("Registry/HKEY_CURRENT_USER.reg", "REGEDIT4\n[HKEY_CURRENT_USER]\n\"a\"=oops\n");
     EXPECT_THAT(Do("query HKCU"), HasSubstr("WARNING: 1 malformed lines are skipped"));
