@@ -295,8 +295,7 @@ TEST_P(DiskTest, LosesNothingWhenThePowerFails)
         {
             MakeSteps(step);
             EXPECT_TRUE(MakeStep(step, {call, true, EIO}) || MakeStep(step, {}));
-            const std::vector<FailingCalls::Call> changes = m_record;
-            EXPECT_EQ(FaultOf(changes, changes.size() - 1), "") << "call " << call << " failed";
+            EXPECT_EQ(FaultOf(m_record, m_record.size() - 1), "") << "call " << call << " failed";
         }
     }
     Conclude("power failure, " + std::string{GetParam().name},

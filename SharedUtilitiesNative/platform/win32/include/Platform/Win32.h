@@ -155,10 +155,10 @@ inline constexpr UINT CP_ACP = 0; ///< 1252, or the number in $QUENLOR_ANSI_CODE
 inline constexpr UINT CP_UTF8 = 65001;
 inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
 
-// How many bytes a text takes with its terminating NUL; 0 for a count, a buffer or a substitute, which nobody passes.
-// A character that the code page cannot represent counts as one `?` for each UTF-16 unit that it has on Windows; in
-// UTF-8, which has no flags, malformed text becomes U+FFFD. Different from Windows: always as with
-// WC_NO_BEST_FIT_CHARS, and what docs/linux-stand-in.md says of some code pages.
+// Only measures: returns how many bytes the text takes, its terminating NUL included. A caller that passes a length, a
+// buffer or a substitute gets 0; the library never does. A character that the code page cannot represent counts as one
+// `?` for each UTF-16 unit that it has on Windows; in UTF-8, which has no flags, malformed text becomes U+FFFD.
+// Different from Windows: always as with WC_NO_BEST_FIT_CHARS, and what docs/linux-stand-in.md says of some code pages.
 
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int count, LPSTR buffer, int size, LPCSTR substitute,
                         LPBOOL isSubstituteUsed);
